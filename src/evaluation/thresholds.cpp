@@ -1,0 +1,56 @@
+#include "evaluation/thresholds.h"
+
+#include <cmath>
+#include <cstddef>
+
+#include "evaluation/measures.h"
+#include "model/ngram.h"
+#include "run/config.h"
+
+namespace colx {
+
+namespace {
+
+// Computes the values of the measures that have a threshold, as far as they are needed to decide, and decides.
+bool _passes_thresholds(const EvaluationTables& tables, const std::vector<Measure>& measures,
+                        std::vector<double>& values) {
+  bool passed = true;
+  for (std::size_t i = 0; i < measures.size(); ++i) {
+    if (!(measures[i].threshold > 0.0)) continue;
+    values[i] = measures[i].evaluate(tables);
+    passed = values[i] >= measures[i].threshold || std::isnan(values[i]);
+    if (passed != settings::all_thresholds_together) return passed;
+  }
+  return passed;
+}
+
+}  // namespace
+
+std::vector<Measure> measures() {
+  const Thresholds& thresholds = settings::thresholds;
+  std::vector<Measure> list = {{eval::chi_square_test, thresholds.chi_square},
+                               {eval::log_likelihood_ratio, thresholds.log_likelihood}};
+  if (settings::n == 2) {
+    list.push_back({eval::mutual_information, thresholds.mutual_information});
+    list.push_back({eval::pearsons_coefficient, thresholds.pearson});
+    list.push_back({eval::t_test, thresholds.t_test});
+    list.push_back({eval::z_score, thresholds.z_score});
+  }
+  return list;
+}
+
+bool passes_frequency_sieve(std::uint32_t frequency) {
+  return settings::sieves.frequency <= frequency;
+}
+
+std::optional<std::vector<double>> evaluate(const EvaluationTables& tables, const std::vector<Measure>& measures) {
+  if (settings::sieves.estimated_frequency > tables.expected_table()[NGram::_full_ngram_type]) return std::nullopt;
+  std::vector<double> values(measures.size(), 0.0);
+  if (!_passes_thresholds(tables, measures, values)) return std::nullopt;
+  for (std::size_t i = 0; i < measures.size(); ++i) {
+    if (!(values[i] > 0.0)) values[i] = measures[i].evaluate(tables);
+  }
+  return values;
+}
+
+}  // namespace colx

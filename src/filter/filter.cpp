@@ -1,0 +1,102 @@
+#include "filter/filter.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <fstream>
+#include <utility>
+
+#include "run/config.h"
+#include "run/files.h"
+
+namespace colx {
+
+namespace {
+
+// Reads the lines of a file that are not empty. Returns false when the file cannot be opened.
+template <typename Take>
+bool _read_lines(const char* path, const Take& take) {
+  std::ifstream file = open_input(path);
+  if (!file.is_open()) return false;
+  for (std::string line; std::getline(file, line);) {
+    if (!line.empty()) take(line);
+  }
+  return true;
+}
+
+// Splits at every single space; only a last member that is empty is none.
+MultiRulesFilter::Rule _split(const std::string& line) {
+  MultiRulesFilter::Rule members;
+  std::size_t begin = 0;
+  for (std::size_t end; (end = line.find(' ', begin)) != std::string::npos; begin = end + 1) {
+    members.push_back(line.substr(begin, end - begin));
+  }
+  if (begin < line.size()) members.push_back(line.substr(begin));
+  return members;
+}
+
+}  // namespace
+
+void Filter::Stats::reset() {
+  std::fill(matched.begin(), matched.end(), 0);
+  unmatched = 0;
+}
+
+void Filter::_add_counters() {
+  stats.matched.push_back(0);
+  file_stats.matched.push_back(0);
+}
+
+template <typename Rules, typename Admits>
+bool Filter::_match(const Rules& rules, const Admits& admits, bool count) {
+  const auto winner = std::find_if(rules.begin(), rules.end(), admits);
+  const bool matched = winner != rules.end();
+  if (count) {
+    const auto rule = static_cast<std::size_t>(winner - rules.begin());
+    for (Stats* counters : {&stats, &file_stats})
+      ++(matched ? counters->matched[rule] : counters->unmatched);
+  }
+  return matched;
+}
+
+bool match_single_rule(const std::string& rule, const std::string& item) {
+  const std::size_t common = std::min(rule.size(), item.size());
+  for (std::size_t p = 0; p < common; ++p) {
+    if (rule[p] != constants::insignificant_position_mark && rule[p] != item[p]) return false;
+  }
+  return true;
+}
+
+void UniRulesFilter::add_rule(std::string rule) {
+  _rules.push_back(std::move(rule));
+  _add_counters();
+}
+
+bool UniRulesFilter::read_rules(const char* path) {
+  return _read_lines(path, [&](const std::string& line) { add_rule(line); });
+}
+
+bool UniRulesFilter::match(const std::string& item, bool count) {
+  return _match(
+      _rules, [&](const std::string& rule) { return match_single_rule(rule, item); }, count);
+}
+
+void MultiRulesFilter::add_rule(Rule rule) {
+  _rules.push_back(std::move(rule));
+  _add_counters();
+}
+
+bool MultiRulesFilter::read_rules(const char* path, unsigned n) {
+  return _read_lines(path, [&](const std::string& line) {
+    Rule rule = _split(line);
+    if (n == 0 || rule.size() == n) add_rule(std::move(rule));
+  });
+}
+
+bool MultiRulesFilter::match(const std::vector<std::string>& items, bool count) {
+  const auto admits = [&](const Rule& rule) {
+    return std::equal(rule.begin(), rule.end(), items.begin(), items.end(), match_single_rule);
+  };
+  return _match(_rules, admits, count);
+}
+
+}  // namespace colx

@@ -1,0 +1,86 @@
+#pragma once
+
+// Morphological rule filters: which N-grams, and which words around them, are kept by their tags. Each filter counts,
+// rule by rule, what it let through.
+//
+// A rule is a pattern of tag characters, '-' standing for any, or one such pattern for each position. Tags are compared
+// as text, and only as far as the shorter of pattern and tag goes.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace colx {
+
+// What both filters share: counters by rule, for the run and for the datafile in hand.
+class Filter {
+ public:
+  // What a filter has decided.
+  struct Stats {
+    std::vector<std::uint32_t> matched;  // by rule: items that it admitted first
+    std::uint32_t unmatched = 0;         // items that no rule admitted
+
+    // Sets all counters to 0.
+    void reset();
+  };
+
+  virtual ~Filter() = default;
+
+  // Tells whether there is any rule. A filter without rules is not to be asked; it lets everything through.
+  virtual bool is_on() const = 0;
+
+  Stats stats;       // of the whole run
+  Stats file_stats;  // of the current datafile
+
+ protected:
+  // Makes a counter for one more rule.
+  void _add_counters();
+
+  // Finds the first of `rules` that `admits`, counts the outcome if asked to, and tells whether there was one.
+  template <typename Rules, typename Admits>
+  bool _match(const Rules& rules, const Admits& admits, bool count);
+};
+
+// Compares one pattern with one tag; an empty pattern or tag agrees with everything.
+bool match_single_rule(const std::string& rule, const std::string& item);
+
+// Admits single tags.
+class UniRulesFilter : public Filter {
+ public:
+  bool is_on() const override { return !_rules.empty(); }
+
+  void add_rule(std::string rule);
+
+  // Adds each line of a file that is not empty as a rule. Returns false when the file cannot be opened.
+  bool read_rules(const char* path);
+
+  // Tells whether some rule admits the tag, and counts it if asked to.
+  bool match(const std::string& item, bool count);
+
+ private:
+  std::vector<std::string> _rules;
+};
+
+// Admits sequences of tags, position by position.
+class MultiRulesFilter : public Filter {
+ public:
+  using Rule = std::vector<std::string>;
+
+  bool is_on() const override { return !_rules.empty(); }
+
+  void add_rule(Rule rule);
+
+  // Adds each line of a file that holds `n` patterns separated by single spaces; with an `n` of 0, each line that is
+  // not empty. Returns false when the file cannot be opened.
+  bool read_rules(const char* path, unsigned n);
+
+  // Tells whether some rule of as many patterns admits the tags, and counts them if asked to.
+  bool match(const std::vector<std::string>& items, bool count);
+
+  const std::vector<Rule>& rules() const { return _rules; }
+
+ private:
+  std::vector<Rule> _rules;
+};
+
+}  // namespace colx

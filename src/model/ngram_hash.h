@@ -1,0 +1,21 @@
+#pragma once
+
+// The weak hash of N-gram records that, with the growth of their set, fixes the order in which records are written.
+
+#include <cstdint>
+
+namespace colx {
+
+class NGram;
+
+// Hashes records by a few low bits of lemma, parent and dependency of each member; tags do not count. Which bits
+// depends on the number of members.
+class NGramHashCounter {
+ public:
+  // Tells whether records of N-grams of this size can be hashed.
+  static bool check(unsigned n);
+
+  static std::uint32_t count_hash(const NGram& record);
+};
+
+}  // namespace colx

@@ -1,0 +1,19 @@
+#pragma once
+
+// The contexts file: every stored record of a non-empty type with the words seen around it. See docs/formats.md.
+
+#include <ostream>
+#include <vector>
+
+#include "model/context.h"
+
+namespace colx {
+
+// Writes the whole contexts file under a progress bar: types from the full one down to 1, records in the order of the
+// store. The caller looks at the state of the stream.
+void write_contexts(std::ostream& out);
+
+// Writes the narrow or the wide ones of a list of context words, a line each, and an empty line.
+void _print_context(std::ostream& os, const std::vector<PartOfContext>& parts, bool narrow);
+
+}  // namespace colx

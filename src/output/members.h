@@ -1,0 +1,22 @@
+#pragma once
+
+// The member lines of an N-gram, as the output datafile and the contexts file write them: position, lemma, tag,
+// position of the parent and relation, separated by TABs.
+
+#include <cstdint>
+#include <ostream>
+
+#include "model/ngram.h"
+
+namespace colx {
+
+// Writes the line of one member.
+void _print_member(std::ostream& os, std::uint8_t position, const NGram::Member& m);
+
+// Writes a line for each of the N positions, that of an open one being its number and "*".
+void _print_n_members(std::ostream& os, const NGram& g);
+
+// Writes a line for each stored member, numbered from 1.
+void _print_members(std::ostream& os, const NGram& g);
+
+}  // namespace colx

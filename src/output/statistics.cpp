@@ -1,0 +1,79 @@
+#include "output/statistics.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "corpus/persistent.h"
+#include "run/config.h"
+
+namespace colx {
+
+namespace {
+
+std::string _grams() {
+  return std::to_string(settings::n) + "-grams";
+}
+
+void _write_counts(std::ostream& out, const NamedDataFileStats& stats) {
+  out << "# of words: " << stats.words_count << '\n';
+  out << "# of sentences: " << stats.sentences_count << '\n';
+  out << "# of " << _grams() << " extracted: " << stats.extracted_count << '\n';
+  if (persistent::morphologic_filter.is_on()) {
+    out << "# of " << _grams() << " passed: " << stats.passed_count << '\n';
+    out << "# of " << _grams() << " filtered: " << stats.filtered_count << '\n';
+  }
+  out << '\n';
+}
+
+void _write_rules(std::ostream& out, const std::vector<std::uint32_t>& matched) {
+  const std::vector<MultiRulesFilter::Rule>& rules = persistent::morphologic_filter.rules();
+  for (std::size_t i = 0; i < rules.size(); ++i) {
+    for (const std::string& pattern : rules[i])
+      out << ' ' << pattern;
+    out << '\t' << matched[i] << '\n';
+  }
+}
+
+}  // namespace
+
+void write_stats(std::ostream& out) {
+  NamedDataFileStats sums;
+  for (const NamedDataFileStats& stats : persistent::overall_stats) {
+    out << "Statistics for datafile " << stats.name << ":\n";
+    _write_counts(out, stats);
+    sums.words_count += stats.words_count;
+    sums.sentences_count += stats.sentences_count;
+    sums.extracted_count += stats.extracted_count;
+    sums.passed_count += stats.passed_count;
+    sums.filtered_count += stats.filtered_count;
+  }
+  out << "Overall datafiles statistics:\n";
+  _write_counts(out, sums);
+
+  out << "Strings storage statistics:\n";
+  out << "# of unique lemmas: " << persistent::lemmas.size() << '\n';
+  out << "# of unique tags: " << persistent::tags.size() << "\n\n";
+
+  out << _grams() << " storage statistics:\n";
+  for (std::uint8_t type = 0; type <= NGram::_full_ngram_type; ++type) {
+    // The empty N-gram is one and is not kept in a set.
+    const std::size_t count = type == 0 ? 1 : persistent::ngrams.records(type).size();
+    out << "# of unique " << _grams() << " of type " << unsigned{type} << ": " << count << '\n';
+  }
+  out << std::endl;
+}
+
+void write_morphologic_filter_stats(std::ostream& out) {
+  for (const auto& [name, stats] : persistent::morphologic_filter_file_stats) {
+    out << "Passed " << _grams() << " statistics for datafile " << name << ":\n";
+    _write_rules(out, stats.matched);
+    out << '\n';
+  }
+  out << "Overall passed " << _grams() << " statistics:\n";
+  _write_rules(out, persistent::morphologic_filter.stats.matched);
+  out << std::endl;
+}
+
+}  // namespace colx

@@ -1,0 +1,14 @@
+#pragma once
+
+// Opening files for reading. Ground floor: any room may include it.
+
+#include <fstream>
+#include <string>
+
+namespace colx {
+
+// Opens a file for reading; the stream is not open when that fails. A directory counts as a file that cannot be opened,
+// although the system would open it.
+std::ifstream open_input(const std::string& path);
+
+}  // namespace colx

@@ -1,0 +1,76 @@
+#include "run/processor.h"
+
+#include <fstream>
+#include <limits>
+#include <new>
+
+#include "corpus/persistent.h"
+#include "extraction/extractor.h"
+#include "output/utils.h"
+#include "run/errors.h"
+#include "run/files.h"
+#include "run/notifier.h"
+
+namespace colx {
+
+namespace {
+
+std::string _explain_overflow() {
+  if (persistent::lemmas.size() == std::numeric_limits<std::uint32_t>::max()) {
+    return "Number of unique strings in lemmas store has overflowen numeric index type range!";
+  }
+  if (persistent::tags.size() == std::numeric_limits<std::uint8_t>::max()) {
+    return "Number of unique strings in morphologic tags store has overflowen numeric index type range!";
+  }
+  return "Undetermined index overflow exception!";
+}
+
+std::uint32_t _extract(std::ifstream& stream, NamedDataFileStats& stats) {
+  try {
+    return extract(stream, stats);
+  } catch (const std::bad_alloc&) {
+    throw fatal_error("Program has met with out-of-memory condition while processing datafile: " + stats.name + "!");
+  } catch (const index_overflow&) {
+    throw fatal_error(_explain_overflow());
+  } catch (const string_too_long& error) {
+    throw fatal_error(std::string(error.what()) + " Found while processing datafile: " + stats.name + "!");
+  }
+}
+
+void _keep_filter_stats(const std::string& path) {
+  if (!persistent::morphologic_filter.is_on()) return;
+  persistent::morphologic_filter_file_stats.emplace(path, persistent::morphologic_filter.file_stats);
+  persistent::morphologic_filter.file_stats.reset();
+}
+
+}  // namespace
+
+void process(const std::vector<std::string>& files, std::uint32_t total_size) {
+  notifier::progress.info("Processing input datafiles.");
+  std::uint32_t processed = 0;
+  for (const std::string& path : files) {
+    std::ifstream stream = open_input(path);
+    if (!stream.is_open()) {
+      notifier::error.warning("Input datafile: " + path + " cannot be opened for reading! Skipping...");
+      continue;
+    }
+    NamedDataFileStats stats;
+    stats.name = path;
+    notifier::progress.info("Processing datafile: " + path);
+    const std::uint32_t size = _extract(stream, stats);
+    stream.close();
+
+    persistent::overall_stats.push_back(stats);
+    _keep_filter_stats(path);
+    notifier::progress.elapsed("Finished processing datafile: " + path + " (" + unsigned2str(size) + " bytes)");
+    if (total_size != 0) {
+      processed += size;
+      const double percentage = static_cast<double>(processed) / total_size * 100.0;
+      notifier::progress.info("Overall processing progress: " + double2str(percentage, processing_progress_precision) +
+                              "%");
+    }
+  }
+  notifier::progress.elapsed("Finished processing input datafiles.");
+}
+
+}  // namespace colx

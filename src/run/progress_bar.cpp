@@ -1,0 +1,23 @@
+#include "run/progress_bar.h"
+
+#include "run/boost_progress.h"
+#include "run/notifier.h"
+
+namespace colx {
+
+ProgressBar::ProgressBar(unsigned long expected_count)
+    : _display(std::make_unique<boost::progress_display>(expected_count, notifier::progress.stream(), "", "", "")) {}
+
+ProgressBar::~ProgressBar() = default;
+ProgressBar::ProgressBar(ProgressBar&&) noexcept = default;
+ProgressBar& ProgressBar::operator=(ProgressBar&&) noexcept = default;
+
+void ProgressBar::advance(unsigned long increment) {
+  *_display += increment;
+}
+
+void ProgressBar::complete() {
+  *_display += _display->expected_count() - _display->count();
+}
+
+}  // namespace colx

@@ -1,0 +1,106 @@
+// The walk over counted N-grams with the frequencies of their patterns, against counting by brute force.
+
+#include "evaluation/ngrams_processor.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <random>
+#include <utility>
+#include <vector>
+
+#include "tests/support/records.h"
+#include "tests/support/settings_guard.h"
+
+namespace colx {
+namespace {
+
+using test::MemberSpec;
+using test::SettingsGuard;
+using Frequencies = std::vector<std::uint32_t>;
+
+// Everything that the walk over a store yields.
+std::vector<std::pair<const NGram*, Frequencies>> walk(const NGramStore& store) {
+  std::vector<std::pair<const NGram*, Frequencies>> yielded;
+  NGramsProcessor processor(store);
+  while (processor.next())
+    yielded.emplace_back(&processor.current(), processor.frequencies());
+  EXPECT_FALSE(processor.next());
+  return yielded;
+}
+
+TEST(NGramsProcessorTest, AnEmptyStoreYieldsNothing) {
+  const SettingsGuard guard(2);
+  EXPECT_TRUE(walk(NGramStore(16)).empty());
+}
+
+TEST(NGramsProcessorTest, FrequenciesAreThoseOfThePatterns) {
+  const SettingsGuard guard(2);
+  NGramStore store(16);
+  test::count_all_types(store, {{1, 0, 2}, {2, 0, 0}}, 3);
+  test::count_all_types(store, {{1, 0, 2}, {3, 0, 0}}, 4);
+  test::count_all_types(store, {{4, 0, 2}, {2, 0, 0}}, 5);
+  for (const auto& [record, frequencies] : walk(store)) {
+    if (record->frequency() != 3) continue;
+    // All 12; the second word 3 + 5, the first 3 + 4, both 3.
+    EXPECT_EQ(frequencies, (Frequencies{12, 8, 7, 3}));
+    return;
+  }
+  FAIL() << "the pair that occurs three times was not yielded";
+}
+
+TEST(NGramsProcessorTest, FrequenciesIncludeWhatWasCarriedOut) {
+  const SettingsGuard guard(2);
+  NGramStore store(16);
+  const std::vector<MemberSpec> pair = {{1, 0, 2}, {2, 0, 0}};
+  test::count_all_types(store, pair);
+  const test::Occurrence occurrence(pair);
+  NGram* const second_word = test::count(store, occurrence.members(), 1);
+  for (int i = 0; i < 16777215; ++i)
+    second_word->inc();
+  // 2 + 16777215 sightings of the second word.
+  EXPECT_EQ(walk(store).at(0).second, (Frequencies{1, 16777217, 1, 1}));
+}
+
+TEST(NGramsProcessorTest, YieldsEveryFullNGramInTheOrderOfTheStoreWithCountsByBruteForce) {
+  for (unsigned seed = 1; seed <= 8; ++seed) {
+    SCOPED_TRACE(::testing::Message() << "seed " << seed);
+    std::mt19937 random(seed);
+    const auto n = static_cast<std::uint8_t>(2 + seed % 3);
+    const SettingsGuard guard(n, seed % 2 == 0);
+    NGramStore store(64);
+    std::vector<std::vector<MemberSpec>> occurrences;
+    for (int i = 0; i < 800; ++i) {
+      std::vector<MemberSpec> words;
+      for (unsigned m = 0; m < n; ++m) {
+        words.push_back({static_cast<std::uint32_t>(random() % (i % 2 == 0 ? 4 : 60)),
+                         static_cast<std::uint8_t>(random() % 2), static_cast<std::uint8_t>(m == 0 ? 0 : 1), "Obj"});
+      }
+      test::count_all_types(store, words);
+      occurrences.push_back(words);
+    }
+    const auto yielded = walk(store);
+    const std::vector<const NGram*> listed = test::records_of(store, NGram::_full_ngram_type);
+    ASSERT_EQ(yielded.size(), listed.size());
+    for (std::size_t r = 0; r < listed.size(); ++r) {
+      const auto& [record, frequencies] = yielded[r];
+      ASSERT_EQ(record, listed[r]);
+      Frequencies counted(NGram::_types_count, 0);
+      for (const std::vector<MemberSpec>& words : occurrences) {
+        std::uint8_t shared = 0;
+        for (unsigned m = 0; m < n; ++m) {
+          const NGram::Member& member = record->members()[m];
+          const bool same = member.lemma() == words[m].lemma && member.tag() == words[m].tag;
+          shared = static_cast<std::uint8_t>(2 * shared + (same ? 1 : 0));
+        }
+        for (std::uint8_t type = 0; type < NGram::_types_count; ++type)
+          counted[type] += (shared & type) == type ? 1 : 0;
+      }
+      ASSERT_EQ(frequencies, counted);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace colx

@@ -1,0 +1,260 @@
+// One occurrence on its way into the store: members, types, filter, statistics and contexts.
+
+#include "extraction/occurrence.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "corpus/parser.h"
+#include "corpus/persistent.h"
+#include "tests/support/fresh_stores.h"
+#include "tests/support/records.h"
+#include "tests/support/settings_guard.h"
+
+namespace colx {
+namespace {
+
+using test::FreshStores;
+using test::SettingsGuard;
+using Texts = std::vector<std::string>;
+
+// A sentence in the buffer, whose occurrences are stored. Tags keep their first character.
+class LoadedSentence {
+ public:
+  explicit LoadedSentence(const std::string& text)
+      : _stream(text),
+        _parser(_stream, persistent::lemmas, persistent::tags),
+        _buffer(_parser, settings::context_window) {
+    _buffer._init();
+  }
+
+  // The members of the occurrence at these positions.
+  const MemberList& extract(const std::vector<std::uint32_t>& positions) {
+    _members.clear();
+    _root = _extract_ngram(_buffer.current().first, positions, _members);
+    return _members;
+  }
+
+  void store(const std::vector<std::uint32_t>& positions) {
+    extract(positions);
+    _store_raw_ngram(_members, _buffer, stats, _root);
+  }
+
+  void next() { ASSERT_TRUE(_buffer.next()); }
+
+  // The stored record of a type of the occurrence at these positions, or null.
+  const NGram* record(const std::vector<std::uint32_t>& positions, std::uint8_t type) {
+    return persistent::ngrams.get(*NGramToken::get(extract(positions), type));
+  }
+  std::uint32_t frequency(const std::vector<std::uint32_t>& positions, std::uint8_t type) {
+    const NGram* const found = record(positions, type);
+    return found == nullptr ? 0 : found->frequency();
+  }
+
+  // Its contexts as texts: lemma and frequency, those of narrow ones in brackets.
+  Texts contexts(const std::vector<std::uint32_t>& positions, std::uint8_t type) {
+    Texts texts;
+    for (const test::ContextEntry& entry : test::contexts_of(*record(positions, type))) {
+      const std::string frequency = std::to_string(entry.frequency);
+      texts.push_back(persistent::lemmas[entry.lemma] + (entry.narrow ? "(" + frequency + ")" : frequency));
+    }
+    return texts;
+  }
+
+  unsigned root() const { return _root->order; }
+
+  NamedDataFileStats stats;
+
+ private:
+  std::istringstream _stream;
+  Parser _parser;
+  Buffer _buffer;
+  MemberList _members;
+  WordIterator _root;
+};
+
+class OccurrenceTest : public ::testing::Test {
+ protected:
+  void set_up(std::uint8_t n, bool context_tracing = false, ContextWindow window = {}) {
+    _guard.emplace(n, context_tracing);
+    settings::morphologic_tag_mask = "*";
+    settings::context_window = window;
+    _stores.emplace();
+  }
+
+ private:
+  std::optional<SettingsGuard> _guard;
+  std::optional<FreshStores> _stores;
+};
+
+const char* const pair = "1 w a A 2 Sb\n2 w b B 0 Pred\n\n";
+const char* const triple = "1 w a A 2 Sb\n2 w b B 0 Pred\n3 w c C 2 Obj\n\n";
+const char* const five = "1 w a A 2 Sb\n2 w b B 0 Pred\n3 w c C 2 Obj\n4 w d D 3 Atr\n5 w e E 2 AuxK\n\n";
+
+TEST_F(OccurrenceTest, ParentsArePlacesAmongTheMembers) {
+  set_up(3);
+  // 1 hangs under 3, 3 under 2, which is not among the positions, and 4 under 3.
+  LoadedSentence sentence("1 w a A 3 Sb\n2 w b B 0 Pred\n3 w c C 2 Obj\n4 w d D 3 Atr\n\n");
+  const MemberList& members = sentence.extract({1, 3, 4});
+  ASSERT_EQ(members.size(), 3U);
+  EXPECT_EQ(members[0].first, 2);
+  EXPECT_EQ(members[1].first, 0);
+  EXPECT_EQ(members[2].first, 2);
+  EXPECT_EQ(members[0].second->order, 1);
+  EXPECT_EQ(members[1].second->order, 3);
+  EXPECT_EQ(members[2].second->order, 4);
+  EXPECT_EQ(sentence.root(), 3U);
+}
+
+TEST_F(OccurrenceTest, APairRaisesTheEmptyNGramAndItsThreeTypes) {
+  set_up(2);
+  LoadedSentence sentence(pair);
+  sentence.store({1, 2});
+  for (std::uint8_t type = 0; type < 4; ++type)
+    EXPECT_EQ(sentence.frequency({1, 2}, type), 1U) << "type " << unsigned{type};
+  EXPECT_EQ(sentence.stats.extracted_count, 1U);
+  EXPECT_EQ(sentence.stats.passed_count, 1U);
+  EXPECT_EQ(sentence.stats.filtered_count, 0U);
+  sentence.store({1, 2});
+  for (std::uint8_t type = 0; type < 4; ++type)
+    EXPECT_EQ(sentence.frequency({1, 2}, type), 2U) << "type " << unsigned{type};
+  EXPECT_EQ(sentence.stats.extracted_count, 2U);
+  EXPECT_EQ(sentence.stats.words_count, 0U);
+}
+
+TEST_F(OccurrenceTest, TheFullTypeAloneEntersTheStatisticsOfTheFilter) {
+  set_up(2);
+  // Patterns from the last position to the first. An open position agrees with anything, so that the first rule admits
+  // the second word alone, the second rule the first word alone, and neither the pair.
+  persistent::morphologic_filter.add_rule({"B", "X"});
+  persistent::morphologic_filter.add_rule({"X", "A"});
+  LoadedSentence sentence(pair);
+  sentence.store({1, 2});
+  EXPECT_EQ(sentence.frequency({1, 2}, 0), 1U);
+  EXPECT_EQ(sentence.frequency({1, 2}, 1), 1U);
+  EXPECT_EQ(sentence.frequency({1, 2}, 2), 1U);
+  EXPECT_EQ(sentence.record({1, 2}, 3), nullptr);
+  EXPECT_EQ(sentence.stats.extracted_count, 1U);
+  EXPECT_EQ(sentence.stats.passed_count, 0U);
+  EXPECT_EQ(sentence.stats.filtered_count, 1U);
+  // Only the verdict on the pair was counted by the filter.
+  EXPECT_EQ(persistent::morphologic_filter.stats.matched, (std::vector<std::uint32_t>{0, 0}));
+  EXPECT_EQ(persistent::morphologic_filter.stats.unmatched, 1U);
+}
+
+TEST_F(OccurrenceTest, TheEmptyNGramIsCountedEvenWhenTheFilterRefusesEverything) {
+  set_up(2);
+  persistent::morphologic_filter.add_rule({"X", "X"});
+  LoadedSentence sentence(pair);
+  sentence.store({1, 2});
+  EXPECT_EQ(sentence.frequency({1, 2}, 0), 1U);
+  for (std::uint8_t type = 1; type < 4; ++type)
+    EXPECT_EQ(sentence.record({1, 2}, type), nullptr) << "type " << unsigned{type};
+}
+
+TEST_F(OccurrenceTest, TheFilterSeesTagsFromTheLastPositionToTheFirstAndNothingAtOpenOnes) {
+  set_up(3);
+  // For type 5 the tags are C, nothing and A.
+  persistent::morphologic_filter.add_rule({"C", "X", "A"});
+  LoadedSentence sentence(triple);
+  EXPECT_NE(_store_ngram(sentence.extract({1, 2, 3}), 5), nullptr);
+  EXPECT_EQ(_store_ngram(sentence.extract({1, 2, 3}), 7), nullptr);  // C, B, A
+  EXPECT_EQ(_store_ngram(sentence.extract({1, 2, 3}), 2), nullptr);  // nothing, B, nothing
+  persistent::morphologic_filter.add_rule({"A", "B", "C"});
+  EXPECT_EQ(_store_ngram(sentence.extract({1, 2, 3}), 7), nullptr);
+  persistent::morphologic_filter.add_rule({"C", "B", "A"});
+  EXPECT_NE(_store_ngram(sentence.extract({1, 2, 3}), 7), nullptr);
+}
+
+TEST_F(OccurrenceTest, WithoutTracingNoContextsAreKept) {
+  set_up(2, false, {ContextWindow::words, 5});
+  LoadedSentence sentence(five);
+  sentence.store({2, 3});
+  EXPECT_TRUE(sentence.contexts({2, 3}, 3).empty());
+}
+
+TEST_F(OccurrenceTest, WideContextsAreTheWordsAroundTheRoot) {
+  set_up(2, true, {ContextWindow::words, 1});
+  LoadedSentence sentence(five);
+  sentence.store({2, 3});  // the root is b, the range a b c
+  EXPECT_EQ(sentence.contexts({2, 3}, 3), (Texts{"a1", "a(1)", "d(1)"}));
+}
+
+TEST_F(OccurrenceTest, AWordAtAnOpenPositionIsAWideContextOfThePattern) {
+  set_up(2, true, {ContextWindow::words, 1});
+  LoadedSentence sentence(five);
+  sentence.store({2, 3});
+  EXPECT_EQ(sentence.contexts({2, 3}, 2), (Texts{"a1", "c1"}));  // b alone
+  EXPECT_EQ(sentence.contexts({2, 3}, 1), (Texts{"a1", "b1"}));  // c alone, around the root of the pair
+}
+
+TEST_F(OccurrenceTest, TheEmptyNGramHasNoContexts) {
+  set_up(2, true, {ContextWindow::words, 2});
+  LoadedSentence sentence(five);
+  sentence.store({2, 3});
+  EXPECT_TRUE(sentence.contexts({2, 3}, 0).empty());
+}
+
+TEST_F(OccurrenceTest, ASecondSightingRaisesTheFrequencies) {
+  set_up(2, true, {ContextWindow::words, 1});
+  LoadedSentence sentence(five);
+  sentence.store({2, 3});
+  sentence.store({2, 3});
+  EXPECT_EQ(sentence.contexts({2, 3}, 3), (Texts{"a2", "a(2)", "d(2)"}));
+}
+
+TEST_F(OccurrenceTest, InSentencesTheWideContextIsAllThatTheBufferHolds) {
+  set_up(2, true, {ContextWindow::sentences, 1});
+  LoadedSentence sentence(std::string(pair) + "1 w x X 2 Sb\n2 w y Y 0 Pred\n\n1 w z Z 0 Pred\n\n");
+  sentence.store({1, 2});
+  EXPECT_EQ(sentence.contexts({1, 2}, 3), (Texts{"x1", "y1"}));
+  EXPECT_EQ(sentence.contexts({1, 2}, 1), (Texts{"a1", "x1", "y1"}));
+  sentence.next();
+  sentence.store({1, 2});  // the sentence before it has left the buffer
+  EXPECT_EQ(sentence.contexts({1, 2}, 3), (Texts{"z1"}));
+}
+
+TEST_F(OccurrenceTest, TheNarrowContextStaysWithinTheSentence) {
+  set_up(2, true, {ContextWindow::sentences, 0});
+  LoadedSentence sentence(std::string(five) + pair);
+  sentence.store({1, 2});  // starts the sentence: only the word to the right; wide are c, d and e
+  EXPECT_EQ(sentence.contexts({1, 2}, 3), (Texts{"c1", "d1", "e1", "c(1)"}));
+  sentence.store({2, 5});  // ends the sentence: only the word to the left
+  EXPECT_EQ(sentence.contexts({2, 5}, 3), (Texts{"a1", "c1", "d1", "a(1)"}));
+}
+
+TEST_F(OccurrenceTest, AnOccurrenceThatSpansItsSentenceHasNoNarrowContext) {
+  set_up(2, true, {ContextWindow::words, 10});
+  LoadedSentence sentence(std::string(pair) + five);
+  sentence.store({1, 2});
+  // All the words read ahead are wide contexts; the members' lemmas occur again in the second sentence.
+  EXPECT_EQ(sentence.contexts({1, 2}, 3), (Texts{"a1", "b1", "c1", "d1", "e1"}));
+}
+
+TEST_F(OccurrenceTest, TheContextFilterSelectsWideContextsOnly) {
+  set_up(2, true, {ContextWindow::words, 50});
+  persistent::context_filter.add_rule("E");
+  LoadedSentence sentence(five);
+  sentence.store({2, 3});
+  EXPECT_EQ(sentence.contexts({2, 3}, 3), (Texts{"e1", "a(1)", "d(1)"}));
+  // Asking does not count.
+  EXPECT_EQ(persistent::context_filter.stats.matched, (std::vector<std::uint32_t>{0}));
+  EXPECT_EQ(persistent::context_filter.stats.unmatched, 0U);
+}
+
+TEST_F(OccurrenceTest, AFilteredNGramHasNoContextsButItsPatternsHave) {
+  set_up(2, true, {ContextWindow::words, 1});
+  persistent::morphologic_filter.add_rule({"X", "B"});  // admits b as first word alone
+  LoadedSentence sentence(five);
+  sentence.store({2, 3});
+  EXPECT_EQ(sentence.record({2, 3}, 3), nullptr);
+  EXPECT_EQ(sentence.contexts({2, 3}, 2), (Texts{"a1", "c1"}));
+}
+
+}  // namespace
+}  // namespace colx
