@@ -167,7 +167,7 @@ TEST(NGramStoreTest, CountsEveryPatternOfRandomOccurrences) {
         std::string pattern;
         for (unsigned m = 0; m < n; ++m) {
           pattern += '|';
-          if ((type >> (n - 1U - m) & 1U) == 0) continue;
+          if (((unsigned{type} >> (n - 1U - m)) & 1U) == 0) continue;
           pattern += std::to_string(words[m].lemma) + '/' + std::to_string(words[m].tag);
           if (m > 0) pattern += words[m].dependency;
         }
