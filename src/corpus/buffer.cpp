@@ -24,7 +24,7 @@ void Buffer::_init() {
 
 WordRange Buffer::current() const {
   const Sentence& sentence = _sentences[_current];
-  const WordIterator first = _words.begin() + static_cast<std::ptrdiff_t>(_start(sentence));
+  const WordIterator first = _words.begin() + _start(sentence);
   return {first, first + sentence.length};
 }
 
@@ -59,7 +59,7 @@ bool Buffer::next() {
 
 std::uint32_t Buffer::_pop() {
   const std::uint32_t length = _sentences.front().length;
-  _words.erase(_words.begin(), _words.begin() + length);
+  _words.drop_front(length);
   _sentences.pop_front();
   --_current;
   _dropped_words += length;

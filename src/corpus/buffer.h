@@ -9,6 +9,7 @@
 
 #include "corpus/parser.h"
 #include "corpus/word.h"
+#include "corpus/word_queue.h"
 #include "run/config.h"
 
 namespace colx {
@@ -55,7 +56,7 @@ class Buffer {
   std::uint64_t _start(const Sentence& sentence) const { return sentence.start - _dropped_words; }
 
   Parser& _parser;
-  std::deque<Word> _words;
+  WordQueue _words;
   std::deque<Sentence> _sentences;
   std::size_t _current = 0;  // place in _sentences
   ContextWindow::Mode _mode;

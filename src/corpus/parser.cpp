@@ -1,6 +1,8 @@
 #include "corpus/parser.h"
 
+#include <array>
 #include <cstring>
+#include <string_view>
 
 #include "corpus/dependencies.h"
 #include "corpus/tagged_lemma.h"
@@ -13,7 +15,22 @@ namespace {
 
 // The most characters of a line that are discarded at once while a bad sentence is skipped; a longer line counts as
 // several.
-constexpr std::streamsize longest_skip = 100000;
+constexpr std::size_t longest_skip = 100000;
+
+// The characters at which a lemma is cut.
+constexpr std::string_view suffix_marks = "':;^_";
+
+// What a character is to a lemma that is read.
+enum class CharacterClass : std::uint8_t { plain, suffix_mark, ends_text };
+
+constexpr std::array<CharacterClass, 256> character_classes = [] {
+  std::array<CharacterClass, 256> classes{};
+  for (std::size_t c = 0; c <= ' '; ++c)
+    classes[c] = CharacterClass::ends_text;
+  for (const char c : suffix_marks)
+    classes[static_cast<unsigned char>(c)] = CharacterClass::suffix_mark;
+  return classes;
+}();
 
 // The lemmas that the records of N-grams can tell apart.
 constexpr std::size_t distinct_lemmas = std::size_t{TaggedLemma::_lemma_bits_mask} + 1;
@@ -21,26 +38,27 @@ constexpr std::size_t distinct_lemmas = std::size_t{TaggedLemma::_lemma_bits_mas
 }  // namespace
 
 Parser::Parser(std::istream& stream, StringStore<std::uint32_t>& lemmas, StringStore<std::uint8_t>& tags)
-    : _stream(stream), _lemmas(lemmas), _tags(tags) {}
+    : _input(stream), _lemmas(lemmas), _tags(tags) {}
 
-bool Parser::next(std::uint32_t limit, ContextWindow::Mode mode, std::deque<Word>& words) {
+bool Parser::next(std::uint32_t limit, ContextWindow::Mode mode, WordQueue& words) {
   _sentence_lengths.clear();
   std::uint32_t words_read = 0;
   std::uint32_t length = 0;  // of the sentence in hand
+  Fields fields;
 
   const auto drop_sentence = [&] {
-    words.resize(words.size() - length);
+    words.drop_back(length);
     length = 0;
     _skip_sentence();
   };
 
-  while (_stream) {
-    const int first = _stream.peek();
-    if (first == std::char_traits<char>::eof()) break;
+  while (!_input.fail()) {
+    const int first = _input.peek();
+    if (first == Input::end_of_input) break;
     ++_line;
 
     if (first == '\n') {
-      _stream.get();
+      _input.consume(1);
       if (length > 0) {
         _sentence_lengths.push_back(length);
         words_read += length;
@@ -51,7 +69,7 @@ bool Parser::next(std::uint32_t limit, ContextWindow::Mode mode, std::deque<Word
       continue;
     }
 
-    const Line line = _read_word_line();
+    const Line line = _read_word_line(fields);
     if (line == Line::incomplete) break;
     if (line == Line::malformed) {
       _warn("Incorrect input format detected at line " + unsigned2str(_line));
@@ -61,12 +79,12 @@ bool Parser::next(std::uint32_t limit, ContextWindow::Mode mode, std::deque<Word
             unsigned2str(length + 1) + ", while maximum allowed value for word order is " +
             unsigned2str(constants::max_sentence_length));
       drop_sentence();
-    } else if (_order != length + 1) {
+    } else if (fields.order != length + 1) {
       _warn("Word order mismatch detected at line " + unsigned2str(_line) + ". Got word ordered as " +
-            unsigned2str(_order) + ", while expecting " + unsigned2str(length + 1));
+            unsigned2str(fields.order) + ", while expecting " + unsigned2str(length + 1));
       drop_sentence();
     } else {
-      words.push_back(_make_word());
+      words.push_back(_make_word(fields));
       ++length;
     }
   }
@@ -77,16 +95,76 @@ bool Parser::next(std::uint32_t limit, ContextWindow::Mode mode, std::deque<Word
 
 // Reads the six fields and the one character after them. Input that ends inside them makes no word: its fields are not
 // all its own.
-Parser::Line Parser::_read_word_line() {
-  _stream >> _order >> _occurrence >> _lemma >> _tag >> _parent >> _dependency;
-  if (_stream.fail()) {
-    if (_stream.eof()) return Line::incomplete;
-    _stream.clear();
-    _stream.get();
+Parser::Line Parser::_read_word_line(Fields& fields) {
+  if (const std::size_t length = _split_ordinary_line(_input.buffered(), fields); length != 0) {
+    _input.consume(length);
+    return Line::word;
+  }
+  _input.read(fields.order);
+  _input.read(_occurrence);
+  _input.read(_lemma);
+  _input.read(_tag);
+  _input.read(fields.parent);
+  _input.read(_dependency);
+  if (_input.fail()) {
+    if (_input.eof()) return Line::incomplete;
+    _input.clear();
+    _input.get();
     return Line::malformed;
   }
-  _stream.get();
+  _input.get();
+  cut_lemma(_lemma);
+  fields.lemma = _lemma.c_str();  // the stores take texts up to a zero byte
+  fields.tag = _tag;
+  fields.dependency = _dependency;
   return Line::word;
+}
+
+// Takes a line apart that begins with a digit and whose fields are followed by exactly one blank or TAB each, the last
+// by a newline. Returns its length, or 0 for every other line.
+std::size_t Parser::_split_ordinary_line(std::string_view text, Fields& fields) {
+  const char* p = text.data();
+  const char* const end = p + text.size();
+  const auto number = [&](std::uint32_t& value) {
+    // Nine digits never overflow.
+    const char* const limit = end - p > 9 ? p + 9 : end;
+    const char* const first = p;
+    value = 0;
+    for (; p != limit && *p >= '0' && *p <= '9'; ++p)
+      value = value * 10 + static_cast<std::uint32_t>(*p - '0');
+    return p != first && p != end && (*p == ' ' || *p == '\t');
+  };
+  const auto ends_text = [](char c) { return static_cast<unsigned char>(c) <= ' '; };
+  const auto word = [&](std::string_view& value) {
+    const char* const first = p;
+    while (p != end && !ends_text(*p))
+      ++p;
+    value = {first, static_cast<std::size_t>(p - first)};
+    return p != first && p != end && (*p == ' ' || *p == '\t');
+  };
+
+  if (!number(fields.order)) return 0;
+  ++p;
+  std::string_view occurrence;
+  if (!word(occurrence)) return 0;
+  ++p;
+  const char* const lemma = p;
+  while (p != end && character_classes[static_cast<unsigned char>(*p)] == CharacterClass::plain)
+    ++p;
+  fields.lemma = {lemma, static_cast<std::size_t>(p - lemma)};
+  std::string_view suffix;
+  if (!word(suffix) && (p == end || p == lemma || (*p != ' ' && *p != '\t'))) return 0;
+  ++p;
+  if (!word(fields.tag)) return 0;
+  ++p;
+  if (!number(fields.parent)) return 0;
+  ++p;
+  const char* const dependency = p;
+  while (p != end && !ends_text(*p))
+    ++p;
+  if (p == end || p == dependency || *p != '\n') return 0;
+  fields.dependency = {dependency, static_cast<std::size_t>(p - dependency)};
+  return static_cast<std::size_t>(p - text.data()) + 1;
 }
 
 void Parser::_warn(const std::string& problem) const {
@@ -95,35 +173,46 @@ void Parser::_warn(const std::string& problem) const {
 
 // Discards lines up to and including the next empty one.
 void Parser::_skip_sentence() {
-  while (_stream.good()) {
-    const int first = _stream.get();
+  while (_input.good()) {
+    const int first = _input.get();
     if (first == '\n') {
       ++_line;
       return;
     }
-    _stream.ignore(longest_skip, '\n');
+    _input.ignore(longest_skip, '\n');
     ++_line;
   }
   ++_line;
 }
 
-Word Parser::_make_word() {
-  cut_lemma(_lemma);
-  mask_tag(_tag, settings::morphologic_tag_mask);
-  const std::uint8_t dependency = string2dependency(_dependency);
-  const std::uint8_t tag = _tags.store(_tag.c_str());
+Word Parser::_make_word(const Fields& fields) {
+  const std::uint8_t dependency = _dependency_codes.get(
+      fields.dependency, [](std::string_view name) { return string2dependency(std::string(name)); });
+  const std::uint8_t tag = _tag_indexes.get(fields.tag, [&](std::string_view text) { return _intern_tag(text); });
+  const std::uint32_t lemma =
+      _lemma_indexes.get(fields.lemma, [&](std::string_view text) { return _intern_lemma(text); });
+  return {lemma, tag, static_cast<std::uint16_t>(fields.order), static_cast<std::uint16_t>(fields.parent), dependency};
+}
+
+std::uint8_t Parser::_intern_tag(std::string_view tag) {
+  std::string masked(tag);
+  mask_tag(masked, settings::morphologic_tag_mask);
+  return _tags.store(masked.c_str());
+}
+
+std::uint32_t Parser::_intern_lemma(std::string_view text) {
   const std::size_t known_lemmas = _lemmas.size();
-  const std::uint32_t lemma = _lemmas.store(_lemma.c_str());
+  const std::uint32_t lemma = _lemmas.store(text);
   if (known_lemmas == distinct_lemmas && _lemmas.size() > known_lemmas) {
     notifier::error.warning("More than " + std::to_string(distinct_lemmas) +
                             " different lemmas were read. N-grams whose lemmas differ by a multiple of that number of "
                             "indexes are counted as the same...");
   }
-  return {lemma, tag, static_cast<std::uint16_t>(_order), static_cast<std::uint16_t>(_parent), dependency};
+  return lemma;
 }
 
 void cut_lemma(std::string& lemma) {
-  const std::size_t suffix = lemma.find_first_of("':;^_");
+  const std::size_t suffix = lemma.find_first_of(suffix_marks);
   if (suffix != std::string::npos) lemma.resize(suffix);
 }
 

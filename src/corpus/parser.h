@@ -10,18 +10,24 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <istream>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "corpus/input.h"
 #include "corpus/string_store.h"
-#include "corpus/word.h"
+#include "corpus/text_cache.h"
+#include "corpus/word_queue.h"
 #include "run/config.h"
 
 namespace colx {
 
-// Reads the sentences of one stream, which it does not own, and interns their lemmas and tags in the two stores.
+// Reads the sentences of one stream, which it does not own, from where the stream stands, and interns their lemmas and
+// tags in the two stores. Reads ahead of what it has consumed.
+//
+// Ordinary lines, six fields each followed by a single separator and all of it in the buffer, are taken apart in one
+// pass; every other line is read field by field, which is slower and is the definition.
 class Parser {
  public:
   Parser(std::istream& stream, StringStore<std::uint32_t>& lemmas, StringStore<std::uint8_t>& tags);
@@ -29,35 +35,52 @@ class Parser {
   // Appends the words of whole sentences to `words`, from where the last call stopped, and returns whether there was a
   // sentence at all. Stops at the end of the input or at a sentence end once this call has read `limit` sentences or
   // words, whichever `mode` counts. Passes on index_overflow and string_too_long of the stores.
-  bool next(std::uint32_t limit, ContextWindow::Mode mode, std::deque<Word>& words);
+  bool next(std::uint32_t limit, ContextWindow::Mode mode, WordQueue& words);
 
   // Word counts of the sentences that the last call of `next` appended, in reading order.
   const std::vector<std::uint32_t>& sentence_lengths() const { return _sentence_lengths; }
 
   // Tells whether the end of the input has been noticed.
-  bool at_end() const { return _stream.eof(); }
+  bool at_end() const { return _input.eof(); }
+
+  // Bytes consumed so far, or a negative number when the input has failed.
+  std::int64_t position() const { return _input.position(); }
 
  private:
   enum class Line { word, malformed, incomplete };
 
-  Line _read_word_line();
+  // The fields of a word line; the texts are valid until the input moves on. The word form is of no use to anybody.
+  struct Fields {
+    std::uint32_t order = 0;
+    std::string_view lemma;  // cut
+    std::string_view tag;
+    std::uint32_t parent = 0;
+    std::string_view dependency;
+  };
+
+  Line _read_word_line(Fields& fields);
+  static std::size_t _split_ordinary_line(std::string_view text, Fields& fields);
   void _warn(const std::string& problem) const;
   void _skip_sentence();
-  Word _make_word();
+  Word _make_word(const Fields& fields);
+  std::uint8_t _intern_tag(std::string_view tag);
+  std::uint32_t _intern_lemma(std::string_view text);
 
-  std::istream& _stream;
+  Input _input;
   StringStore<std::uint32_t>& _lemmas;
   StringStore<std::uint8_t>& _tags;
   std::uint32_t _line = 0;
   std::vector<std::uint32_t> _sentence_lengths;
 
-  // The fields of the line in hand, kept so that reading a word allocates nothing.
-  std::uint32_t _order = 0;
+  // Texts of a line that is read field by field, kept so that reading one allocates nothing.
   std::string _occurrence;
   std::string _lemma;
   std::string _tag;
-  std::uint32_t _parent = 0;
   std::string _dependency;
+
+  TextCache<std::uint32_t, 12> _lemma_indexes;   // by cut lemma
+  TextCache<std::uint8_t, 11> _tag_indexes;      // by tag as it is read
+  TextCache<std::uint8_t, 9> _dependency_codes;  // by name
 };
 
 // Cuts a lemma at its first technical suffix, that is, at the first of ' : ; ^ _.

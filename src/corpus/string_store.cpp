@@ -4,6 +4,7 @@
 #include <string>
 
 #include "run/errors.h"
+#include "util/hashing.h"
 
 namespace colx {
 
@@ -13,38 +14,34 @@ string_too_long::string_too_long(std::size_t length, std::size_t limit)
                         std::to_string(limit) + " bytes!") {}
 
 template <typename Index>
-bool StringStoreLessComparator<Index>::operator()(Index a, Index b) const {
-  return std::strcmp(_texts[a], _texts[b]) < 0;
-}
-
-template <typename Index>
 StringStore<Index>::StringStore(std::uint32_t block_size)
-    : RandomSizedMemoryPool<char>(block_size + 1), _lookup(StringStoreLessComparator<Index>(_texts)) {}
+    : RandomSizedMemoryPool<char>(block_size + 1 + static_cast<std::uint32_t>(sizeof(Length))) {}
 
 template <typename Index>
-Index StringStore<Index>::store(const char* text) {
-  const auto candidate = static_cast<Index>(_texts.size());
-  _texts.push_back(text);
-  const auto bound = _lookup.lower_bound(candidate);
-  if (bound != _lookup.end() && std::strcmp(_texts[*bound], text) == 0) {
-    _texts.pop_back();
-    return *bound;
+Index StringStore<Index>::store(std::string_view text) {
+  const std::uint64_t hash = hash_bytes(text.data(), text.size());
+  const auto equal = [&](std::uint32_t index) {
+    const std::string_view stored = _text(index);
+    return stored.size() == text.size() && equal_bytes(stored.data(), text.data(), text.size());
+  };
+  const std::uint32_t found = _lookup.find(hash, equal);
+  if (found != CompactIndex::none) return static_cast<Index>(found);
+  if (_texts.size() + 1 >= std::numeric_limits<Index>::max()) {
+    // The text that found no place is counted, so that the store can be told from one that is merely full.
+    _texts.resize(std::numeric_limits<Index>::max(), "");
+    throw index_overflow("String store overflow!");
   }
-  if (_texts.size() == std::numeric_limits<Index>::max()) throw index_overflow("String store overflow!");
-  const std::size_t length = std::strlen(text);
-  char* copy = get_memory(length + 1);
-  if (copy == nullptr) {
-    _texts.pop_back();
-    throw string_too_long(length, block_size() - 1);
-  }
-  std::memcpy(copy, text, length + 1);
-  _texts.back() = copy;
-  _lookup.insert(bound, candidate);
-  return candidate;
+  char* const copy = get_memory(sizeof(Length) + text.size() + 1);
+  if (copy == nullptr) throw string_too_long(text.size(), block_size() - sizeof(Length) - 1);
+  const auto length = static_cast<Length>(text.size());
+  std::memcpy(copy, &length, sizeof length);
+  std::memcpy(copy + sizeof length, text.data(), text.size());
+  copy[sizeof length + text.size()] = '\0';
+  _texts.push_back(copy + sizeof length);
+  _lookup.insert(hash, [&](std::uint32_t index) { return hash_bytes(_text(index).data(), _text(index).size()); });
+  return static_cast<Index>(_texts.size() - 1);
 }
 
-template class StringStoreLessComparator<std::uint32_t>;
-template class StringStoreLessComparator<std::uint8_t>;
 template class StringStore<std::uint32_t>;
 template class StringStore<std::uint8_t>;
 

@@ -2,16 +2,18 @@
 
 // Interning of lemmas and tags: every distinct text is kept once and stands for itself by a dense index, in order of
 // first sight. Texts live in the pool that a store is; they never move and are never dropped, so pointers to them stay
-// valid as long as the store. Finding a text costs a logarithmic number of comparisons.
+// valid as long as the store. Finding a text costs its hash and one comparison.
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <limits>
-#include <set>
 #include <stdexcept>
+#include <string_view>
 #include <vector>
 
-#include "model/pool.h"
+#include "util/compact_index.h"
+#include "util/pool.h"
 
 namespace colx {
 
@@ -22,17 +24,6 @@ class string_too_long : public std::length_error {
   string_too_long(std::size_t length, std::size_t limit);
 };
 
-// Orders two indexes by the bytes of the texts they stand for.
-template <typename Index>
-class StringStoreLessComparator {
- public:
-  explicit StringStoreLessComparator(const std::vector<const char*>& texts) : _texts(texts) {}
-  bool operator()(Index a, Index b) const;
-
- private:
-  const std::vector<const char*>& _texts;
-};
-
 // Gives texts indexes from 0. The largest value of the index type is never given away: a store holds at most that many
 // texts less one.
 template <typename Index>
@@ -41,20 +32,29 @@ class StringStore : public RandomSizedMemoryPool<char> {
   // Makes an empty store in blocks of `block_size` + 1 bytes; a text and its terminating zero must fit in one.
   explicit StringStore(std::uint32_t block_size);
 
-  // Returns the index of a zero-terminated text, which is copied when it is new. A text that is already there is found
-  // even when the store is full. Throws index_overflow when there is no index left (the table then keeps one entry too
-  // many) and string_too_long when the text does not fit in a block.
-  Index store(const char* text);
+  // Returns the index of a text without zero bytes, which is copied when it is new. A text that is already there is
+  // found even when the store is full. Throws index_overflow when there is no index left (the table then keeps one
+  // entry too many) and string_too_long when the text does not fit in a block.
+  Index store(std::string_view text);
 
-  // Returns the text of an index that `store` gave.
-  const char* operator[](Index index) const { return _texts[index]; }
+  // Returns the text of an index that `store` gave; there is a zero behind it.
+  std::string_view operator[](Index index) const { return _text(index); }
 
   // Number of texts, which after an overflow counts the one that found no place.
   std::size_t size() const { return _texts.size(); }
 
  private:
+  using Length = std::uint16_t;
+
+  // Every text stands behind its length.
+  std::string_view _text(std::size_t index) const {
+    Length length;
+    std::memcpy(&length, _texts[index] - sizeof length, sizeof length);
+    return {_texts[index], length};
+  }
+
   std::vector<const char*> _texts;
-  std::set<Index, StringStoreLessComparator<Index>> _lookup;
+  CompactIndex _lookup;
 };
 
 extern template class StringStore<std::uint32_t>;

@@ -3,7 +3,6 @@
 // One parsed word of a corpus, as the sentence buffer holds it.
 
 #include <cstdint>
-#include <deque>
 #include <utility>
 
 namespace colx {
@@ -18,7 +17,7 @@ struct Word {
 };
 
 // Where a word stands in the sentence buffer.
-using WordIterator = std::deque<Word>::const_iterator;
+using WordIterator = const Word*;
 
 // A run of words in the sentence buffer, half open; valid until the buffer moves on.
 using WordRange = std::pair<WordIterator, WordIterator>;

@@ -1,53 +1,43 @@
 #include "evaluation/evaluation.h"
 
 #include <cstddef>
-#include <utility>
-
-#include "model/ngram.h"
-#include "run/config.h"
 
 namespace colx {
 
-std::vector<std::vector<std::uint32_t>> EvaluationTables::_bits_for_cont_table;
-std::vector<std::vector<std::uint32_t>> EvaluationTables::_bits_for_inv_table;
+void EvaluationTables::assign(std::span<const std::uint32_t> frequencies) {
+  const std::size_t cells = frequencies.size();
+  _frequencies.assign(frequencies.begin(), frequencies.end());
 
-void EvaluationTables::init() {
-  const std::uint32_t cells = NGram::_types_count;
-  _bits_for_cont_table.assign(cells, {});
-  _bits_for_inv_table.assign(cells, {});
-  for (std::uint32_t i = 0; i < cells; ++i) {
-    for (std::uint32_t j = 0; j < cells; ++j) {
-      if (j != i && (i | j) == j) _bits_for_cont_table[i].push_back(j);
-      if (j != 0 && (i & j) == 0) _bits_for_inv_table[i].push_back(j);
+  // Member by member, "at least these" becomes "at least these and not that one".
+  _contingency_table.assign(frequencies.begin(), frequencies.end());
+  for (std::size_t bit = 1; bit < cells; bit *= 2) {
+    for (std::size_t i = 0; i < cells; ++i) {
+      if ((i & bit) == 0) _contingency_table[i] -= _contingency_table[i | bit];
     }
   }
-}
 
-EvaluationTables::EvaluationTables(std::vector<std::uint32_t> frequencies)
-    : _frequencies(std::move(frequencies)),
-      _contingency_table(_frequencies),
-      _inverse_marginals(_frequencies.size(), 0),
-      _expected_table(_frequencies.size(), 1.0) {
-  const std::size_t cells = _frequencies.size();
-
-  // Strict supersets have higher numbers, so they are exact already when they are taken off.
-  for (std::size_t t = cells - 1; t-- > 0;) {
-    for (const std::uint32_t j : _bits_for_cont_table[t])
-      _contingency_table[t] -= _contingency_table[j];
+  // Member by member, a cell without that one gives those that have none of the cell's members so far; taking off those
+  // that have this one leaves those that have it neither.
+  _inverse_marginals.assign(frequencies.begin(), frequencies.end());
+  for (std::size_t bit = 1; bit < cells; bit *= 2) {
+    for (std::size_t i = 0; i < cells; ++i) {
+      if ((i & bit) != 0) _inverse_marginals[i] = _inverse_marginals[i ^ bit] - _inverse_marginals[i];
+    }
   }
-  for (std::size_t i = 0; i < cells; ++i) {
-    for (const std::uint32_t j : _bits_for_inv_table[i])
-      _inverse_marginals[i] += _contingency_table[j];
-  }
+  for (std::uint32_t& marginal : _inverse_marginals)
+    marginal -= _contingency_table[0];
 
-  const double total = _frequencies[0];
-  for (std::size_t i = 0; i < cells; ++i) {
-    double& expected = _expected_table[i];
-    expected = total * expected;
-    for (unsigned k = 0; k < settings::n; ++k) {
-      const std::size_t bit = std::size_t{1} << k;
-      const double marginal = (i & bit) != 0 ? _frequencies[bit] : _inverse_marginals[bit];
-      expected = marginal / total * expected;
+  // The factors are multiplied in ascending order of the members' bits, so that the rounding is that of each cell
+  // worked out alone. Cells that agree in their low bits share the product so far.
+  const double total = frequencies[0];
+  _expected_table.assign(cells, total);
+  for (std::size_t bit = 1; bit < cells; bit *= 2) {
+    const double absent = _inverse_marginals[bit] / total;
+    const double present = _frequencies[bit] / total;
+    for (std::size_t i = 0; i < bit; ++i) {
+      const double product = _expected_table[i];
+      _expected_table[i] = absent * product;
+      _expected_table[i | bit] = present * product;
     }
   }
 }

@@ -8,19 +8,21 @@
 // alone, 3 both.
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace colx {
 
-// The tables of one N-gram, each of 2^N entries; read-only once built.
+// The tables of one N-gram after another, each of 2^N entries; built in the same memory again and again. Building costs
+// N 2^N steps for each table.
 class EvaluationTables {
  public:
-  // Builds the tables from the frequencies of an N-gram and of all its patterns, entry t being that of type t: the last
-  // one its own, the first one the number of all N-grams. Costs a pass over the listed cells of every entry.
-  explicit EvaluationTables(std::vector<std::uint32_t> frequencies);
+  EvaluationTables() = default;
 
-  // Lists the cells that feed each other for the N of the settings; to be called once, after NGram::init.
-  static void init();
+  // Builds the tables from the frequencies of an N-gram and of all its patterns, entry t being that of type t: the last
+  // one its own, the first one the number of all N-grams.
+  explicit EvaluationTables(std::span<const std::uint32_t> frequencies) { assign(frequencies); }
+  void assign(std::span<const std::uint32_t> frequencies);
 
   const std::vector<std::uint32_t>& frequencies() const { return _frequencies; }
 
@@ -28,8 +30,8 @@ class EvaluationTables {
   // sum to the number of all N-grams.
   const std::vector<std::uint32_t>& contingency_table() const { return _contingency_table; }
 
-  // For a cell i of a single bit: how many N-grams lack that member. The N-grams that share no member at all (cell 0)
-  // are deliberately not among them.
+  // By cell: how many N-grams have none of its members. Those that share no member at all (cell 0) are deliberately not
+  // among them. Modulo 2^32.
   const std::vector<std::uint32_t>& inverse_marginals() const { return _inverse_marginals; }
 
   // Expected cell counts if the members were independent, from the frequencies of those present and the inverse
@@ -41,9 +43,6 @@ class EvaluationTables {
   std::vector<std::uint32_t> _contingency_table;
   std::vector<std::uint32_t> _inverse_marginals;
   std::vector<double> _expected_table;
-
-  static std::vector<std::vector<std::uint32_t>> _bits_for_cont_table;  // by cell: its strict supersets, ascending
-  static std::vector<std::vector<std::uint32_t>> _bits_for_inv_table;   // by cell: those without a bit of it, but for 0
 };
 
 }  // namespace colx

@@ -1,23 +1,60 @@
 #include "evaluation/ngrams_processor.h"
 
+#include "run/config.h"
+
 namespace colx {
 
-NGramsProcessor::NGramsProcessor(const NGramStore& store)
+NGramsProcessor::NGramsProcessor(NGramStore& store, std::uint32_t least_frequency)
     : _store(store),
       _full(store.records(NGram::_full_ngram_type)),
-      _position(_full.begin()),
-      _frequencies(NGram::_types_count, 0) {}
+      _least_frequency(least_frequency),
+      _frequencies(window * NGram::_types_count) {
+  store.records(NGram::_full_ngram_type).release_index();
+  _order = _full.listed_order();
+}
 
 bool NGramsProcessor::next() {
-  if (_position == _full.end()) return false;
-  _current = *_position;
-  _frequencies[NGram::_full_ngram_type] = _current->frequency();
-  for (std::uint8_t type = 0; type < NGram::_full_ngram_type; ++type) {
-    // Every pattern of a counted N-gram has been counted with it, so it is there.
-    _frequencies[type] = _store.get(*NGramToken::get(*_current, type))->frequency();
+  if (++_current >= _entries.size()) _fill();
+  if (_entries.empty()) {
+    _stepped = _order.size() - _position;
+    return false;
   }
-  ++_position;
+  _stepped = _entries[_current].stepped;
   return true;
+}
+
+// Takes the next N-grams that are frequent enough into the window and looks all their patterns up.
+void NGramsProcessor::_fill() {
+  constexpr std::size_t ahead = 16;
+  _entries.clear();
+  _batch.clear();
+  _current = 0;
+  std::size_t stepped = 0;
+  for (std::size_t i = _position; i < _order.size() && _entries.size() < window; ++i) {
+    if (i + ahead < _order.size()) __builtin_prefetch(_full.record(_order[i + ahead]));
+    const NGram& record = *_full.record(_order[i]);
+    ++stepped;
+    if (record.frequency() < _least_frequency) continue;
+    _entries.push_back({&record, stepped});
+    _position = i + 1;
+    stepped = 0;
+    _batch.add();
+    for (unsigned m = 0; m < settings::n; ++m)
+      _batch.set_last(m, record.member(m));
+  }
+  for (std::uint8_t type = 1; type < NGram::_full_ngram_type; ++type)
+    _look_up(type);
+  for (std::size_t e = 0; e < _entries.size(); ++e) {
+    _frequencies[e * NGram::_types_count] = _store.empty_frequency();
+    _frequencies[e * NGram::_types_count + NGram::_full_ngram_type] = _entries[e].record->frequency();
+  }
+}
+
+// Every pattern of a counted N-gram has been counted with it, so it is there.
+void NGramsProcessor::_look_up(std::uint8_t type) {
+  _store.records(type).find(_batch, [&](std::size_t entry, const NGram* pattern) {
+    _frequencies[entry * NGram::_types_count + type] = pattern->frequency();
+  });
 }
 
 }  // namespace colx

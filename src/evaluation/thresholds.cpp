@@ -39,18 +39,14 @@ std::vector<Measure> measures() {
   return list;
 }
 
-bool passes_frequency_sieve(std::uint32_t frequency) {
-  return settings::sieves.frequency <= frequency;
-}
-
-std::optional<std::vector<double>> evaluate(const EvaluationTables& tables, const std::vector<Measure>& measures) {
-  if (settings::sieves.estimated_frequency > tables.expected_table()[NGram::_full_ngram_type]) return std::nullopt;
-  std::vector<double> values(measures.size(), 0.0);
-  if (!_passes_thresholds(tables, measures, values)) return std::nullopt;
+bool evaluate(const EvaluationTables& tables, const std::vector<Measure>& measures, std::vector<double>& values) {
+  if (settings::sieves.estimated_frequency > tables.expected_table()[NGram::_full_ngram_type]) return false;
+  values.assign(measures.size(), 0.0);
+  if (!_passes_thresholds(tables, measures, values)) return false;
   for (std::size_t i = 0; i < measures.size(); ++i) {
     if (!(values[i] > 0.0)) values[i] = measures[i].evaluate(tables);
   }
-  return values;
+  return true;
 }
 
 }  // namespace colx

@@ -3,7 +3,6 @@
 // The decision which N-grams reach the output datafile: two sieves, then the thresholds of the measures.
 
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 #include "evaluation/evaluation.h"
@@ -20,11 +19,8 @@ struct Measure {
 // ratio and, for N = 2, mutual information, Pearson's coefficient, t test and z score.
 std::vector<Measure> measures();
 
-// Tells whether an N-gram of this frequency is frequent enough to be evaluated.
-bool passes_frequency_sieve(std::uint32_t frequency);
-
 // Applies the sieve of expected frequencies and the thresholds, one met or all met as the settings ask; not-a-number
-// meets any threshold. Returns the values of all measures for an N-gram that passes, nothing for one that does not.
-std::optional<std::vector<double>> evaluate(const EvaluationTables& tables, const std::vector<Measure>& measures);
+// meets any threshold. Returns whether the N-gram passes and, if it does, sets `values` to those of all measures.
+bool evaluate(const EvaluationTables& tables, const std::vector<Measure>& measures, std::vector<double>& values);
 
 }  // namespace colx

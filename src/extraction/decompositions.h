@@ -1,16 +1,20 @@
 #pragma once
 
 // Decompositions of a sum into shares of the children of a node, in the order that the enumeration of subtrees
-// requires.
+// requires: the highest child with a share ascending, within it the size of its share ascending, within that the rest
+// among the children below it, in the same order. (This is the order in which the last of all parts varies slowest.)
 //
 // All decompositions of s into k non-negative parts are C(s + k - 1, s) tuples; for a word with many children almost
 // all of their entries are zero. So tuples are never made: a decomposition is given as its non-zero shares alone, and
-// shares that a child cannot serve cut off everything that would contain them.
+// children that together cannot take what is left are never entered, so that every step of the search leads to a
+// decomposition.
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <span>
-#include <vector>
+
+#include "run/config.h"
 
 namespace colx {
 
@@ -22,25 +26,39 @@ struct Share {
   friend bool operator==(const Share&, const Share&) = default;
 };
 
-// Lists decompositions in the order in which the last part varies slowest: the highest child with a share ascending,
-// within it the size of its share ascending, within that the rest among the children below it, in the same order.
+// Lists the decompositions of sums of less than constants::max_grammity.
 class SumDecompositions {
  public:
-  // Tells whether a child can take a share of this size, 1 or more.
-  using Admits = std::function<bool(std::uint32_t child, std::uint32_t size)>;
-
-  // Receives the shares of one decomposition by ascending child; they are valid during the call.
-  using Visit = std::function<void(std::span<const Share>)>;
-
-  // Visits every decomposition of `sum` into `parts` parts whose shares are all admitted. A sum or number of parts of 0
-  // has none.
-  void for_each(std::uint32_t sum, std::uint32_t parts, const Admits& admits, const Visit& visit);
+  // Calls `visit(shares)` for every decomposition of `sum`, 1 or more, into shares that the children can take.
+  // capacities[c] is the sum of what the children below child c can take, each of them anything from 1 to its own
+  // limit; there is one entry more than there are children, the first of which is 0. Shares come by descending child
+  // and are valid during the call.
+  template <typename Visit>
+  void for_each(std::uint32_t sum, std::span<const std::uint32_t> capacities, const Visit& visit) {
+    _count = 0;
+    _extend(sum, capacities, visit);
+  }
 
  private:
-  void _extend(std::uint32_t rest, std::uint32_t parts, const Admits& admits, const Visit& visit);
+  template <typename Visit>
+  void _extend(std::uint32_t rest, std::span<const std::uint32_t> capacities, const Visit& visit) {
+    if (rest == 0) {
+      visit(std::span<const Share>(_shares.data(), _count));
+      return;
+    }
+    for (std::uint32_t child = 0; child + 1 < capacities.size(); ++child) {
+      const std::uint32_t below = capacities[child];
+      const std::uint32_t limit = capacities[child + 1] - below;
+      for (std::uint32_t size = rest > below ? rest - below : 1; size <= rest && size <= limit; ++size) {
+        _shares[_count++] = {child, size};
+        _extend(rest - size, capacities.first(child + 1), visit);
+        --_count;
+      }
+    }
+  }
 
-  std::vector<Share> _shares;  // by descending child while a decomposition is put together
-  std::vector<Share> _ascending;
+  std::array<Share, constants::max_grammity> _shares;
+  std::size_t _count = 0;
 };
 
 }  // namespace colx

@@ -1,7 +1,9 @@
 #include "extraction/extractor.h"
 
+#include <cstdint>
 #include <ios>
 #include <optional>
+#include <span>
 
 #include "corpus/buffer.h"
 #include "corpus/parser.h"
@@ -19,7 +21,7 @@ namespace {
 class ReadingProgress {
  public:
   // Takes the length of the stream and leaves the stream at its beginning, ready to be read.
-  explicit ReadingProgress(std::istream& stream) : _stream(stream) {
+  explicit ReadingProgress(std::istream& stream) {
     stream.seekg(0, std::ios::end);
     const std::streamoff end = stream.tellg();
     stream.seekg(0, std::ios::beg);
@@ -35,15 +37,15 @@ class ReadingProgress {
 
   unsigned long length() const { return _length; }
 
-  // Draws what has been read since the last call. Returns false when the stream is at its end and nothing more is to
+  // Draws what has been read since the last call. Returns false when the input is at its end and nothing more is to
   // come.
-  bool update() {
+  bool update(const Parser& parser) {
     if (!_bar) return true;
-    if (_stream.eof()) {
+    if (parser.at_end()) {
       _bar->complete();
       return false;
     }
-    const std::streamoff position = _stream.tellg();
+    const std::int64_t position = parser.position();
     if (position < 0) {
       notifier::progress.info("");
       notifier::error.warning("Progress bar update failed! Stopping progress bar display...");
@@ -56,10 +58,9 @@ class ReadingProgress {
   }
 
  private:
-  std::istream& _stream;
   std::optional<ProgressBar> _bar;
   unsigned long _length = 0;
-  std::streamoff _position = 0;
+  std::int64_t _position = 0;
 };
 
 }  // namespace
@@ -71,21 +72,16 @@ std::uint32_t extract(std::istream& stream, NamedDataFileStats& stats) {
   buffer._init();
   if (buffer.empty()) return 0;
 
-  NTree tree = {{0, 0, {}}};
-  Pieces pieces;
-  MemberList members;
+  NTree tree;
+  SubtreeEnumerator enumerator;
+  OccurrenceCounter counter(buffer, stats);
   do {
-    const WordRange sentence = buffer.current();
-    _build_tree(sentence, tree);
-    extract_subtrees(tree, settings::n, pieces);
-    for (const auto& [top, positions] : pieces) {
-      const WordIterator root = _extract_ngram(sentence.first, positions, members);
-      _store_raw_ngram(members, buffer, stats, root);
-    }
-    tree.erase(tree.begin() + 1, tree.end());
-    tree.front().children.clear();
-    pieces.clear();
-  } while (progress.update() && buffer.next());
+    tree.build(buffer.current());
+    counter.begin_sentence();
+    enumerator.extract_subtrees(tree, settings::n, [&](std::span<const Position> piece) { counter.add(piece); });
+    if (NGram::_context_tracing_on) counter.flush();
+  } while (progress.update(parser) && buffer.next());
+  counter.flush();
 
   stats.words_count += buffer.words_count();
   stats.sentences_count += buffer.sentences_count();

@@ -1,90 +1,72 @@
 #include "extraction/ntree.h"
 
 #include <algorithm>
-#include <deque>
-
-#include "extraction/decompositions.h"
 
 namespace colx {
 
-namespace {
-
-// The pieces rooted at one node, by their size.
-using PiecesBySize = std::vector<std::vector<Piece>>;
-
-// The pieces rooted at node v, of all sizes up to n, made from those of its children.
-PiecesBySize _pieces_of(const NTreeNode& v, unsigned n, const std::vector<PiecesBySize>& pieces,
-                        SumDecompositions& decompositions) {
-  PiecesBySize own(n + 1);
-  own[1].push_back({v.index});
-  const std::vector<std::uint32_t> children(v.children.begin(), v.children.end());
-  const auto of_child = [&](const Share& share) -> const std::vector<Piece>& {
-    return pieces[children[share.child]][share.size];
-  };
-  for (std::uint32_t size = 2; size <= n; ++size) {
-    decompositions.for_each(
-        size - 1, static_cast<std::uint32_t>(children.size()),
-        [&](std::uint32_t child, std::uint32_t share) {
-          return !of_child({child, share}).empty();
-        },
-        [&](std::span<const Share> shares) {
-          std::vector<std::span<const Piece>> lists;
-          for (const Share& share : shares)
-            lists.push_back(of_child(share));
-          for (Piece& piece : _join_subtrees(lists)) {
-            piece.push_back(v.index);
-            own[size].push_back(std::move(piece));
-          }
-        });
+void NTree::build(WordRange sentence) {
+  const auto words = static_cast<std::size_t>(sentence.second - sentence.first);
+  _parents.assign(words + 1, 0);
+  _offsets.assign(words + 2, 0);
+  for (std::size_t i = 1; i <= words; ++i) {
+    const Position parent = sentence.first[i - 1].parent;
+    if (parent > words) continue;
+    _parents[i] = parent;
+    if (parent != 0) ++_offsets[parent + 1U];
   }
-  return own;
+  for (std::size_t i = 1; i < _offsets.size(); ++i)
+    _offsets[i] += _offsets[i - 1];
+  // A counting sort by parent: positions are met in ascending order, so children are ascending.
+  _children.resize(_offsets.back());
+  for (std::size_t i = 1; i <= words; ++i) {
+    if (_parents[i] != 0) _children[_offsets[_parents[i]]++] = static_cast<Position>(i);
+  }
+  std::copy_backward(_offsets.begin(), _offsets.end() - 1, _offsets.end());
+  _offsets.front() = 0;
 }
 
-}  // namespace
-
-void _build_tree(WordRange sentence, NTree& tree) {
-  for (WordIterator word = sentence.first; word != sentence.second; ++word) {
-    tree.push_back({word->order, word->parent, {}});
+// Orders the words so that children come before their parents, and takes the size of the largest piece below each, as
+// far as it matters. Words of a cycle, and above it, never come.
+void SubtreeEnumerator::_order_words(const NTree& tree, unsigned n) {
+  const std::size_t words = tree.size();
+  _bottom_up.clear();
+  _unfinished.resize(words + 1);
+  _reach.assign(words + 1, 0);
+  for (std::size_t i = 1; i <= words; ++i) {
+    _unfinished[i] = static_cast<std::uint32_t>(tree.children(i).size());
+    if (_unfinished[i] == 0) _bottom_up.push_back(static_cast<Position>(i));
   }
-  for (std::uint32_t i = 1; i < tree.size(); ++i) {
-    const std::uint32_t parent = tree[i].parent;
-    if (parent < tree.size()) tree[parent].children.insert(i);
-  }
-}
-
-void extract_subtrees(const NTree& tree, unsigned n, Pieces& result) {
-  if (tree.size() <= n) return;
-  SumDecompositions decompositions;
-  std::vector<PiecesBySize> pieces(tree.size());
-  std::vector<std::size_t> finished_children(tree.size(), 0);
-  std::deque<std::uint32_t> queue;
-  for (std::uint32_t v = 1; v < tree.size(); ++v) {
-    if (tree[v].children.empty()) queue.push_back(v);
-  }
-  for (; !queue.empty(); queue.pop_front()) {
-    const NTreeNode& v = tree[queue.front()];
-    pieces[v.index] = _pieces_of(v, n, pieces, decompositions);
-    for (Piece piece : pieces[v.index][n]) {
-      std::sort(piece.begin(), piece.end());
-      result.emplace(v.index, std::move(piece));
-    }
-    if (v.parent == 0 || v.parent >= tree.size()) continue;
-    if (++finished_children[v.parent] == tree[v.parent].children.size()) queue.push_back(v.parent);
+  for (std::size_t i = 0; i < _bottom_up.size(); ++i) {
+    const Position position = _bottom_up[i];
+    std::uint32_t reach = 1;
+    for (const Position child : tree.children(position))
+      reach += _reach[child];
+    _reach[position] = std::min<std::uint32_t>(reach, n);
+    const Position parent = tree.parent(position);
+    if (parent != 0 && --_unfinished[parent] == 0) _bottom_up.push_back(parent);
   }
 }
 
-std::vector<Piece> _join_subtrees(const std::vector<std::span<const Piece>>& lists) {
-  std::size_t total = 1;
-  for (const auto& list : lists)
-    total *= list.size();
-  std::vector<Piece> joined(total);
-  for (const auto& list : lists) {
-    for (std::size_t e = 0; e < total; ++e) {
-      const Piece& piece = list[e / (total / list.size())];
-      joined[e].insert(joined[e].end(), piece.begin(), piece.end());
+void SubtreeEnumerator::_list_smaller_pieces(const NTree& tree, unsigned n) {
+  _lists.resize((tree.size() + 1) * constants::max_grammity);
+  _pieces.resize(tree.size() + 1);
+  for (std::size_t i = 1; i <= tree.size(); ++i) {
+    _pieces[i] = static_cast<Position>(i);
+    _list(i, 1) = {i, 1};
+  }
+  for (const Position position : _bottom_up) {
+    // Nobody reads the lists of a word without parent.
+    if (tree.parent(position) == 0) continue;
+    for (unsigned size = 2; size < n; ++size) {
+      List& list = _list(position, size);
+      list = {_pieces.size(), 0};
+      if (_reach[position] < size) continue;
+      _for_each_piece(tree, position, size, [&](std::span<Position> piece) {
+        _pieces.insert(_pieces.end(), piece.begin(), piece.end());
+        ++list.count;
+      });
     }
   }
-  return joined;
 }
 
 }  // namespace colx

@@ -1,93 +1,111 @@
 #include "extraction/occurrence.h"
 
-#include <algorithm>
-#include <iterator>
-#include <string>
-#include <vector>
-
+#include "corpus/dependencies.h"
 #include "corpus/persistent.h"
 #include "run/config.h"
 
 namespace colx {
 
-namespace {
-
-// The words next to an occurrence, within its sentence.
-void _store_narrow_context(NGram& record, const MemberList& members, WordRange sentence) {
-  const WordIterator first = members.front().second;
-  const WordIterator after = std::next(members.back().second);
-  if (first != sentence.first) {
-    const Word& before = *std::prev(first);
-    record.add_to_context(PartOfContext(before.lemma, before.tag, true));
-  }
-  if (after != sentence.second) record.add_to_context(PartOfContext(after->lemma, after->tag, true));
+OccurrenceCounter::OccurrenceCounter(const Buffer& buffer, NamedDataFileStats& stats)
+    : _buffer(buffer),
+      _stats(stats),
+      _morphologic_filter(persistent::morphologic_filter, persistent::tags),
+      _context_filter(persistent::context_filter, persistent::tags),
+      _sentence() {
+  if (!NGram::_context_tracing_on) return;
+  _places.resize(OccurrenceBatch::capacity);
+  _roots.resize(OccurrenceBatch::capacity);
 }
 
-}  // namespace
-
-WordIterator _extract_ngram(WordIterator sentence_start, std::span<const std::uint32_t> positions,
-                            MemberList& members) {
-  WordIterator root;
-  members.clear();
-  for (const std::uint32_t position : positions) {
-    const WordIterator word = sentence_start + (position - 1);
-    const auto parent = std::lower_bound(positions.begin(), positions.end(), word->parent);
-    if (parent != positions.end() && *parent == word->parent) {
-      members.emplace_back(static_cast<std::uint8_t>(parent - positions.begin() + 1), word);
-    } else {
-      members.emplace_back(std::uint8_t{0}, word);
-      root = word;
-    }
+void OccurrenceCounter::begin_sentence() {
+  _sentence = _buffer.current();
+  if (!NGram::_context_tracing_on) return;
+  _context_words.clear();
+  _context_words_before.clear();
+  const WordRange window = _buffer.all();
+  for (WordIterator word = window.first; word != window.second; ++word) {
+    _context_words_before.push_back(_context_words.size());
+    if (_context_filter.admits(word->tag)) _context_words.emplace_back(word->lemma, word->tag, false);
   }
-  return root;
+  _context_words_before.push_back(_context_words.size());
 }
 
-void _store_raw_ngram(const MemberList& members, const Buffer& buffer, NamedDataFileStats& stats, WordIterator root) {
-  for (std::uint8_t type = 0; type <= NGram::_full_ngram_type; ++type) {
-    const bool full = type == NGram::_full_ngram_type;
-    NGram* const record = _store_ngram(members, type);
-    if (full) {
-      ++stats.extracted_count;
-      ++(record == nullptr ? stats.filtered_count : stats.passed_count);
+void OccurrenceCounter::add(std::span<const Position> positions) {
+  _batch.add();
+  const std::size_t occurrence = _batch.size() - 1;
+  for (unsigned i = 0; i < positions.size(); ++i) {
+    const Word& word = _sentence.first[positions[i] - 1];
+    std::uint8_t parent = 0;
+    for (unsigned j = 0; j < positions.size(); ++j) {
+      if (positions[j] == word.parent) parent = static_cast<std::uint8_t>(j + 1);
     }
-    if (record == nullptr || type == 0 || !NGram::_context_tracing_on) continue;
-    const bool in_words = settings::context_window.mode == ContextWindow::words;
-    _store_wide_context(*record, members, in_words ? buffer.context_range(root, root) : buffer.all());
-    if (full) _store_narrow_context(*record, members, buffer.current());
+    const std::uint8_t dependency = parent != 0 ? word.dependency : dependency::head;
+    _batch.set_last(i, NGram::Member(word.lemma, word.tag, parent, dependency));
+    if (NGram::_context_tracing_on) {
+      const auto place = static_cast<std::size_t>(&word - _buffer.all().first);
+      _places[occurrence][i] = place;
+      if (parent == 0) _roots[occurrence] = place;
+    }
   }
+  if (_batch.full()) flush();
 }
 
-NGram* _store_ngram(const MemberList& members, std::uint8_t type) {
-  if (type != 0 && persistent::morphologic_filter.is_on()) {
-    // The filter sees the positions from the last to the first, in the order of the type's bits.
-    static std::vector<std::string> tags;
-    tags.resize(settings::n);
-    for (unsigned i = 0; i < members.size(); ++i) {
-      const char* const tag = NGram::significant(type, i) ? persistent::tags[members[i].second->tag] : "";
-      tags[members.size() - 1 - i] = tag;
-    }
-    if (!persistent::morphologic_filter.match(tags, type == NGram::_full_ngram_type)) return nullptr;
-  }
-  const auto [record, inserted] = persistent::ngrams.insert(*NGramToken::get(members, type));
-  if (!inserted) record->inc();
-  return record;
+void OccurrenceCounter::flush() {
+  persistent::ngrams.count_empty(_batch.size());
+  for (std::uint8_t type = 1; type <= NGram::_full_ngram_type; ++type)
+    _count_type(type);
+  _batch.clear();
 }
 
-void _store_wide_context(NGram& record, const MemberList& members, WordRange range) {
-  const std::uint8_t type = record.type();
-  const auto is_member = [&](WordIterator word) {
-    for (unsigned i = 0; i < members.size(); ++i) {
-      if (members[i].second == word && NGram::significant(type, i)) return true;
-    }
-    return false;
+void OccurrenceCounter::_count_type(std::uint8_t type) {
+  const bool full = type == NGram::_full_ngram_type;
+  persistent::ngrams.records(type).count(
+      _batch, [&](std::size_t occurrence) { return _morphologic_filter.admits(_batch, occurrence, type); },
+      [&](std::size_t occurrence, NGram* record) {
+        if (full) {
+          ++_stats.extracted_count;
+          ++(record == nullptr ? _stats.filtered_count : _stats.passed_count);
+        }
+        if (record == nullptr || !NGram::_context_tracing_on) return;
+        _store_wide_context(record->contexts(), occurrence, type);
+        if (full) _store_narrow_context(record->contexts(), occurrence);
+      });
+}
+
+// Counts the words of the context window but for those at significant positions of the occurrence. In the words mode
+// the window lies around the root, in the sentences mode it is all that the buffer holds.
+void OccurrenceCounter::_store_wide_context(ContextList contexts, std::size_t occurrence, std::uint8_t type) const {
+  WordRange window = _buffer.all();
+  const WordIterator origin = window.first;
+  if (settings::context_window.mode == ContextWindow::words) {
+    const WordIterator root = origin + _roots[occurrence];
+    window = _buffer.context_range(root, root);
+  }
+  auto begin = static_cast<std::size_t>(window.first - origin);
+  const auto end = static_cast<std::size_t>(window.second - origin);
+  const auto add_words_before = [&](std::size_t place) {
+    const PartOfContext* const first = _context_words.data() + _context_words_before[begin];
+    contexts.add({first, _context_words.data() + _context_words_before[place]});
   };
-  for (WordIterator word = range.first; word != range.second; ++word) {
-    if (is_member(word)) continue;
-    if (persistent::context_filter.is_on() && !persistent::context_filter.match(persistent::tags[word->tag], false)) {
-      continue;
-    }
-    record.add_to_context(PartOfContext(word->lemma, word->tag, false));
+  for (unsigned i = 0; i < settings::n; ++i) {
+    const std::size_t place = _places[occurrence][i];
+    if (!NGram::significant(type, i) || place < begin || place >= end) continue;
+    add_words_before(place);
+    begin = place + 1;
   }
+  add_words_before(end);
+}
+
+// Counts the words next to an occurrence, within its sentence.
+void OccurrenceCounter::_store_narrow_context(ContextList contexts, std::size_t occurrence) const {
+  const auto add = [&](const Word& word) {
+    const PartOfContext part(word.lemma, word.tag, true);
+    contexts.add({&part, 1});
+  };
+  const WordIterator first = _buffer.all().first + _places[occurrence].front();
+  const WordIterator after = _buffer.all().first + _places[occurrence][settings::n - 1U] + 1;
+  if (first != _sentence.first) add(first[-1]);
+  if (after != _sentence.second) add(*after);
 }
 
 }  // namespace colx

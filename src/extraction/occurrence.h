@@ -1,30 +1,57 @@
 #pragma once
 
-// Storing one occurrence of an N-gram: under each of its types, with its contexts, past the morphological filter.
+// Counting the occurrences of N-grams: under each of their types, with their contexts, past the morphological filter.
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "corpus/buffer.h"
 #include "corpus/datafile_stats.h"
-#include "model/member_list.h"
-#include "model/ngram.h"
+#include "extraction/ntree.h"
+#include "extraction/tag_filters.h"
+#include "model/context.h"
+#include "model/occurrence_batch.h"
 
 namespace colx {
 
-// Turns the positions of a piece, ascending and counted from 1, into the members of an occurrence; `members` comes and
-// leaves without anything else. Returns the word whose parent is none of them, the top of the piece.
-WordIterator _extract_ngram(WordIterator sentence_start, std::span<const std::uint32_t> positions, MemberList& members);
+// Takes the occurrences of one datafile and counts them in batches. What has been added is in the store, and in the
+// statistics, only after flush.
+class OccurrenceCounter {
+ public:
+  // Buffer and statistics must outlive the counter.
+  OccurrenceCounter(const Buffer& buffer, NamedDataFileStats& stats);
 
-// Counts an occurrence under the types 0 to full and, when contexts are collected, the words around it. Adds to the
-// counts of extracted and passed or filtered N-grams by what the filter says of the full type.
-void _store_raw_ngram(const MemberList& members, const Buffer& buffer, NamedDataFileStats& stats, WordIterator root);
+  // Turns to the current sentence of the buffer. With contexts, flush must come before the buffer moves on.
+  void begin_sentence();
 
-// Counts an occurrence under one type. Returns its record, or null when the morphological filter refuses it.
-NGram* _store_ngram(const MemberList& members, std::uint8_t type);
+  // Takes an occurrence by the positions of its words in the current sentence, ascending and from 1.
+  void add(std::span<const Position> positions);
 
-// Counts the words of a range as wide contexts of a record, but for the words of its own significant members and those
-// that the context filter refuses.
-void _store_wide_context(NGram& record, const MemberList& members, WordRange range);
+  // Counts everything taken so far.
+  void flush();
+
+ private:
+  void _count_type(std::uint8_t type);
+  void _store_wide_context(ContextList contexts, std::size_t occurrence, std::uint8_t type) const;
+  void _store_narrow_context(ContextList contexts, std::size_t occurrence) const;
+
+  const Buffer& _buffer;
+  NamedDataFileStats& _stats;
+  MorphologicFilter _morphologic_filter;
+  ContextFilter _context_filter;
+  OccurrenceBatch _batch;
+  WordRange _sentence;
+
+  // Only with contexts: where the words of the batch stand in the buffer, by occurrence and position, and its root.
+  std::vector<std::array<std::size_t, constants::max_grammity>> _places;
+  std::vector<std::size_t> _roots;
+  // Only with contexts: the words that the context filter admits, and by place in the buffer how many of them come
+  // before.
+  std::vector<PartOfContext> _context_words;
+  std::vector<std::size_t> _context_words_before;
+};
 
 }  // namespace colx

@@ -46,16 +46,10 @@ void Filter::_add_counters() {
   file_stats.matched.push_back(0);
 }
 
-template <typename Rules, typename Admits>
-bool Filter::_match(const Rules& rules, const Admits& admits, bool count) {
-  const auto winner = std::find_if(rules.begin(), rules.end(), admits);
-  const bool matched = winner != rules.end();
-  if (count) {
-    const auto rule = static_cast<std::size_t>(winner - rules.begin());
-    for (Stats* counters : {&stats, &file_stats})
-      ++(matched ? counters->matched[rule] : counters->unmatched);
+void Filter::_count(std::size_t rule) {
+  for (Stats* counters : {&stats, &file_stats}) {
+    ++(rule < counters->matched.size() ? counters->matched[rule] : counters->unmatched);
   }
-  return matched;
 }
 
 bool match_single_rule(const std::string& rule, const std::string& item) {
@@ -76,8 +70,10 @@ bool UniRulesFilter::read_rules(const char* path) {
 }
 
 bool UniRulesFilter::match(const std::string& item, bool count) {
-  return _match(
-      _rules, [&](const std::string& rule) { return match_single_rule(rule, item); }, count);
+  const auto winner = std::find_if(_rules.begin(), _rules.end(),
+                                   [&](const std::string& rule) { return match_single_rule(rule, item); });
+  if (count) _count(static_cast<std::size_t>(winner - _rules.begin()));
+  return winner != _rules.end();
 }
 
 void MultiRulesFilter::add_rule(Rule rule) {
@@ -93,10 +89,19 @@ bool MultiRulesFilter::read_rules(const char* path, unsigned n) {
 }
 
 bool MultiRulesFilter::match(const std::vector<std::string>& items, bool count) {
+  return decide(first_match(items), count);
+}
+
+std::size_t MultiRulesFilter::first_match(const std::vector<std::string>& items) const {
   const auto admits = [&](const Rule& rule) {
     return std::equal(rule.begin(), rule.end(), items.begin(), items.end(), match_single_rule);
   };
-  return _match(_rules, admits, count);
+  return static_cast<std::size_t>(std::find_if(_rules.begin(), _rules.end(), admits) - _rules.begin());
+}
+
+bool MultiRulesFilter::decide(std::size_t first_match, bool count) {
+  if (count) _count(first_match);
+  return first_match < _rules.size();
 }
 
 }  // namespace colx

@@ -6,6 +6,7 @@
 // A rule is a pattern of tag characters, '-' standing for any, or one such pattern for each position. Tags are compared
 // as text, and only as far as the shorter of pattern and tag goes.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -36,9 +37,8 @@ class Filter {
   // Makes a counter for one more rule.
   void _add_counters();
 
-  // Finds the first of `rules` that `admits`, counts the outcome if asked to, and tells whether there was one.
-  template <typename Rules, typename Admits>
-  bool _match(const Rules& rules, const Admits& admits, bool count);
+  // Counts an item that the given rule was the first to admit, or no rule when the number is that of the rules.
+  void _count(std::size_t rule);
 };
 
 // Compares one pattern with one tag; an empty pattern or tag agrees with everything.
@@ -76,6 +76,12 @@ class MultiRulesFilter : public Filter {
 
   // Tells whether some rule of as many patterns admits the tags, and counts them if asked to.
   bool match(const std::vector<std::string>& items, bool count);
+
+  // The first rule that admits the tags, or the number of rules when none does. Counts nothing.
+  std::size_t first_match(const std::vector<std::string>& items) const;
+
+  // Takes the outcome of first_match: tells whether a rule admits, and counts it if asked to.
+  bool decide(std::size_t first_match, bool count);
 
   const std::vector<Rule>& rules() const { return _rules; }
 

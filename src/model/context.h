@@ -2,9 +2,16 @@
 
 // The words seen around the occurrences of an N-gram. Narrow contexts are the immediate neighbours of a whole
 // occurrence, wide ones the words of the context window; both stand in one list, so that a word may appear twice in it.
+//
+// The list of an N-gram is ordered by non-increasing frequency; of equal ones, that which reached the frequency first
+// stands in front. Keeping that order, or even finding a word, at every sighting would cost the length of the list each
+// time. So sightings are only noted down, behind the list as it was, and folded into it when the memory is full or the
+// list is to be read: a word moves to where its new frequency and the moment of its last sighting put it, which is
+// where sighting by sighting it would have come to stand. A sighting costs a constant on average.
 
+#include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <span>
 
 #include "corpus/tagged_lemma.h"
 
@@ -20,9 +27,11 @@ class PartOfContext {
   PartOfContext(std::uint32_t lemma, std::uint8_t tag, bool narrow)
       : _frequency_and_flag(1 | (narrow ? _narrow_flag_bitmask : 0)), _tagged_lemma(TaggedLemma::pack(lemma, tag)) {}
 
-  // Counts one more sighting; at _max_frequency the count stays.
-  void inc() {
-    if (frequency() < _max_frequency) ++_frequency_and_flag;
+  // Counts one more sighting; at _max_frequency the count stays. Returns whether it rose.
+  bool inc() {
+    if (frequency() == _max_frequency) return false;
+    ++_frequency_and_flag;
+    return true;
   }
 
   std::uint32_t frequency() const { return _frequency_and_flag & _max_frequency; }
@@ -30,27 +39,36 @@ class PartOfContext {
   std::uint32_t lemma() const { return TaggedLemma::lemma(_tagged_lemma); }
   std::uint8_t tag() const { return TaggedLemma::tag(_tagged_lemma); }
 
-  // The same word in the same role; how often it was seen does not matter.
-  friend bool operator==(const PartOfContext& a, const PartOfContext& b) {
-    return a._tagged_lemma == b._tagged_lemma && a.narrow() == b.narrow();
+  // The same for the same word in the same role, and for nothing else.
+  std::uint64_t key() const {
+    return std::uint64_t{_tagged_lemma} << 32 | (_frequency_and_flag & _narrow_flag_bitmask);
   }
+  friend bool operator==(const PartOfContext& a, const PartOfContext& b) { return a.key() == b.key(); }
 
  private:
   std::uint32_t _frequency_and_flag;
   std::uint32_t _tagged_lemma;
 };
 
-// The context words of one N-gram by non-increasing frequency; of equal ones, that which reached the frequency first
-// stays in front. Counting a sighting costs a search from the front, where the frequent words are.
+// The context words of one N-gram, by way of a handle that stands, packed and unaligned, in the N-gram's record. The
+// words themselves are in memory that all lists share, which lives as long as the process.
 class ContextList {
  public:
-  // Counts one sighting of a word given with frequency 1.
-  void add(const PartOfContext& part);
+  static constexpr std::size_t handle_size = 12;  // in bytes
 
-  const std::vector<PartOfContext>& parts() const { return _parts; }
+  // Makes the handle of an empty list.
+  static void clear(unsigned char* handle);
+
+  explicit ContextList(unsigned char* handle) : _handle(handle) {}
+
+  // Notes sightings of words, each given with frequency 1, in their order. Throws std::bad_alloc.
+  void add(std::span<const PartOfContext> sightings);
+
+  // Folds what has been noted and returns the list, which is valid until the next call of add for this N-gram.
+  std::span<const PartOfContext> parts();
 
  private:
-  std::vector<PartOfContext> _parts;
+  unsigned char* _handle;
 };
 
 }  // namespace colx

@@ -36,13 +36,12 @@ bool NGramHashCounter::check(unsigned n) {
   return n < sizeof layouts / sizeof *layouts;
 }
 
-std::uint32_t NGramHashCounter::count_hash(const NGram& record) {
-  const unsigned k = record.members_count();
-  const Layout& layout = layouts[k];
+std::uint32_t NGramHashCounter::count_hash(const NGram& record, unsigned members_count) {
+  const Layout& layout = layouts[members_count];
   std::uint32_t hash = seed;
   unsigned offset = 0;
-  for (unsigned m = 0; m < k; ++m) {
-    const NGram::Member& member = record.members()[m];
+  for (unsigned m = 0; m < members_count; ++m) {
+    const NGram::Member member = record.member(m);
     const std::uint32_t dependency_and_parent =
         std::uint32_t(member.dependency() & layout.dependency_bitmask) | (member.parent() & layout.parent_bitmask);
     const std::uint32_t field = (dependency_and_parent << layout.dp_shift) | (member.lemma() & layout.lemma_bitmask);

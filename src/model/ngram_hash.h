@@ -1,6 +1,7 @@
 #pragma once
 
-// The weak hash of N-gram records that, with the growth of their set, fixes the order in which records are written.
+// The weak hash of N-gram records that, with the growth of the set they are listed in, fixes the order in which records
+// are written. It finds nothing.
 
 #include <cstdint>
 
@@ -15,7 +16,8 @@ class NGramHashCounter {
   // Tells whether records of N-grams of this size can be hashed.
   static bool check(unsigned n);
 
-  static std::uint32_t count_hash(const NGram& record);
+  // Hashes a record of so many members.
+  static std::uint32_t count_hash(const NGram& record, unsigned members_count);
 };
 
 }  // namespace colx

@@ -1,5 +1,8 @@
 #include "model/ngrams.h"
 
+#include <algorithm>
+#include <limits>
+
 #include "run/config.h"
 
 namespace colx {
@@ -9,28 +12,20 @@ NGramStore::NGramStore(std::uint32_t records_per_block) {
 }
 
 void NGramStore::init(std::uint32_t records_per_block) {
-  if (records_per_block == 0 || !_pools.empty() || !_sets.empty()) return;
-  _sets.resize(NGram::_types_count);
+  if (records_per_block == 0 || !_pools.empty()) return;
   _pools.reserve(settings::n + 1U);
   _pools.emplace_back(0U);  // the empty N-gram is never allocated
   for (unsigned k = 1; k <= settings::n; ++k)
     _pools.emplace_back(NGram::_ngrams_memory_sizes[k] * records_per_block);
+  _tables.reserve(NGram::_types_count);
+  for (std::uint8_t type = 1; type < NGram::_types_count; ++type) {
+    _tables.emplace_back(type, _pools[NGram::_members_count[type]]);
+  }
 }
 
-std::pair<NGram*, bool> NGramStore::insert(const NGram& token) {
-  const std::uint8_t type = token.type();
-  if (type == 0) return {&_empty, false};
-  NGramSet& set = _sets[type];
-  if (NGram* found = set.find(token)) return {found, false};
-  const unsigned k = token.members_count();
-  NGram* const record = NGram::build(_pools[k].get_raw_memory(NGram::_ngrams_memory_sizes[k]), token);
-  set.insert(record);
-  return {record, true};
-}
-
-const NGram* NGramStore::get(const NGram& token) const {
-  const std::uint8_t type = token.type();
-  return type == 0 ? &_empty : _sets[type].find(token);
+void NGramStore::count_empty(std::size_t occurrences) {
+  constexpr std::size_t largest = std::numeric_limits<std::uint32_t>::max();
+  _empty_frequency = static_cast<std::uint32_t>(std::min(largest, _empty_frequency + occurrences));
 }
 
 }  // namespace colx

@@ -1,17 +1,16 @@
 #pragma once
 
-// The store of all counted N-grams: one set of records for each type, the records themselves in one pool for each
-// number of members. The store is also the record of the empty N-gram, whose counter is the number of occurrences
-// extracted.
+// The store of all counted N-grams: a table of records for each type, the records themselves in one pool for each
+// number of members. The number of occurrences extracted is the frequency of the empty N-gram, which is kept as a mere
+// counter.
 
 #include <cstddef>
 #include <cstdint>
-#include <utility>
 #include <vector>
 
 #include "model/ngram.h"
-#include "model/ngram_set.h"
-#include "model/pool.h"
+#include "model/record_table.h"
+#include "util/pool.h"
 
 namespace colx {
 
@@ -21,25 +20,24 @@ class NGramStore {
   // Makes an empty store and, unless the argument is 0, initialises it.
   explicit NGramStore(std::uint32_t records_per_block);
 
-  // Makes a set for each type and a pool for each number of members, its blocks holding `records_per_block` records.
+  // Makes a table for each type and a pool for each number of members, its blocks holding `records_per_block` records.
   // Does nothing when the argument is 0 or the store has been initialised. To be called after NGram::init.
   void init(std::uint32_t records_per_block);
 
-  // Finds the record that equals a token, or copies the token into the store with its frequency 1. Returns the record
-  // and whether it is new. A token of type 0 gives the empty N-gram and false. Throws std::bad_alloc and then holds
-  // what it held before.
-  std::pair<NGram*, bool> insert(const NGram& token);
+  // Counts occurrences of the empty N-gram; saturates at the largest 32-bit number.
+  void count_empty(std::size_t occurrences);
 
-  // Returns the stored record that equals a token, or null. A token of type 0 gives the empty N-gram.
-  const NGram* get(const NGram& token) const;
+  // Frequency of the empty N-gram.
+  std::uint32_t empty_frequency() const { return _empty_frequency; }
 
-  // The records of a type, in the order in which the output files list them.
-  const NGramSet& records(std::uint8_t type) const { return _sets[type]; }
+  // The records of a type other than 0.
+  RecordTable& records(std::uint8_t type) { return _tables[type - 1U]; }
+  const RecordTable& records(std::uint8_t type) const { return _tables[type - 1U]; }
 
  private:
-  NGram _empty;
+  std::uint32_t _empty_frequency = 0;
   std::vector<VoidPool> _pools;
-  std::vector<NGramSet> _sets;
+  std::vector<RecordTable> _tables;  // by type, from 1
 };
 
 }  // namespace colx

@@ -9,12 +9,12 @@
 
 namespace colx {
 
-void _print_context(std::ostream& os, const std::vector<PartOfContext>& parts, bool narrow) {
+void _print_context(TextBuffer& out, std::span<const PartOfContext> parts, bool narrow) {
   for (const PartOfContext& part : parts) {
     if (part.narrow() != narrow) continue;
-    os << persistent::lemmas[part.lemma()] << '\t' << persistent::tags[part.tag()] << '\t' << part.frequency() << '\n';
+    out << persistent::lemmas[part.lemma()] << '\t' << persistent::tags[part.tag()] << '\t' << part.frequency() << '\n';
   }
-  os << '\n';
+  out << '\n';
 }
 
 void write_contexts(std::ostream& out) {
@@ -22,17 +22,22 @@ void write_contexts(std::ostream& out) {
   for (std::uint8_t type = NGram::_full_ngram_type; type > 0; --type)
     count += persistent::ngrams.records(type).size();
   ProgressBar progress(count);
+  TextBuffer text(out);
   for (std::uint8_t type = NGram::_full_ngram_type; type > 0; --type) {
-    for (const NGram* record : persistent::ngrams.records(type)) {
-      _print_n_members(out, *record);
-      out << '\n';
-      if (type == NGram::_full_ngram_type) _print_context(out, record->contexts(), true);
-      _print_context(out, record->contexts(), false);
-      out << '\n';
+    const RecordTable& records = persistent::ngrams.records(type);
+    for (const std::uint32_t number : records.listed_order()) {
+      NGram& record = *records.record(number);
+      const std::span<const PartOfContext> parts = record.contexts().parts();
+      _print_n_members(text, record);
+      text << '\n';
+      if (type == NGram::_full_ngram_type) _print_context(text, parts, true);
+      _print_context(text, parts, false);
+      text << '\n';
       progress.advance(1);
     }
   }
-  out << std::endl;
+  text << '\n';
+  text.flush();
 }
 
 }  // namespace colx

@@ -6,27 +6,27 @@
 
 namespace colx {
 
-void _print_member(std::ostream& os, std::uint8_t position, const NGram::Member& m) {
-  os << unsigned{position} << '\t' << persistent::lemmas[m.lemma()] << '\t' << persistent::tags[m.tag()] << '\t'
-     << unsigned{m.parent()} << '\t' << dependency2cstring(m.dependency()) << '\n';
+void _print_member(TextBuffer& out, std::uint32_t position, NGram::Member m) {
+  // Positions and parents are single digits.
+  static_assert(constants::max_grammity < 10);
+  out << static_cast<char>('0' + position) << '\t' << persistent::lemmas[m.lemma()] << '\t' << persistent::tags[m.tag()]
+      << '\t' << static_cast<char>('0' + m.parent()) << '\t' << dependency2cstring(m.dependency()) << '\n';
 }
 
-void _print_n_members(std::ostream& os, const NGram& g) {
-  const NGram::Member* member = g.members();
-  for (std::uint8_t i = 0; i < settings::n; ++i) {
-    const auto position = static_cast<std::uint8_t>(i + 1);
+void _print_n_members(TextBuffer& out, const NGram& g) {
+  unsigned next = 0;
+  for (unsigned i = 0; i < settings::n; ++i) {
     if (NGram::significant(g.type(), i)) {
-      _print_member(os, position, *member++);
+      _print_member(out, i + 1, g.member(next++));
     } else {
-      os << unsigned{position} << "\t*\n";
+      out << std::uint32_t{i + 1} << "\t*\n";
     }
   }
 }
 
-void _print_members(std::ostream& os, const NGram& g) {
-  for (std::uint8_t i = 0; i < g.members_count(); ++i) {
-    _print_member(os, static_cast<std::uint8_t>(i + 1), g.members()[i]);
-  }
+void _print_members(TextBuffer& out, const NGram& g) {
+  for (unsigned i = 0; i < g.members_count(); ++i)
+    _print_member(out, i + 1, g.member(i));
 }
 
 }  // namespace colx

@@ -4,19 +4,19 @@
 // position of the parent and relation, separated by TABs.
 
 #include <cstdint>
-#include <ostream>
 
 #include "model/ngram.h"
+#include "output/text_buffer.h"
 
 namespace colx {
 
 // Writes the line of one member.
-void _print_member(std::ostream& os, std::uint8_t position, const NGram::Member& m);
+void _print_member(TextBuffer& out, std::uint32_t position, NGram::Member m);
 
 // Writes a line for each of the N positions, that of an open one being its number and "*".
-void _print_n_members(std::ostream& os, const NGram& g);
+void _print_n_members(TextBuffer& out, const NGram& g);
 
 // Writes a line for each stored member, numbered from 1.
-void _print_members(std::ostream& os, const NGram& g);
+void _print_members(TextBuffer& out, const NGram& g);
 
 }  // namespace colx

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "corpus/persistent.h"
-#include "evaluation/evaluation.h"
 #include "model/ngram.h"
 #include "model/ngram_hash.h"
 #include "run/config.h"
@@ -74,9 +73,7 @@ std::streamoff _size(std::ifstream& stream) {
 
 bool startup_init() {
   NGram::init();
-  NGramToken::init();
   if (!NGramHashCounter::check(settings::n)) notifier::error.fatal_error("Predefined # counter tables are to small!");
-  EvaluationTables::init();
   persistent::ngrams.init(constants::ngram_within_block);
 
   if (!_load_morphologic_filter()) return false;

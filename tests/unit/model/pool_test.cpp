@@ -1,6 +1,6 @@
 // Bump allocation from blocks: which block serves a request, what is reused, what a failure leaves behind.
 
-#include "model/pool.h"
+#include "util/pool.h"
 
 #include <gtest/gtest.h>
 

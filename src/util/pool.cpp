@@ -1,4 +1,4 @@
-#include "model/pool.h"
+#include "util/pool.h"
 
 #include <utility>
 

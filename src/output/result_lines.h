@@ -1,0 +1,53 @@
+#pragma once
+
+// The end of an N-gram's block in the output datafile: the line of the observed cells, the line of the measures and the
+// empty line.
+//
+// All of it, and whether the N-gram is written at all, is a function of the frequencies of its patterns. Most N-grams
+// of a corpus are rare and have their frequencies in common with others, so the texts of vectors just seen are
+// remembered.
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "evaluation/evaluation.h"
+#include "evaluation/thresholds.h"
+
+namespace colx {
+
+// Makes the text for one vector of frequencies after another, for the N, the precision, the sieves and the thresholds
+// of the settings.
+class ResultLines {
+ public:
+  ResultLines();
+
+  // Returns the text for an N-gram with these frequencies, by type; nothing when sieves or thresholds reject it. Valid
+  // until the next call.
+  std::string_view get(std::span<const std::uint32_t> frequencies);
+
+ private:
+  static constexpr unsigned place_bits = 11;
+
+  void _make(std::span<const std::uint32_t> frequencies, std::string& text);
+
+  std::vector<Measure> _measures;
+  EvaluationTables _tables;
+  std::vector<double> _values;
+  std::vector<char> _number;                           // room for one
+  std::vector<std::uint32_t> _remembered_frequencies;  // by place: all of a vector; no vector begins with 0
+  std::vector<std::string> _remembered;                // by place: its text
+};
+
+// Appends the observed cells as one line.
+void _print_tables(std::string& text, const EvaluationTables& t);
+
+// Appends the values of the measures as one line, two of them or six, with the given precision. `number` is room for
+// one.
+void _print_stats(std::string& text, std::span<const double> values, std::uint32_t precision,
+                  std::vector<char>& number);
+
+}  // namespace colx
