@@ -6,7 +6,7 @@ namespace colx {
 
 namespace {
 
-const char* const dependency_to_cstring_tab[dependencies_count] = {
+constexpr std::string_view dependency_to_cstring_tab[dependencies_count] = {
     "Adv",    "Adv_Ap",    "Adv_Co",    "Adv_Pa",     //
     "AdvAtr", "AdvAtr_Ap", "AdvAtr_Co", "AdvAtr_Pa",  //
     "Apos",   "Apos_Ap",   "Apos_Co",   "Apos_Pa",    //
@@ -64,7 +64,7 @@ std::uint8_t string2dependency(const std::string& name) {
   return found == codes.end() ? dependency::undef : found->second;
 }
 
-const char* dependency2cstring(std::uint8_t code) {
+std::string_view dependency2cstring(std::uint8_t code) {
   return dependency_to_cstring_tab[code];
 }
 

@@ -18,7 +18,7 @@ constexpr std::size_t low_water = std::size_t{4} << 10;
 Input::Input(std::istream& stream) : _source(stream.rdbuf()), _buffer(buffer_size) {}
 
 // Moves what is left to the front of the buffer and reads as much as fits behind it. Returns whether anything came. A
-// source that fails makes the input bad.
+// source that fails is not read again; the input is bad from where its bytes end.
 bool Input::_refill() {
   std::memmove(_buffer.data(), _buffer.data() + _begin, _end - _begin);
   _read_before += static_cast<std::int64_t>(_begin);
@@ -28,20 +28,23 @@ bool Input::_refill() {
   try {
     read = _source->sgetn(_buffer.data() + _end, static_cast<std::streamsize>(_buffer.size() - _end));
   } catch (const std::exception&) {
-    _bad = true;
+    _source_failed = true;
   }
   _end += static_cast<std::size_t>(read);
   return read > 0;
 }
 
 std::string_view Input::buffered() {
-  if (_end - _begin < low_water && good()) _refill();
+  if (_end - _begin < low_water && good() && !_source_failed) _refill();
   return {_buffer.data() + _begin, _end - _begin};
 }
 
 // The next byte, not consumed, or end_of_input.
 int Input::_current() {
-  if (_begin == _end && !_refill()) return end_of_input;
+  if (_begin == _end && (_source_failed || !_refill())) {
+    _bad = _source_failed;
+    return end_of_input;
+  }
   return static_cast<unsigned char>(_buffer[_begin]);
 }
 

@@ -59,6 +59,7 @@ class Input {
   bool _eof = false;
   bool _fail = false;
   bool _bad = false;
+  bool _source_failed = false;
 };
 
 // Tells whether a byte is white space in the classic locale.

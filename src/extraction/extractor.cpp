@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <ios>
+#include <memory>
 #include <optional>
 #include <span>
 
@@ -67,8 +68,9 @@ class ReadingProgress {
 
 std::uint32_t extract(std::istream& stream, NamedDataFileStats& stats) {
   ReadingProgress progress(stream);
-  Parser parser(stream, persistent::lemmas, persistent::tags);
-  Buffer buffer(parser, settings::context_window);
+  // On the heap because of its caches: the stack would keep their memory for the rest of the run.
+  const auto parser = std::make_unique<Parser>(stream, persistent::lemmas, persistent::tags);
+  Buffer buffer(*parser, settings::context_window);
   buffer._init();
   if (buffer.empty()) return 0;
 
@@ -80,7 +82,7 @@ std::uint32_t extract(std::istream& stream, NamedDataFileStats& stats) {
     counter.begin_sentence();
     enumerator.extract_subtrees(tree, settings::n, [&](std::span<const Position> piece) { counter.add(piece); });
     if (NGram::_context_tracing_on) counter.flush();
-  } while (progress.update(parser) && buffer.next());
+  } while (progress.update(*parser) && buffer.next());
   counter.flush();
 
   stats.words_count += buffer.words_count();

@@ -25,7 +25,7 @@ void OccurrenceCounter::begin_sentence() {
   const WordRange window = _buffer.all();
   for (WordIterator word = window.first; word != window.second; ++word) {
     _context_words_before.push_back(_context_words.size());
-    if (_context_filter.admits(word->tag)) _context_words.emplace_back(word->lemma, word->tag, false);
+    if (_context_filter.admits(word->tag)) _context_words.push_back(TaggedLemma::pack(word->lemma, word->tag));
   }
   _context_words_before.push_back(_context_words.size());
 }
@@ -59,17 +59,23 @@ void OccurrenceCounter::flush() {
 
 void OccurrenceCounter::_count_type(std::uint8_t type) {
   const bool full = type == NGram::_full_ngram_type;
-  persistent::ngrams.records(type).count(
-      _batch, [&](std::size_t occurrence) { return _morphologic_filter.admits(_batch, occurrence, type); },
-      [&](std::size_t occurrence, NGram* record) {
-        if (full) {
-          ++_stats.extracted_count;
-          ++(record == nullptr ? _stats.filtered_count : _stats.passed_count);
-        }
-        if (record == nullptr || !NGram::_context_tracing_on) return;
-        _store_wide_context(record->contexts(), occurrence, type);
-        if (full) _store_narrow_context(record->contexts(), occurrence);
-      });
+  const auto counted = [&](std::size_t occurrence, NGram* record) {
+    if (full) {
+      ++_stats.extracted_count;
+      ++(record == nullptr ? _stats.filtered_count : _stats.passed_count);
+    }
+    if (record == nullptr || !NGram::_context_tracing_on) return;
+    _store_wide_context(record->contexts(), occurrence, type);
+    if (full) _store_narrow_context(record->contexts(), occurrence);
+  };
+  RecordTable& records = persistent::ngrams.records(type);
+  if (_morphologic_filter.is_on()) {
+    records.count(
+        _batch, [&](std::size_t o) { return _morphologic_filter.admits(_batch, o, type); }, counted);
+  } else {
+    records.count(
+        _batch, [](std::size_t) { return true; }, counted);
+  }
 }
 
 // Counts the words of the context window but for those at significant positions of the occurrence. In the words mode
@@ -84,8 +90,8 @@ void OccurrenceCounter::_store_wide_context(ContextList contexts, std::size_t oc
   auto begin = static_cast<std::size_t>(window.first - origin);
   const auto end = static_cast<std::size_t>(window.second - origin);
   const auto add_words_before = [&](std::size_t place) {
-    const PartOfContext* const first = _context_words.data() + _context_words_before[begin];
-    contexts.add({first, _context_words.data() + _context_words_before[place]});
+    const std::uint32_t* const first = _context_words.data() + _context_words_before[begin];
+    contexts.add_wide({first, _context_words.data() + _context_words_before[place]});
   };
   for (unsigned i = 0; i < settings::n; ++i) {
     const std::size_t place = _places[occurrence][i];
@@ -98,10 +104,7 @@ void OccurrenceCounter::_store_wide_context(ContextList contexts, std::size_t oc
 
 // Counts the words next to an occurrence, within its sentence.
 void OccurrenceCounter::_store_narrow_context(ContextList contexts, std::size_t occurrence) const {
-  const auto add = [&](const Word& word) {
-    const PartOfContext part(word.lemma, word.tag, true);
-    contexts.add({&part, 1});
-  };
+  const auto add = [&](const Word& word) { contexts.add_narrow(TaggedLemma::pack(word.lemma, word.tag)); };
   const WordIterator first = _buffer.all().first + _places[occurrence].front();
   const WordIterator after = _buffer.all().first + _places[occurrence][settings::n - 1U] + 1;
   if (first != _sentence.first) add(first[-1]);

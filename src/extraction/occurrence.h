@@ -48,9 +48,9 @@ class OccurrenceCounter {
   // Only with contexts: where the words of the batch stand in the buffer, by occurrence and position, and its root.
   std::vector<std::array<std::size_t, constants::max_grammity>> _places;
   std::vector<std::size_t> _roots;
-  // Only with contexts: the words that the context filter admits, and by place in the buffer how many of them come
-  // before.
-  std::vector<PartOfContext> _context_words;
+  // Only with contexts: the words that the context filter admits, packed as in TaggedLemma, and by place in the buffer
+  // how many of them come before.
+  std::vector<std::uint32_t> _context_words;
   std::vector<std::size_t> _context_words_before;
 };
 

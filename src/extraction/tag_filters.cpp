@@ -13,7 +13,6 @@ MorphologicFilter::MorphologicFilter(MultiRulesFilter& filter, const StringStore
 }
 
 bool MorphologicFilter::admits(const OccurrenceBatch& batch, std::size_t occurrence, std::uint8_t type) {
-  if (_answers.empty()) return true;
   std::uint64_t question = type;
   for (unsigned i = 0; i < settings::n; ++i) {
     const std::uint8_t tag = NGram::significant(type, i) ? batch.member(occurrence, i).tag() : 0;

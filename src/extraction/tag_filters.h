@@ -22,8 +22,10 @@ class MorphologicFilter {
   // Filter and tags must outlive this object, and the rules stay as they are.
   MorphologicFilter(MultiRulesFilter& filter, const StringStore<std::uint8_t>& tags);
 
-  // Tells whether an occurrence is admitted under a type, and counts it when that is the full one. Without rules
-  // everything is admitted and nothing counted.
+  // Tells whether there are rules. Without rules everything is to be admitted.
+  bool is_on() const { return !_answers.empty(); }
+
+  // Tells whether an occurrence is admitted under a type, and counts it when that is the full one.
   bool admits(const OccurrenceBatch& batch, std::size_t occurrence, std::uint8_t type);
 
  private:

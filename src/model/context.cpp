@@ -1,31 +1,36 @@
 #include "model/context.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <limits>
 #include <new>
-#include <vector>
 
+#include "model/context_folder.h"
 #include "util/array_pool.h"
-#include "util/hashing.h"
 
 namespace colx {
 
 namespace {
 
-// What a handle points to: a header and then the parts, in units of parts. The first `folded` ones are the list, each
-// word once, in its order; the rest are sightings noted since.
+// What a handle points to, in units of 32 bits: this header; the list as it was folded last, first the words seen more
+// than once, two units each, then the words seen once; then the sightings noted since. A word seen once, or noted, is
+// one unit, its packed lemma and tag; in the narrow role a mark comes before it, which no word is packed to. A fold
+// never makes a list longer.
 struct Header {
-  std::uint32_t folded;
   std::uint32_t capacity;  // header included
+  std::uint32_t pairs;     // units of the words seen more than once
+  std::uint32_t folded;    // units of the whole list
 };
-static_assert(sizeof(Header) == sizeof(PartOfContext));
+constexpr std::uint32_t header_units = sizeof(Header) / sizeof(std::uint32_t);
+constexpr std::uint32_t narrow_mark = 0xFF000000;  // the tag 255 does not exist
+
+// Fewer sightings than this are not worth folding.
+constexpr std::uint32_t least_sightings = 32;
 
 // A handle, unpacked.
 struct Handle {
-  PartOfContext* memory;  // null: nothing noted yet
-  std::uint32_t size;     // parts in use
+  std::uint32_t* memory;  // null: nothing noted yet
+  std::uint32_t size;     // units in use behind the header
 
   static Handle load(const unsigned char* bytes) {
     Handle handle;
@@ -39,117 +44,83 @@ struct Handle {
   }
 
   Header& header() const { return *reinterpret_cast<Header*>(memory); }
-  PartOfContext* parts() const { return memory + 1; }
-  std::size_t room() const { return memory == nullptr ? 0 : header().capacity - 1U; }
+  std::uint32_t* units() const { return memory + header_units; }
+  std::size_t room() const { return memory == nullptr ? 0 : header().capacity - header_units; }
 };
-static_assert(sizeof(PartOfContext*) + sizeof(std::uint32_t) == ContextList::handle_size);
+static_assert(sizeof(std::uint32_t*) + sizeof(std::uint32_t) == ContextList::handle_size);
 
 // The memory of all lists.
-ArrayPool<PartOfContext> pool;
+ArrayPool pool;
 
-// Folds sightings into a list. Its scratch memory is used again and again.
-class Folder {
- public:
-  // `parts[0, folded)` is a list, `parts[folded, size)` are sightings. Returns the length of the list that takes their
-  // place.
-  std::uint32_t fold(PartOfContext* parts, std::uint32_t folded, std::uint32_t size) {
-    _prepare(size);
-    for (std::uint32_t i = 0; i < folded; ++i)
-      _slots[_slot_of(parts, parts[i])] = i;
-    _last_rise.assign(folded, 0);
-    std::uint32_t length = folded;
-    for (std::uint32_t i = folded; i < size; ++i) {
-      const std::uint32_t moment = i - folded + 1;
-      std::uint32_t& slot = _slots[_slot_of(parts, parts[i])];
-      if (slot == free) {
-        slot = length;
-        parts[length++] = parts[i];
-        _last_rise.push_back(moment);
-      } else if (parts[slot].inc()) {
-        _last_rise[slot] = moment;
-      }
-    }
-    _order(parts, length);
-    return length;
+// Reads the words that one unit each stands for, with their marks.
+template <typename Take>
+void _for_each_single(const std::uint32_t* begin, const std::uint32_t* end, const Take& take) {
+  for (const std::uint32_t* unit = begin; unit != end; ++unit) {
+    const bool narrow = *unit == narrow_mark;
+    if (narrow) ++unit;
+    take(PartOfContext(*unit, narrow));
   }
+}
 
- private:
-  static constexpr std::uint32_t free = 0xFFFFFFFF;
+std::uint32_t* _write_single(std::uint32_t* out, const PartOfContext& part) {
+  if (part.narrow()) *out++ = narrow_mark;
+  *out++ = part.tagged_lemma();
+  return out;
+}
 
-  struct Risen {
-    PartOfContext part;
-    std::uint32_t moment;
-  };
-
-  // Makes at least twice as many slots as there are words, all free.
-  void _prepare(std::uint32_t size) {
-    const unsigned bits = static_cast<unsigned>(std::bit_width(size)) + 1;
-    _shift = 64 - bits;
-    _slots.assign(std::size_t{1} << bits, free);
+std::span<const PartOfContext> _fold(const Handle& handle) {
+  static ContextFolder folder;
+  const std::uint32_t* const units = handle.units();
+  const Header& header = handle.header();
+  folder.clear(handle.size);
+  for (std::uint32_t i = 0; i < header.pairs; i += 2) {
+    const bool narrow = (units[i] & PartOfContext::_narrow_flag_bitmask) != 0;
+    folder.take_listed(PartOfContext(units[i + 1], narrow, units[i] & PartOfContext::_max_frequency));
   }
+  _for_each_single(units + header.pairs, units + header.folded,
+                   [&](const PartOfContext& part) { folder.take_listed(part); });
+  _for_each_single(units + header.folded, units + handle.size,
+                   [&](const PartOfContext& part) { folder.take_sighting(part); });
+  return folder.fold();
+}
 
-  // The slot that holds the place of a word in `parts`, or that is free for it.
-  std::size_t _slot_of(const PartOfContext* parts, const PartOfContext& part) const {
-    std::size_t i = (part.key() * hash_keys[0]) >> _shift;
-    while (_slots[i] != free && !(parts[_slots[i]] == part))
-      i = (i + 1) & (_slots.size() - 1);
-    return i;
+// Folds what has been noted, in place.
+void _compact(Handle& handle) {
+  const std::span<const PartOfContext> list = _fold(handle);
+  const auto first_single =
+      std::partition_point(list.begin(), list.end(), [](const PartOfContext& part) { return part.frequency() > 1; });
+  std::uint32_t* out = handle.units();
+  for (auto part = list.begin(); part != first_single; ++part) {
+    *out++ = part->frequency() | (part->narrow() ? PartOfContext::_narrow_flag_bitmask : 0);
+    *out++ = part->tagged_lemma();
   }
-
-  // Words that did not rise are in order already; those that did are sorted and merged in behind their equals, which
-  // had their frequency before.
-  void _order(PartOfContext* parts, std::uint32_t length) {
-    _risen.clear();
-    _still.clear();
-    for (std::uint32_t i = 0; i < length; ++i) {
-      if (_last_rise[i] != 0) {
-        _risen.push_back({parts[i], _last_rise[i]});
-      } else {
-        _still.push_back(parts[i]);
-      }
-    }
-    std::sort(_risen.begin(), _risen.end(), [](const Risen& a, const Risen& b) {
-      return a.part.frequency() != b.part.frequency() ? a.part.frequency() > b.part.frequency() : a.moment < b.moment;
-    });
-    auto still = _still.begin();
-    for (const Risen& risen : _risen) {
-      while (still != _still.end() && still->frequency() >= risen.part.frequency())
-        *parts++ = *still++;
-      *parts++ = risen.part;
-    }
-    std::copy(still, _still.end(), parts);
-  }
-
-  std::vector<std::uint32_t> _slots;
-  unsigned _shift = 0;
-  std::vector<std::uint32_t> _last_rise;  // by place: the sighting that raised it last, from 1; 0: none
-  std::vector<Risen> _risen;
-  std::vector<PartOfContext> _still;
-};
-
-void _fold(Handle& handle) {
-  static Folder folder;
-  if (handle.memory == nullptr || handle.header().folded == handle.size) return;
-  handle.size = folder.fold(handle.parts(), handle.header().folded, handle.size);
+  handle.header().pairs = static_cast<std::uint32_t>(out - handle.units());
+  for (auto part = first_single; part != list.end(); ++part)
+    out = _write_single(out, *part);
+  handle.size = static_cast<std::uint32_t>(out - handle.units());
   handle.header().folded = handle.size;
 }
 
-// Sees to it that `more` parts fit, by folding and, unless that frees enough for some time, by moving to a larger
-// array.
+// Sees to it that `more` units fit: by folding when what has been noted is not small beside the list, so that all folds
+// together cost a constant for each sighting, and by moving to a larger array when that does not help.
 void _make_room(Handle& handle, std::size_t more) {
   if (handle.size + more <= handle.room()) return;
-  _fold(handle);
-  const std::size_t wanted = handle.size + more;
-  if (wanted <= handle.room() / 4 * 3) return;
-  const std::size_t capacity = ArrayPool<PartOfContext>::capacity_for(wanted + (handle.size / 4) + 1);
-  if (capacity > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
-  PartOfContext* const memory = pool.take(capacity);
-  Header header{0, static_cast<std::uint32_t>(capacity)};
   if (handle.memory != nullptr) {
-    header.folded = handle.header().folded;
-    std::copy(handle.parts(), handle.parts() + handle.size, memory + 1);
-    pool.give_back(handle.memory, handle.header().capacity);
+    const std::uint32_t folded = handle.header().folded;
+    const std::uint32_t noted = handle.size - folded;
+    if (noted >= least_sightings && noted >= folded / 2) _compact(handle);
+    if (handle.size + more <= handle.room()) return;
   }
+  const std::size_t capacity = ArrayPool::capacity_for(header_units + handle.size + more);
+  if (capacity > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+  std::uint32_t* const memory = pool.take(capacity);
+  Header header{};
+  if (handle.memory != nullptr) {
+    header = handle.header();
+    std::copy(handle.units(), handle.units() + handle.size, memory + header_units);
+    pool.give_back(handle.memory, header.capacity);
+  }
+  header.capacity = static_cast<std::uint32_t>(capacity);
   handle.memory = memory;
   handle.header() = header;
 }
@@ -160,21 +131,27 @@ void ContextList::clear(unsigned char* handle) {
   Handle{nullptr, 0}.store(handle);
 }
 
-void ContextList::add(std::span<const PartOfContext> sightings) {
-  if (sightings.empty()) return;
+void ContextList::add_wide(std::span<const std::uint32_t> tagged_lemmas) {
+  if (tagged_lemmas.empty()) return;
   Handle handle = Handle::load(_handle);
-  _make_room(handle, sightings.size());
-  std::copy(sightings.begin(), sightings.end(), handle.parts() + handle.size);
-  handle.size += static_cast<std::uint32_t>(sightings.size());
+  _make_room(handle, tagged_lemmas.size());
+  std::copy(tagged_lemmas.begin(), tagged_lemmas.end(), handle.units() + handle.size);
+  handle.size += static_cast<std::uint32_t>(tagged_lemmas.size());
   handle.store(_handle);
 }
 
-std::span<const PartOfContext> ContextList::parts() {
+void ContextList::add_narrow(std::uint32_t tagged_lemma) {
   Handle handle = Handle::load(_handle);
-  if (handle.memory == nullptr) return {};
-  _fold(handle);
+  _make_room(handle, 2);
+  _write_single(handle.units() + handle.size, PartOfContext(tagged_lemma, true));
+  handle.size += 2;
   handle.store(_handle);
-  return {handle.parts(), handle.size};
+}
+
+std::span<const PartOfContext> ContextList::parts() const {
+  const Handle handle = Handle::load(_handle);
+  if (handle.memory == nullptr) return {};
+  return _fold(handle);
 }
 
 }  // namespace colx

@@ -23,9 +23,9 @@ class PartOfContext {
   static constexpr std::uint32_t _max_frequency = 0x7FFFFFFF;
   static constexpr std::uint32_t _narrow_flag_bitmask = 0x80000000;
 
-  // A word seen once.
-  PartOfContext(std::uint32_t lemma, std::uint8_t tag, bool narrow)
-      : _frequency_and_flag(1 | (narrow ? _narrow_flag_bitmask : 0)), _tagged_lemma(TaggedLemma::pack(lemma, tag)) {}
+  // A word, packed as in TaggedLemma, that was seen `frequency` times.
+  PartOfContext(std::uint32_t tagged_lemma, bool narrow, std::uint32_t frequency = 1)
+      : _frequency_and_flag(frequency | (narrow ? _narrow_flag_bitmask : 0)), _tagged_lemma(tagged_lemma) {}
 
   // Counts one more sighting; at _max_frequency the count stays. Returns whether it rose.
   bool inc() {
@@ -36,6 +36,7 @@ class PartOfContext {
 
   std::uint32_t frequency() const { return _frequency_and_flag & _max_frequency; }
   bool narrow() const { return (_frequency_and_flag & _narrow_flag_bitmask) != 0; }
+  std::uint32_t tagged_lemma() const { return _tagged_lemma; }
   std::uint32_t lemma() const { return TaggedLemma::lemma(_tagged_lemma); }
   std::uint8_t tag() const { return TaggedLemma::tag(_tagged_lemma); }
 
@@ -51,7 +52,8 @@ class PartOfContext {
 };
 
 // The context words of one N-gram, by way of a handle that stands, packed and unaligned, in the N-gram's record. The
-// words themselves are in memory that all lists share, which lives as long as the process.
+// words themselves are in memory that all lists share, which lives as long as the process: 4 bytes for a word seen once
+// or noted, 8 for one seen more often.
 class ContextList {
  public:
   static constexpr std::size_t handle_size = 12;  // in bytes
@@ -61,11 +63,12 @@ class ContextList {
 
   explicit ContextList(unsigned char* handle) : _handle(handle) {}
 
-  // Notes sightings of words, each given with frequency 1, in their order. Throws std::bad_alloc.
-  void add(std::span<const PartOfContext> sightings);
+  // Notes sightings of words in their order, each packed as in TaggedLemma. Throws std::bad_alloc.
+  void add_wide(std::span<const std::uint32_t> tagged_lemmas);
+  void add_narrow(std::uint32_t tagged_lemma);
 
-  // Folds what has been noted and returns the list, which is valid until the next call of add for this N-gram.
-  std::span<const PartOfContext> parts();
+  // Returns the list with all that has been noted folded into it. Valid until anything is done with any list.
+  std::span<const PartOfContext> parts() const;
 
  private:
   unsigned char* _handle;

@@ -43,7 +43,7 @@ NGram* NGram::build(void* memory, std::uint8_t type, std::span<const Member> mem
     member.store(next);
     next += Member::size;
   }
-  if (_context_tracing_on) ContextList::clear(next);
+  if (_context_tracing_on && !members.empty()) ContextList::clear(next);
   return record;
 }
 

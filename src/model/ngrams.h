@@ -20,8 +20,9 @@ class NGramStore {
   // Makes an empty store and, unless the argument is 0, initialises it.
   explicit NGramStore(std::uint32_t records_per_block);
 
-  // Makes a table for each type and a pool for each number of members, its blocks holding `records_per_block` records.
-  // Does nothing when the argument is 0 or the store has been initialised. To be called after NGram::init.
+  // Makes a table for each type and a pool for each number of members, its blocks holding `records_per_block` records, at
+  // least RecordTable::records_per_chunk. Does nothing when the argument is 0 or the store has been initialised. To be
+  // called after NGram::init.
   void init(std::uint32_t records_per_block);
 
   // Counts occurrences of the empty N-gram; saturates at the largest 32-bit number.

@@ -1,7 +1,7 @@
 #include "output/result_lines.h"
 
 #include <algorithm>
-#include <array>
+#include <limits>
 
 #include "model/ngram.h"
 #include "output/number_format.h"
@@ -10,8 +10,15 @@
 
 namespace colx {
 
+namespace {
+
+constexpr std::size_t longest_cell = std::numeric_limits<std::uint32_t>::digits10 + 2;  // with what follows it
+
+}  // namespace
+
 ResultLines::ResultLines()
     : _measures(measures()),
+      _text(NGram::_types_count * longest_cell + _measures.size() * (longest_general(settings::precision) + 1) + 1),
       _remembered_frequencies(std::size_t{NGram::_types_count} << place_bits, 0),
       _remembered(std::size_t{1} << place_bits) {}
 
@@ -22,38 +29,37 @@ std::string_view ResultLines::get(std::span<const std::uint32_t> frequencies) {
   const std::size_t place = hash >> (64 - place_bits);
   std::uint32_t* const remembered = _remembered_frequencies.data() + place * frequencies.size();
   if (!std::equal(frequencies.begin(), frequencies.end(), remembered)) {
-    _make(frequencies, _remembered[place]);
+    _remembered[place] = _make(frequencies);
     std::copy(frequencies.begin(), frequencies.end(), remembered);
   }
   return _remembered[place];
 }
 
-void ResultLines::_make(std::span<const std::uint32_t> frequencies, std::string& text) {
-  text.clear();
+std::string_view ResultLines::_make(std::span<const std::uint32_t> frequencies) {
   _tables.assign(frequencies);
-  if (!evaluate(_tables, _measures, _values)) return;
-  _print_tables(text, _tables);
-  _print_stats(text, _values, settings::precision, _number);
-  text += '\n';
+  if (!evaluate(_tables, _measures, _values)) return {};
+  char* out = _print_tables(_text.data(), _tables);
+  out = _print_stats(out, _values, settings::precision);
+  *out++ = '\n';
+  return {_text.data(), static_cast<std::size_t>(out - _text.data())};
 }
 
-void _print_tables(std::string& text, const EvaluationTables& t) {
-  std::array<char, 16> number;
+char* _print_tables(char* out, const EvaluationTables& t) {
   for (const std::uint32_t cell : t.contingency_table()) {
-    text.append(number.data(), format_unsigned(number.data(), cell));
-    text += '\t';
+    out = format_unsigned(out, cell);
+    *out++ = '\t';
   }
-  text.back() = '\n';
+  out[-1] = '\n';
+  return out;
 }
 
-void _print_stats(std::string& text, std::span<const double> values, std::uint32_t precision,
-                  std::vector<char>& number) {
-  number.resize(longest_general(precision));
+char* _print_stats(char* out, std::span<const double> values, std::uint32_t precision) {
   for (const double value : values) {
-    text.append(number.data(), format_general(number.data(), value, precision));
-    text += '\t';
+    out = format_general(out, value, precision);
+    *out++ = '\t';
   }
-  text.back() = '\n';
+  out[-1] = '\n';
+  return out;
 }
 
 }  // namespace colx

@@ -30,24 +30,22 @@ class ResultLines {
   std::string_view get(std::span<const std::uint32_t> frequencies);
 
  private:
-  static constexpr unsigned place_bits = 11;
+  static constexpr unsigned place_bits = 10;
 
-  void _make(std::span<const std::uint32_t> frequencies, std::string& text);
+  std::string_view _make(std::span<const std::uint32_t> frequencies);
 
   std::vector<Measure> _measures;
   EvaluationTables _tables;
   std::vector<double> _values;
-  std::vector<char> _number;                           // room for one
+  std::vector<char> _text;                             // room for one
   std::vector<std::uint32_t> _remembered_frequencies;  // by place: all of a vector; no vector begins with 0
   std::vector<std::string> _remembered;                // by place: its text
 };
 
-// Appends the observed cells as one line.
-void _print_tables(std::string& text, const EvaluationTables& t);
+// Writes the observed cells as one line and returns its end.
+char* _print_tables(char* out, const EvaluationTables& t);
 
-// Appends the values of the measures as one line, two of them or six, with the given precision. `number` is room for
-// one.
-void _print_stats(std::string& text, std::span<const double> values, std::uint32_t precision,
-                  std::vector<char>& number);
+// Writes the values of the measures as one line, two of them or six, with the given precision, and returns its end.
+char* _print_stats(char* out, std::span<const double> values, std::uint32_t precision);
 
 }  // namespace colx

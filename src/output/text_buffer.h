@@ -4,12 +4,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <ostream>
 #include <string_view>
 #include <vector>
 
 #include "output/number_format.h"
+#include "util/short_runs.h"
 
 namespace colx {
 
@@ -28,7 +28,7 @@ class TextBuffer {
 
   TextBuffer& operator<<(std::string_view text) {
     if (text.size() > slack) return _write_through(text);
-    std::memcpy(_buffer.data() + _size, text.data(), text.size());
+    copy_bytes(_buffer.data() + _size, text.data(), text.size());
     _size += text.size();
     return _settle();
   }

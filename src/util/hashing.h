@@ -4,7 +4,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
+
+#include "util/short_runs.h"
 
 namespace colx {
 
@@ -19,32 +20,6 @@ inline std::uint64_t mix(std::uint64_t a, std::uint64_t b) {
 inline constexpr std::uint64_t hash_keys[] = {0x9E3779B97F4A7C15, 0xC2B2AE3D27D4EB4F, 0xD6E8FEB86659FD93,
                                               0xA24BAED4963EE407, 0x9FB21C651E98DF25, 0x8EBC6AF09C88C6E3,
                                               0xBF58476D1CE4E5B9, 0x94D049BB133111EB};
-
-// Loads up to 8 bytes into a word, the rest being 0, without looking beyond them.
-inline std::uint64_t load_up_to_8(const char* bytes, std::size_t length) {
-  std::uint64_t word = 0;
-  if (length >= 8) {
-    std::memcpy(&word, bytes, 8);
-  } else if (length >= 4) {
-    std::uint32_t head;
-    std::uint32_t tail;
-    std::memcpy(&head, bytes, 4);
-    std::memcpy(&tail, bytes + length - 4, 4);
-    word = head | std::uint64_t{tail} << (8 * (length - 4));
-  } else {
-    for (std::size_t i = 0; i < length; ++i)
-      word |= std::uint64_t{static_cast<unsigned char>(bytes[i])} << (8 * i);
-  }
-  return word;
-}
-
-// Compares two runs of bytes of the same length, most of which are short.
-inline bool equal_bytes(const char* a, const char* b, std::size_t length) {
-  for (; length > 8; a += 8, b += 8, length -= 8) {
-    if (load_up_to_8(a, 8) != load_up_to_8(b, 8)) return false;
-  }
-  return load_up_to_8(a, length) == load_up_to_8(b, length);
-}
 
 // Hashes a run of bytes.
 inline std::uint64_t hash_bytes(const char* bytes, std::size_t length) {

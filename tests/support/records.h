@@ -5,15 +5,15 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <ostream>
 #include <vector>
 
 #include "corpus/dependencies.h"
-#include "corpus/word.h"
+#include "corpus/tagged_lemma.h"
 #include "model/ngram.h"
 #include "model/ngrams.h"
+#include "model/occurrence_batch.h"
 
 namespace colx::test {
 
@@ -30,36 +30,47 @@ struct MemberSpec {
   const char* dependency = "Atr";
 };
 
-// Words and the member list that points to them.
+// The members of an occurrence. A parent outside makes its word the head, as it does in the extraction.
 class Occurrence {
  public:
   explicit Occurrence(const std::vector<MemberSpec>& specs) {
-    std::uint16_t order = 0;
-    for (const MemberSpec& spec : specs)
-      _words.push_back({spec.lemma, spec.tag, ++order, spec.parent, relation(spec.dependency)});
-    for (std::size_t i = 0; i < specs.size(); ++i)
-      _members.emplace_back(specs[i].parent, _words.cbegin() + static_cast<std::ptrdiff_t>(i));
+    for (const MemberSpec& spec : specs) {
+      const std::uint8_t code = relation(spec.dependency);
+      _members.emplace_back(spec.lemma, spec.tag, spec.parent, spec.parent == 0 ? dependency::head : code);
+    }
   }
-  Occurrence(const Occurrence&) = delete;
-  Occurrence& operator=(const Occurrence&) = delete;
 
-  const MemberList& members() const { return _members; }
+  // All of them, by position.
+  const std::vector<NGram::Member>& members() const { return _members; }
+
+  // Those at the significant positions of a type.
+  std::vector<NGram::Member> members(std::uint8_t type) const {
+    std::vector<NGram::Member> kept;
+    for (unsigned i = 0; i < _members.size(); ++i) {
+      if (NGram::significant(type, i)) kept.push_back(_members[i]);
+    }
+    return kept;
+  }
+
+  void add_to(OccurrenceBatch& batch) const {
+    batch.add();
+    for (unsigned i = 0; i < _members.size(); ++i)
+      batch.set_last(i, _members[i]);
+  }
 
  private:
-  std::deque<Word> _words;
-  MemberList _members;
+  std::vector<NGram::Member> _members;
 };
 
 // A record in memory of its own, exactly as large as a record of its type, that held other bytes before.
 class Record {
  public:
   Record(const std::vector<MemberSpec>& specs, std::uint8_t type)
-      : Record(type, [&](void* memory) { return NGram::build(memory, Occurrence(specs).members(), type); }) {}
-  Record(const NGram& full, std::uint8_t type)
-      : Record(type, [&](void* memory) { return NGram::build(memory, full, type); }) {}
-
-  static Record copy_of(const NGram& other) {
-    return Record(other.type(), [&](void* memory) { return NGram::build(memory, other); });
+      : _size(NGram::_ngrams_memory_sizes[static_cast<std::size_t>(std::popcount(type))]),
+        _memory(std::make_unique<unsigned char[]>(_size)) {
+    for (std::size_t i = 0; i < _size; ++i)
+      _memory[i] = 0xAB;
+    _record = NGram::build(_memory.get(), type, Occurrence(specs).members(type));
   }
 
   NGram& operator*() const { return *_record; }
@@ -78,15 +89,6 @@ class Record {
   bool overflow_flag() const { return (_memory[3] & 0x80) != 0; }
 
  private:
-  template <typename Build>
-  Record(std::uint8_t type, const Build& build)
-      : _size(NGram::_ngrams_memory_sizes[static_cast<std::size_t>(std::popcount(type))]),
-        _memory(std::make_unique<unsigned char[]>(_size)) {
-    for (std::size_t i = 0; i < _size; ++i)
-      _memory[i] = 0xAB;
-    _record = build(_memory.get());
-  }
-
   std::size_t _size;
   std::unique_ptr<unsigned char[]> _memory;
   NGram* _record = nullptr;
@@ -105,18 +107,36 @@ struct ContextEntry {
   }
 };
 
-inline std::vector<ContextEntry> contexts_of(const NGram& record) {
+// The context words of a record; only when contexts are collected.
+inline std::vector<ContextEntry> contexts_of(NGram& record) {
   std::vector<ContextEntry> entries;
-  for (const PartOfContext& part : record.contexts())
+  for (const PartOfContext& part : record.contexts().parts())
     entries.push_back({part.lemma(), part.tag(), part.frequency(), part.narrow()});
   return entries;
 }
 
-// Counts an occurrence under one type, as the extraction does. Returns its record.
-inline NGram* count(NGramStore& store, const MemberList& members, std::uint8_t type) {
-  const auto [record, inserted] = store.insert(*NGramToken::get(members, type));
-  if (!inserted) record->inc();
-  return record;
+// Notes one sighting of a context word.
+inline void see(NGram& record, std::uint32_t lemma, std::uint8_t tag, bool narrow) {
+  const std::uint32_t word = TaggedLemma::pack(lemma, tag);
+  if (narrow) {
+    record.contexts().add_narrow(word);
+  } else {
+    record.contexts().add_wide({&word, 1});
+  }
+}
+
+// Counts an occurrence under one type, as the extraction does. Returns its record, which is null for the empty N-gram.
+inline NGram* count(NGramStore& store, const Occurrence& occurrence, std::uint8_t type) {
+  if (type == 0) {
+    store.count_empty(1);
+    return nullptr;
+  }
+  OccurrenceBatch batch;
+  occurrence.add_to(batch);
+  NGram* counted = nullptr;
+  store.records(type).count(
+      batch, [](std::size_t) { return true; }, [&](std::size_t, NGram* record) { counted = record; });
+  return counted;
 }
 
 // Counts an occurrence under every type, a number of times.
@@ -124,20 +144,32 @@ inline void count_all_types(NGramStore& store, const std::vector<MemberSpec>& sp
   const Occurrence occurrence(specs);
   for (unsigned i = 0; i < times; ++i) {
     for (std::uint8_t type = 0; type <= NGram::_full_ngram_type; ++type)
-      count(store, occurrence.members(), type);
+      count(store, occurrence, type);
   }
+}
+
+// The record under which a pattern is stored, or null. The type is not 0.
+inline const NGram* find(const NGramStore& store, const Occurrence& occurrence, std::uint8_t type) {
+  OccurrenceBatch batch;
+  occurrence.add_to(batch);
+  const NGram* found = nullptr;
+  store.records(type).find(batch, [&](std::size_t, const NGram* record) { found = record; });
+  return found;
 }
 
 // The frequency under which a pattern is stored; 0 when it is not.
 inline std::uint32_t frequency_of(const NGramStore& store, const std::vector<MemberSpec>& specs, std::uint8_t type) {
-  const NGram* const record = store.get(*NGramToken::get(Occurrence(specs).members(), type));
+  if (type == 0) return store.empty_frequency();
+  const NGram* const record = find(store, Occurrence(specs), type);
   return record == nullptr ? 0 : record->frequency();
 }
 
-// The records of a type in the order in which the output files list them.
+// The records of a type other than 0 in the order in which the output files list them.
 inline std::vector<const NGram*> records_of(const NGramStore& store, std::uint8_t type) {
-  const auto& records = store.records(type);
-  return {records.begin(), records.end()};
+  std::vector<const NGram*> records;
+  for (const std::uint32_t number : store.records(type).listed_order())
+    records.push_back(store.records(type).record(number));
+  return records;
 }
 
 }  // namespace colx::test

@@ -6,7 +6,6 @@
 #include <map>
 #include <utility>
 
-#include "evaluation/evaluation.h"
 #include "model/ngram.h"
 #include "run/config.h"
 
@@ -38,11 +37,7 @@ class SettingsGuard {
   SettingsGuard& operator=(const SettingsGuard&) = delete;
 
   // Sets up the tables for the settings as they stand now; to be called after a test has changed N or context tracing.
-  static void init_tables() {
-    NGram::init();
-    NGramToken::init();
-    EvaluationTables::init();
-  }
+  static void init_tables() { NGram::init(); }
 
  private:
   // All settings; as constructed, with their start values.

@@ -30,7 +30,7 @@ TEST(Dependencies, NumberAllNamesInOrder) {
   ASSERT_EQ(names.size(), 118U);
   ASSERT_EQ(dependencies_count, 118U);
   for (unsigned code = 0; code < 118; ++code) {
-    EXPECT_STREQ(dependency2cstring(static_cast<std::uint8_t>(code)), names[code].c_str());
+    EXPECT_EQ(dependency2cstring(static_cast<std::uint8_t>(code)), names[code]);
     EXPECT_EQ(string2dependency(names[code]), code) << names[code];
   }
 }

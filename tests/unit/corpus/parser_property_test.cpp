@@ -5,7 +5,6 @@
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <iostream>
 #include <sstream>
 #include <string>
@@ -14,6 +13,7 @@
 
 #include "corpus/dependencies.h"
 #include "corpus/parser.h"
+#include "corpus/word_queue.h"
 #include "tests/support/random.h"
 #include "tests/support/settings_guard.h"
 #include "tests/support/stream_capture.h"
@@ -146,13 +146,13 @@ Reading _parse(const std::string& text, std::uint32_t limit, ContextWindow::Mode
   StringStore<std::uint8_t> tags(65535);
   Parser parser(stream, lemmas, tags);
   Reading reading;
-  while (stream) {
-    std::deque<Word> words;
+  while (!parser.at_end()) {
+    WordQueue words;
     parser.next(limit, mode, words);
     auto word = words.begin();
     for (const std::uint32_t length : parser.sentence_lengths()) {
       for (const auto end = word + length; word != end; ++word)
-        reading.sentences += _word_line(word->order, lemmas[word->lemma], word->parent, word->dependency);
+        reading.sentences += _word_line(word->order, std::string(lemmas[word->lemma]), word->parent, word->dependency);
       reading.sentences += '\n';
     }
     EXPECT_EQ(word, words.end());

@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <deque>
 #include <iostream>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "corpus/word_queue.h"
 #include "tests/support/settings_guard.h"
 #include "tests/support/stream_capture.h"
 
@@ -62,7 +62,7 @@ class ParserTest : public ::testing::Test {
   StringStore<std::uint32_t> lemmas{65535};
   StringStore<std::uint8_t> tags{65535};
   Parser parser{_stream, lemmas, tags};
-  std::deque<Word> words;
+  WordQueue words;
   const test::StreamCapture warnings{std::cerr};
 };
 
@@ -72,8 +72,8 @@ TEST_F(ParserTest, MakesWordsOfTheSixFields) {
   ASSERT_TRUE(next());
   EXPECT_EQ(lemmas_read(), "cat sleep-1 ");
   ASSERT_EQ(words.size(), 2U);
-  EXPECT_STREQ(tags[words[0].tag], "NN-P");
-  EXPECT_STREQ(tags[words[1].tag], "VB-P");
+  EXPECT_EQ(tags[words[0].tag], "NN-P");
+  EXPECT_EQ(tags[words[1].tag], "VB-P");
   EXPECT_EQ(words[0].order, 1);
   EXPECT_EQ(words[1].order, 2);
   EXPECT_EQ(words[0].parent, 2);
@@ -87,7 +87,7 @@ TEST_F(ParserTest, EndsTheLastSentenceAtTheEndOfTheInput) {
   for (const char* const end : {"", "\n", "\n\n"}) {
     std::istringstream stream(std::string("1 a a T 0 Pred\n2 b b T 1 Sb") + end);
     Parser fresh(stream, lemmas, tags);
-    words.clear();
+    words = WordQueue();
     EXPECT_TRUE(fresh.next(1, ContextWindow::sentences, words));
     EXPECT_EQ(fresh.sentence_lengths(), Lengths{2});
     EXPECT_EQ(lemmas_read(), "a b ");
@@ -205,7 +205,7 @@ TEST_F(ParserTest, DropsAnIncompleteLastLineSilently) {
        {"2", "2 b", "2 b b", "2 b b T", "2 b b T 1", "2 b b T 1 ", "2 b b T 1\n", " ", "\t \n"}) {
     std::istringstream stream(std::string("1 a a T 0 Pred\n") + tail);
     Parser fresh(stream, lemmas, tags);
-    words.clear();
+    words = WordQueue();
     EXPECT_TRUE(fresh.next(everything, ContextWindow::sentences, words)) << tail;
     EXPECT_EQ(fresh.sentence_lengths(), Lengths{1}) << tail;
     EXPECT_EQ(lemmas_read(), "a ") << tail;

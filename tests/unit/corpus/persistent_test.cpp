@@ -10,9 +10,9 @@
 namespace colx {
 namespace {
 
-TEST(Persistent, HasLemmasAndTagsInBlocksOf64KiB) {
-  EXPECT_EQ(persistent::lemmas.block_size(), 65536U);
-  EXPECT_EQ(persistent::tags.block_size(), 65536U);
+TEST(Persistent, HasLemmasAndTagsInBlocksOf64KiBAndTheLengthOfOneText) {
+  EXPECT_EQ(persistent::lemmas.block_size(), 65538U);
+  EXPECT_EQ(persistent::tags.block_size(), 65538U);
 }
 
 TEST(Persistent, NumbersLemmasIn32AndTagsIn8Bits) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -11,6 +12,8 @@
 #include <random>
 #include <vector>
 
+#include "tests/reference/plain_tables.h"
+#include "tests/support/random.h"
 #include "tests/support/settings_guard.h"
 
 namespace colx {
@@ -44,7 +47,7 @@ long double expected_cell(std::size_t cell, unsigned n, const Cells& frequencies
 
 TEST(EvaluationTablesTest, TablesOfAPair) {
   const SettingsGuard guard(2);
-  const EvaluationTables tables({1000, 30, 50, 10});
+  const EvaluationTables tables(Cells{1000, 30, 50, 10});
   EXPECT_EQ(tables.frequencies(), (Cells{1000, 30, 50, 10}));
   // Both 10; the first alone 50 - 10, the second alone 30 - 10, neither 1000 - 40 - 20 - 10.
   EXPECT_EQ(tables.contingency_table(), (Cells{930, 20, 40, 10}));
@@ -58,7 +61,7 @@ TEST(EvaluationTablesTest, TablesOfAPair) {
 
 TEST(EvaluationTablesTest, CellsThatShareNoBitFeedTheInverseMarginals) {
   const SettingsGuard guard(2);
-  const EvaluationTables tables({1000, 30, 50, 10});
+  const EvaluationTables tables(Cells{1000, 30, 50, 10});
   // Cell 0 is fed by 1, 2 and 3: 20 + 40 + 10; cell 3 by none.
   EXPECT_EQ(tables.inverse_marginals(), (Cells{70, 40, 20, 0}));
 }
@@ -67,7 +70,7 @@ TEST(EvaluationTablesTest, TablesOfATriple) {
   const SettingsGuard guard(3);
   // Cells 000 to 111: 1, 2, 4, 8, 16, 32, 64, 128. F[1] = 2 + 8 + 32 + 128 = 170, F[2] = 4 + 8 + 64 + 128 = 204,
   // F[3] = 8 + 128, F[4] = 16 + 32 + 64 + 128, F[5] = 32 + 128, F[6] = 64 + 128.
-  const EvaluationTables tables({255, 170, 204, 136, 240, 160, 192, 128});
+  const EvaluationTables tables(Cells{255, 170, 204, 136, 240, 160, 192, 128});
   EXPECT_EQ(tables.contingency_table(), (Cells{1, 2, 4, 8, 16, 32, 64, 128}));
   EXPECT_EQ(tables.inverse_marginals()[1], 84U);  // cells 2, 4 and 6: 4 + 16 + 64
   EXPECT_EQ(tables.inverse_marginals()[2], 50U);  // cells 1, 4 and 5: 2 + 16 + 32
@@ -150,15 +153,46 @@ TEST(EvaluationTablesTest, CellsSumToTheTotalEvenWhenTheyWrap) {
   }
 }
 
+// One object for all tables, as in the program; also frequencies that no corpus gives.
+TEST(EvaluationTablesTest, AgreesToTheLastBitWithTablesThatListTheirCells) {
+  test::Random random;
+  EvaluationTables tables;
+  for (int round = 0; round < 3000; ++round) {
+    const unsigned n = 2 + random.below(6);
+    const std::uint32_t kind = random.below(4);
+    Cells frequencies(std::size_t{1} << n);
+    for (std::uint32_t& frequency : frequencies) {
+      frequency = kind == 0   ? static_cast<std::uint32_t>(random.engine()())
+                  : kind == 1 ? random.below(3)
+                              : random.below(1 + random.below(1000000));
+    }
+    if (kind == 3) {
+      frequencies = frequencies_of(frequencies);
+    } else if (random.once_in(10)) {
+      frequencies[0] = 0;
+    }
+    tables.assign(frequencies);
+    const reference::PlainTables plain(frequencies);
+    ASSERT_EQ(tables.frequencies(), frequencies);
+    ASSERT_EQ(tables.contingency_table(), plain.contingency_table);
+    ASSERT_EQ(tables.inverse_marginals(), plain.inverse_marginals);
+    for (std::size_t i = 0; i < frequencies.size(); ++i) {
+      ASSERT_EQ(std::bit_cast<std::uint64_t>(tables.expected_table()[i]),
+                std::bit_cast<std::uint64_t>(plain.expected_table[i]))
+          << "cell " << i << " of " << ::testing::PrintToString(frequencies);
+    }
+  }
+}
+
 TEST(EvaluationTablesTest, APatternRarerThanItsNGramWraps) {
   const SettingsGuard guard(2);
   // F[1] = 3 below F[3] = 5: cell 1 is -2.
-  EXPECT_EQ(EvaluationTables({10, 3, 6, 5}).contingency_table(), (Cells{6, 4294967294U, 1, 5}));
+  EXPECT_EQ(EvaluationTables(Cells{10, 3, 6, 5}).contingency_table(), (Cells{6, 4294967294U, 1, 5}));
 }
 
 TEST(EvaluationTablesTest, WithoutAnyNGramNothingIsExpected) {
   const SettingsGuard guard(2);
-  const EvaluationTables tables({0, 0, 0, 0});
+  const EvaluationTables tables(Cells{0, 0, 0, 0});
   for (const double expected : tables.expected_table())
     EXPECT_TRUE(std::isnan(expected));
 }

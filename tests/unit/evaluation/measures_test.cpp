@@ -19,6 +19,7 @@ namespace colx {
 namespace {
 
 using test::SettingsGuard;
+using Cells = std::vector<std::uint32_t>;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
@@ -29,7 +30,7 @@ class MeasuresOfPairsTest : public ::testing::Test {
 
 // O = {930, 20, 40, 10}, E = {0.8, 0.6, 2.0, 1.5}.
 EvaluationTables worked_example() {
-  return EvaluationTables({1000, 30, 50, 10});
+  return EvaluationTables(Cells{1000, 30, 50, 10});
 }
 
 TEST_F(MeasuresOfPairsTest, ChiSquare) {
@@ -58,7 +59,7 @@ TEST_F(MeasuresOfPairsTest, PearsonsCoefficient) {
 
 TEST_F(MeasuresOfPairsTest, PearsonsNumeratorWrapsForANegativeAssociation) {
   // O = {10, 40, 30, 20}: 20 x 10 - 30 x 40 = -1000, that is 4294966296; 50 x 60 x (40 x 50) = 6000000.
-  const EvaluationTables tables({100, 60, 50, 20});
+  const EvaluationTables tables(Cells{100, 60, 50, 20});
   EXPECT_NEAR(eval::pearsons_coefficient(tables), 4294966296.0 / std::sqrt(6000000.0), 1e-6);
   EXPECT_GT(eval::pearsons_coefficient(tables), 1e6);
 }
@@ -69,7 +70,7 @@ TEST_F(MeasuresOfPairsTest, PearsonsDenominatorWraps) {
   const std::uint64_t modulus = 4294967296;
   const std::uint64_t right = 882780ULL * 881552ULL % modulus;
   const std::uint64_t denominator = 667488ULL * right % modulus;
-  const EvaluationTables tables({883188, 408, 1636, 96});
+  const EvaluationTables tables(Cells{883188, 408, 1636, 96});
   EXPECT_NEAR(eval::pearsons_coefficient(tables), 84118560 / std::sqrt(static_cast<double>(denominator)), 1e-9);
   EXPECT_NEAR(eval::pearsons_coefficient(tables), 1564.507478, 5e-7);
 }
@@ -86,7 +87,7 @@ TEST_F(MeasuresOfPairsTest, ZScore) {
 
 TEST_F(MeasuresOfPairsTest, APairThatOccursOnceOfWordsThatOccurOnce) {
   // O = {999, 0, 0, 1}; nobody has one member alone, so E = {0, 0, 0, 0.001}.
-  const EvaluationTables tables({1000, 1, 1, 1});
+  const EvaluationTables tables(Cells{1000, 1, 1, 1});
   EXPECT_EQ(tables.expected_table()[0], 0.0);
   EXPECT_EQ(tables.expected_table()[1], 0.0);
   // 999^2 / 0 is infinite, 0 / 0 not a number; but an observed cell of 0 adds nothing to the ratio.
@@ -96,13 +97,13 @@ TEST_F(MeasuresOfPairsTest, APairThatOccursOnceOfWordsThatOccurOnce) {
 
 TEST_F(MeasuresOfPairsTest, AnEmptyCellAddsNothingToTheRatioEvenWhenNothingIsExpected) {
   // A single pair: O = {0, 0, 0, 1}, E = {0, 0, 0, 1}: 1 log 1 and nothing else.
-  const EvaluationTables tables({1, 1, 1, 1});
+  const EvaluationTables tables(Cells{1, 1, 1, 1});
   EXPECT_EQ(eval::log_likelihood_ratio(tables), 0.0);
   EXPECT_TRUE(std::isnan(eval::chi_square_test(tables)));
 }
 
 TEST_F(MeasuresOfPairsTest, WithoutAnyNGramTheMeasuresAreNotNumbers) {
-  const EvaluationTables tables({0, 0, 0, 0});
+  const EvaluationTables tables(Cells{0, 0, 0, 0});
   EXPECT_TRUE(std::isnan(eval::chi_square_test(tables)));
   EXPECT_EQ(eval::log_likelihood_ratio(tables), 0.0);  // all observed cells are 0
   EXPECT_TRUE(std::isnan(eval::mutual_information(tables)));
@@ -114,13 +115,13 @@ TEST_F(MeasuresOfPairsTest, WithoutAnyNGramTheMeasuresAreNotNumbers) {
 TEST_F(MeasuresOfPairsTest, AZeroDenominatorOfPearsonGivesAnInfiniteValue) {
   // O = {2^16 - 1, 0, 0, 1}: the numerator is 65535; the denominator 1 x 1 x 65535^2 fits. With O[0] = 2^16 it is
   // 2^32, which is 0.
-  EXPECT_NEAR(eval::pearsons_coefficient(EvaluationTables({65536, 1, 1, 1})), 1.0, 1e-12);
-  EXPECT_EQ(eval::pearsons_coefficient(EvaluationTables({65537, 1, 1, 1})), infinity);
+  EXPECT_NEAR(eval::pearsons_coefficient(EvaluationTables(Cells{65536, 1, 1, 1})), 1.0, 1e-12);
+  EXPECT_EQ(eval::pearsons_coefficient(EvaluationTables(Cells{65537, 1, 1, 1})), infinity);
 }
 
 TEST_F(MeasuresOfPairsTest, AnNGramMoreFrequentThanAllNGramsHasNoScores) {
   // F[3] = 5 above N = 4: 1 - 5 / 4 is negative. E[3] = 5 x 5 / 4 as well.
-  const EvaluationTables tables({4, 5, 5, 5});
+  const EvaluationTables tables(Cells{4, 5, 5, 5});
   EXPECT_TRUE(std::isnan(eval::t_test(tables)));
   EXPECT_TRUE(std::isnan(eval::z_score(tables)));
 }

@@ -21,23 +21,28 @@ using test::SettingsGuard;
 using Frequencies = std::vector<std::uint32_t>;
 
 // Everything that the walk over a store yields.
-std::vector<std::pair<const NGram*, Frequencies>> walk(const NGramStore& store) {
+std::vector<std::pair<const NGram*, Frequencies>> walk(NGramStore& store, std::uint32_t least_frequency = 0) {
   std::vector<std::pair<const NGram*, Frequencies>> yielded;
-  NGramsProcessor processor(store);
-  while (processor.next())
-    yielded.emplace_back(&processor.current(), processor.frequencies());
-  EXPECT_FALSE(processor.next());
+  NGramsProcessor processor(store, least_frequency);
+  std::size_t gone_through = 0;
+  while (processor.next()) {
+    gone_through += processor.stepped();
+    const auto frequencies = processor.frequencies();
+    yielded.emplace_back(&processor.current(), Frequencies(frequencies.begin(), frequencies.end()));
+  }
+  EXPECT_EQ(gone_through + processor.stepped(), store.records(NGram::_full_ngram_type).size());
   return yielded;
 }
 
 TEST(NGramsProcessorTest, AnEmptyStoreYieldsNothing) {
   const SettingsGuard guard(2);
-  EXPECT_TRUE(walk(NGramStore(16)).empty());
+  NGramStore store(2048);
+  EXPECT_TRUE(walk(store).empty());
 }
 
 TEST(NGramsProcessorTest, FrequenciesAreThoseOfThePatterns) {
   const SettingsGuard guard(2);
-  NGramStore store(16);
+  NGramStore store(2048);
   test::count_all_types(store, {{1, 0, 2}, {2, 0, 0}}, 3);
   test::count_all_types(store, {{1, 0, 2}, {3, 0, 0}}, 4);
   test::count_all_types(store, {{4, 0, 2}, {2, 0, 0}}, 5);
@@ -50,26 +55,36 @@ TEST(NGramsProcessorTest, FrequenciesAreThoseOfThePatterns) {
   FAIL() << "the pair that occurs three times was not yielded";
 }
 
+TEST(NGramsProcessorTest, PassesOverNGramsThatAreTooRare) {
+  const SettingsGuard guard(2);
+  NGramStore store(2048);
+  test::count_all_types(store, {{1, 0, 2}, {2, 0, 0}}, 3);
+  test::count_all_types(store, {{1, 0, 2}, {3, 0, 0}}, 4);
+  test::count_all_types(store, {{4, 0, 2}, {2, 0, 0}}, 5);
+  EXPECT_EQ(walk(store, 4).size(), 2U);
+  EXPECT_TRUE(walk(store, 6).empty());
+}
+
 TEST(NGramsProcessorTest, FrequenciesIncludeWhatWasCarriedOut) {
   const SettingsGuard guard(2);
-  NGramStore store(16);
+  NGramStore store(2048);
   const std::vector<MemberSpec> pair = {{1, 0, 2}, {2, 0, 0}};
   test::count_all_types(store, pair);
   const test::Occurrence occurrence(pair);
-  NGram* const second_word = test::count(store, occurrence.members(), 1);
+  NGram* const second_word = test::count(store, occurrence, 1);
   for (int i = 0; i < 16777215; ++i)
     second_word->inc();
   // 2 + 16777215 sightings of the second word.
   EXPECT_EQ(walk(store).at(0).second, (Frequencies{1, 16777217, 1, 1}));
 }
 
-TEST(NGramsProcessorTest, YieldsEveryFullNGramInTheOrderOfTheStoreWithCountsByBruteForce) {
+TEST(NGramsProcessorTest, YieldsTheFrequentFullNGramsInTheOrderOfTheStoreWithCountsByBruteForce) {
   for (unsigned seed = 1; seed <= 8; ++seed) {
     SCOPED_TRACE(::testing::Message() << "seed " << seed);
     std::mt19937 random(seed);
     const auto n = static_cast<std::uint8_t>(2 + seed % 3);
     const SettingsGuard guard(n, seed % 2 == 0);
-    NGramStore store(64);
+    NGramStore store(2048);
     std::vector<std::vector<MemberSpec>> occurrences;
     for (int i = 0; i < 800; ++i) {
       std::vector<MemberSpec> words;
@@ -80,8 +95,10 @@ TEST(NGramsProcessorTest, YieldsEveryFullNGramInTheOrderOfTheStoreWithCountsByBr
       test::count_all_types(store, words);
       occurrences.push_back(words);
     }
-    const auto yielded = walk(store);
-    const std::vector<const NGram*> listed = test::records_of(store, NGram::_full_ngram_type);
+    std::vector<const NGram*> listed = test::records_of(store, NGram::_full_ngram_type);
+    const auto least_frequency = static_cast<std::uint32_t>(random() % 4);
+    std::erase_if(listed, [&](const NGram* record) { return record->frequency() < least_frequency; });
+    const auto yielded = walk(store, least_frequency);
     ASSERT_EQ(yielded.size(), listed.size());
     for (std::size_t r = 0; r < listed.size(); ++r) {
       const auto& [record, frequencies] = yielded[r];
@@ -90,7 +107,7 @@ TEST(NGramsProcessorTest, YieldsEveryFullNGramInTheOrderOfTheStoreWithCountsByBr
       for (const std::vector<MemberSpec>& words : occurrences) {
         std::uint8_t shared = 0;
         for (unsigned m = 0; m < n; ++m) {
-          const NGram::Member& member = record->members()[m];
+          const NGram::Member member = record->member(m);
           const bool same = member.lemma() == words[m].lemma && member.tag() == words[m].tag;
           shared = static_cast<std::uint8_t>(2 * shared + (same ? 1 : 0));
         }

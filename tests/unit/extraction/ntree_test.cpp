@@ -4,10 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <random>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -22,15 +23,22 @@ using Listed = std::vector<std::pair<unsigned, std::vector<unsigned>>>;
 
 // The pieces of n words in the order in which they are extracted, each with its top word.
 Listed pieces(const Parents& parents, unsigned n) {
-  std::deque<Word> words;
+  static SubtreeEnumerator enumerator;  // as in the program, used for one tree after another
+  static NTree tree;
+  std::vector<Word> words;
   for (std::size_t i = 1; i < parents.size(); ++i)
     words.push_back({0, 0, static_cast<std::uint16_t>(i), static_cast<std::uint16_t>(parents[i]), 0});
-  NTree tree = {{0, 0, {}}};
-  _build_tree({words.cbegin(), words.cend()}, tree);
-  EXPECT_EQ(tree.size(), parents.size());
-  Pieces found;
-  extract_subtrees(tree, n, found);
-  return {found.begin(), found.end()};
+  tree.build({words.data(), words.data() + words.size()});
+  EXPECT_EQ(tree.size(), words.size());
+  Listed found;
+  enumerator.extract_subtrees(tree, n, [&](std::span<const Position> piece) {
+    const auto is_top = [&](Position position) {
+      return std::find(piece.begin(), piece.end(), parents[position]) == piece.end();
+    };
+    found.emplace_back(*std::find_if(piece.begin(), piece.end(), is_top),
+                       std::vector<unsigned>(piece.begin(), piece.end()));
+  });
+  return found;
 }
 
 Listed defined(const Parents& parents, unsigned n) {
@@ -87,13 +95,41 @@ TEST(SubtreesTest, TwoListsOfTwoPiecesAreJoinedByBlocks) {
 }
 
 TEST(SubtreesTest, ListsOfDifferentLengthsAreJoinedByTheirOwnBlocks) {
-  const std::vector<Piece> a = {{1}, {2}};
-  const std::vector<Piece> b = {{3}, {4}, {5}};
-  // Six results: the first list in blocks of three, the second in blocks of two.
-  EXPECT_EQ(_join_subtrees({a, b}), (std::vector<Piece>{{1, 3}, {1, 3}, {1, 4}, {2, 4}, {2, 5}, {2, 5}}));
-  EXPECT_EQ(_join_subtrees({b}), b);
-  const std::vector<Piece> none;
-  EXPECT_TRUE(_join_subtrees({a, none, b}).empty());
+  // 1 has the children 2 and 3, 2 has 4 and 5, 3 has 6, 7 and 8. Shares (2, 2) of 4 give six results: the list of 2 in
+  // blocks of three, the list of 3 in blocks of two. Before them stands the one piece of shares (3, 1), after them the
+  // three of shares (1, 3) and the one of (0, 4).
+  EXPECT_EQ(pieces({0, 0, 1, 1, 2, 2, 3, 3, 3}, 5), (Listed{{1, {1, 2, 3, 4, 5}},
+                                                            {1, {1, 2, 3, 4, 6}},
+                                                            {1, {1, 2, 3, 4, 6}},
+                                                            {1, {1, 2, 3, 4, 7}},
+                                                            {1, {1, 2, 3, 5, 7}},
+                                                            {1, {1, 2, 3, 5, 8}},
+                                                            {1, {1, 2, 3, 5, 8}},
+                                                            {1, {1, 2, 3, 6, 7}},
+                                                            {1, {1, 2, 3, 6, 8}},
+                                                            {1, {1, 2, 3, 7, 8}},
+                                                            {1, {1, 3, 6, 7, 8}}}));
+}
+
+TEST(NTreeTest, ChildrenAscendAndParentsBeyondTheSentenceAreNone) {
+  NTree tree;
+  for (const std::vector<std::uint16_t>& parents :
+       {std::vector<std::uint16_t>{3, 3, 0, 3, 9}, std::vector<std::uint16_t>{2, 1}, std::vector<std::uint16_t>{}}) {
+    std::vector<Word> words;
+    for (const std::uint16_t parent : parents)
+      words.push_back({0, 0, 0, parent, 0});
+    tree.build({words.data(), words.data() + words.size()});
+    ASSERT_EQ(tree.size(), parents.size());
+    for (std::size_t i = 1; i <= parents.size(); ++i) {
+      EXPECT_EQ(tree.parent(i), parents[i - 1] <= parents.size() ? parents[i - 1] : 0);
+      std::vector<Position> children;
+      for (std::size_t c = 1; c <= parents.size(); ++c) {
+        if (parents[c - 1] == i) children.push_back(static_cast<Position>(c));
+      }
+      const auto actual = tree.children(i);
+      EXPECT_EQ(std::vector<Position>(actual.begin(), actual.end()), children);
+    }
+  }
 }
 
 TEST(SubtreesTest, AWordBelowAParentBeyondTheSentenceIsNobodysChild) {
@@ -122,6 +158,18 @@ TEST(SubtreesTest, FollowsTheDefinitionOnAllSentencesOfUpToSixWords) {
         ASSERT_EQ(pieces(parents, n), defined(parents, n)) << ::testing::PrintToString(parents) << ", n " << n;
     } while (next_parents(parents, largest));
   }
+}
+
+TEST(SubtreesTest, FollowsTheDefinitionOnAllTreesOfSevenWordsBelowTheFirst) {
+  Parents parents(8, 0);
+  std::size_t word = 0;
+  do {
+    for (unsigned n = 2; n <= 7; ++n)
+      ASSERT_EQ(pieces(parents, n), defined(parents, n)) << ::testing::PrintToString(parents) << ", n " << n;
+    for (word = 2; word < parents.size() && parents[word] + 1 == word; ++word)
+      parents[word] = 0;
+    if (word < parents.size()) ++parents[word];
+  } while (word < parents.size());
 }
 
 TEST(SubtreesTest, FollowsTheDefinitionOnRandomLargerTrees) {

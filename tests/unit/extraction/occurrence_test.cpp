@@ -4,12 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "corpus/dependencies.h"
 #include "corpus/parser.h"
 #include "corpus/persistent.h"
 #include "tests/support/fresh_stores.h"
@@ -33,40 +35,52 @@ class LoadedSentence {
     _buffer._init();
   }
 
-  // The members of the occurrence at these positions.
-  const MemberList& extract(const std::vector<std::uint32_t>& positions) {
-    _members.clear();
-    _root = _extract_ngram(_buffer.current().first, positions, _members);
-    return _members;
-  }
-
-  void store(const std::vector<std::uint32_t>& positions) {
-    extract(positions);
-    _store_raw_ngram(_members, _buffer, stats, _root);
+  // Counts the occurrence at these positions.
+  void store(const std::vector<Position>& positions) {
+    _counter.begin_sentence();
+    _counter.add(positions);
+    _counter.flush();
   }
 
   void next() { ASSERT_TRUE(_buffer.next()); }
 
-  // The stored record of a type of the occurrence at these positions, or null.
-  const NGram* record(const std::vector<std::uint32_t>& positions, std::uint8_t type) {
-    return persistent::ngrams.get(*NGramToken::get(extract(positions), type));
+  // The stored record of a type of the occurrence at these positions, or null. The type is not 0.
+  NGram* record(const std::vector<Position>& positions, std::uint8_t type) {
+    OccurrenceBatch batch;
+    batch.add();
+    for (unsigned i = 0; i < positions.size(); ++i) {
+      const Word& word = _buffer.current().first[positions[i] - 1];
+      std::uint8_t parent = 0;
+      for (unsigned j = 0; j < positions.size(); ++j) {
+        if (positions[j] == word.parent) parent = static_cast<std::uint8_t>(j + 1);
+      }
+      batch.set_last(i, NGram::Member(word.lemma, word.tag, parent, parent == 0 ? dependency::head : word.dependency));
+    }
+    NGram* found = nullptr;
+    RecordTable& records = persistent::ngrams.records(type);
+    records.find(batch, [&](std::size_t, const NGram* pattern) {
+      for (std::uint32_t r = 0; r < records.size(); ++r) {
+        if (records.record(r) == pattern) found = records.record(r);
+      }
+    });
+    return found;
   }
-  std::uint32_t frequency(const std::vector<std::uint32_t>& positions, std::uint8_t type) {
+  std::uint32_t frequency(const std::vector<Position>& positions, std::uint8_t type) {
+    if (type == 0) return persistent::ngrams.empty_frequency();
     const NGram* const found = record(positions, type);
     return found == nullptr ? 0 : found->frequency();
   }
 
   // Its contexts as texts: lemma and frequency, those of narrow ones in brackets.
-  Texts contexts(const std::vector<std::uint32_t>& positions, std::uint8_t type) {
+  Texts contexts(const std::vector<Position>& positions, std::uint8_t type) {
     Texts texts;
     for (const test::ContextEntry& entry : test::contexts_of(*record(positions, type))) {
       const std::string frequency = std::to_string(entry.frequency);
-      texts.push_back(persistent::lemmas[entry.lemma] + (entry.narrow ? "(" + frequency + ")" : frequency));
+      texts.push_back(std::string(persistent::lemmas[entry.lemma]) +
+                      (entry.narrow ? "(" + frequency + ")" : frequency));
     }
     return texts;
   }
-
-  unsigned root() const { return _root->order; }
 
   NamedDataFileStats stats;
 
@@ -74,8 +88,7 @@ class LoadedSentence {
   std::istringstream _stream;
   Parser _parser;
   Buffer _buffer;
-  MemberList _members;
-  WordIterator _root;
+  OccurrenceCounter _counter{_buffer, stats};
 };
 
 class OccurrenceTest : public ::testing::Test {
@@ -100,15 +113,18 @@ TEST_F(OccurrenceTest, ParentsArePlacesAmongTheMembers) {
   set_up(3);
   // 1 hangs under 3, 3 under 2, which is not among the positions, and 4 under 3.
   LoadedSentence sentence("1 w a A 3 Sb\n2 w b B 0 Pred\n3 w c C 2 Obj\n4 w d D 3 Atr\n\n");
-  const MemberList& members = sentence.extract({1, 3, 4});
-  ASSERT_EQ(members.size(), 3U);
-  EXPECT_EQ(members[0].first, 2);
-  EXPECT_EQ(members[1].first, 0);
-  EXPECT_EQ(members[2].first, 2);
-  EXPECT_EQ(members[0].second->order, 1);
-  EXPECT_EQ(members[1].second->order, 3);
-  EXPECT_EQ(members[2].second->order, 4);
-  EXPECT_EQ(sentence.root(), 3U);
+  sentence.store({1, 3, 4});
+  const NGram* const record = persistent::ngrams.records(7).record(0);
+  const auto lemma = [&](unsigned i) { return persistent::lemmas[record->member(i).lemma()]; };
+  EXPECT_EQ(lemma(0), "a");
+  EXPECT_EQ(lemma(1), "c");
+  EXPECT_EQ(lemma(2), "d");
+  EXPECT_EQ(record->member(0).parent(), 2);
+  EXPECT_EQ(record->member(1).parent(), 0);
+  EXPECT_EQ(record->member(2).parent(), 2);
+  EXPECT_EQ(record->member(0).dependency(), test::relation("Sb"));
+  EXPECT_EQ(record->member(1).dependency(), dependency::head);
+  EXPECT_EQ(record->member(2).dependency(), test::relation("Atr"));
 }
 
 TEST_F(OccurrenceTest, APairRaisesTheEmptyNGramAndItsThreeTypes) {
@@ -162,20 +178,53 @@ TEST_F(OccurrenceTest, TheFilterSeesTagsFromTheLastPositionToTheFirstAndNothingA
   // For type 5 the tags are C, nothing and A.
   persistent::morphologic_filter.add_rule({"C", "X", "A"});
   LoadedSentence sentence(triple);
-  EXPECT_NE(_store_ngram(sentence.extract({1, 2, 3}), 5), nullptr);
-  EXPECT_EQ(_store_ngram(sentence.extract({1, 2, 3}), 7), nullptr);  // C, B, A
-  EXPECT_EQ(_store_ngram(sentence.extract({1, 2, 3}), 2), nullptr);  // nothing, B, nothing
+  sentence.store({1, 2, 3});
+  EXPECT_NE(sentence.record({1, 2, 3}, 5), nullptr);
+  EXPECT_EQ(sentence.record({1, 2, 3}, 7), nullptr);  // C, B, A
+  EXPECT_EQ(sentence.record({1, 2, 3}, 2), nullptr);  // nothing, B, nothing
   persistent::morphologic_filter.add_rule({"A", "B", "C"});
-  EXPECT_EQ(_store_ngram(sentence.extract({1, 2, 3}), 7), nullptr);
+  LoadedSentence second(triple);
+  second.store({1, 2, 3});
+  EXPECT_EQ(second.record({1, 2, 3}, 7), nullptr);
   persistent::morphologic_filter.add_rule({"C", "B", "A"});
-  EXPECT_NE(_store_ngram(sentence.extract({1, 2, 3}), 7), nullptr);
+  LoadedSentence third(triple);
+  third.store({1, 2, 3});
+  EXPECT_NE(third.record({1, 2, 3}, 7), nullptr);
+}
+
+TEST_F(OccurrenceTest, NothingIsCountedBeforeABatchIsFullOrFlushed) {
+  set_up(2);
+  std::string text;
+  for (unsigned order = 1; order <= 300; ++order)
+    text += std::to_string(order) + " w a A " + std::to_string(order - 1) + " Sb\n";
+  std::istringstream stream(text);
+  Parser parser(stream, persistent::lemmas, persistent::tags);
+  Buffer buffer(parser, settings::context_window);
+  buffer._init();
+  NamedDataFileStats stats;
+  OccurrenceCounter counter(buffer, stats);
+  counter.begin_sentence();
+  for (Position first = 1; first < 300; ++first) {
+    counter.add(std::vector<Position>{first, static_cast<Position>(first + 1)});
+    ASSERT_EQ(stats.extracted_count, first < 256 ? 0U : 256U);
+  }
+  counter.flush();
+  counter.flush();
+  EXPECT_EQ(stats.extracted_count, 299U);
+  EXPECT_EQ(persistent::ngrams.empty_frequency(), 299U);
 }
 
 TEST_F(OccurrenceTest, WithoutTracingNoContextsAreKept) {
   set_up(2, false, {ContextWindow::words, 5});
   LoadedSentence sentence(five);
   sentence.store({2, 3});
-  EXPECT_TRUE(sentence.contexts({2, 3}, 3).empty());
+  // A record has no room for any, and nothing behind it is touched.
+  EXPECT_EQ(NGram::_ngrams_memory_sizes[2], 16U);
+  const auto* const bytes = reinterpret_cast<const unsigned char*>(sentence.record({2, 3}, 3));
+  const std::vector<unsigned char> behind(bytes + 16, bytes + 32);
+  sentence.store({2, 3});
+  EXPECT_EQ(std::vector<unsigned char>(bytes + 16, bytes + 32), behind);
+  EXPECT_EQ(sentence.frequency({2, 3}, 3), 2U);
 }
 
 TEST_F(OccurrenceTest, WideContextsAreTheWordsAroundTheRoot) {
@@ -191,13 +240,6 @@ TEST_F(OccurrenceTest, AWordAtAnOpenPositionIsAWideContextOfThePattern) {
   sentence.store({2, 3});
   EXPECT_EQ(sentence.contexts({2, 3}, 2), (Texts{"a1", "c1"}));  // b alone
   EXPECT_EQ(sentence.contexts({2, 3}, 1), (Texts{"a1", "b1"}));  // c alone, around the root of the pair
-}
-
-TEST_F(OccurrenceTest, TheEmptyNGramHasNoContexts) {
-  set_up(2, true, {ContextWindow::words, 2});
-  LoadedSentence sentence(five);
-  sentence.store({2, 3});
-  EXPECT_TRUE(sentence.contexts({2, 3}, 0).empty());
 }
 
 TEST_F(OccurrenceTest, ASecondSightingRaisesTheFrequencies) {

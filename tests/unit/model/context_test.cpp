@@ -6,13 +6,15 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <random>
 #include <tuple>
 #include <vector>
 
+#include "tests/reference/plain_context_list.h"
+#include "tests/support/random.h"
 #include "tests/support/records.h"
 #include "tests/support/settings_guard.h"
 
@@ -31,7 +33,7 @@ class ContextTest : public ::testing::Test {
  protected:
   void see(std::uint32_t lemma, int times = 1, bool narrow = false, std::uint8_t tag = 0) const {
     for (int i = 0; i < times; ++i)
-      _record->add_to_context(PartOfContext(lemma, tag, narrow));
+      test::see(*_record, lemma, tag, narrow);
   }
   Entries seen() const { return contexts_of(*_record); }
 
@@ -40,39 +42,36 @@ class ContextTest : public ::testing::Test {
   Record _record{{{1, 0, 2}, {2, 0, 0}}, 3};
 };
 
-// A part that has been seen as often as given: two 32-bit words, the first being the frequency and, above it, the flag.
-PartOfContext part_seen(std::uint32_t frequency, bool narrow) {
-  const auto words = std::bit_cast<std::array<std::uint32_t, 2>>(PartOfContext(5, 6, narrow));
-  return std::bit_cast<PartOfContext>(std::array<std::uint32_t, 2>{(words[0] & 0x80000000U) | frequency, words[1]});
+PartOfContext part(std::uint32_t lemma, std::uint8_t tag, bool narrow, std::uint32_t frequency = 1) {
+  return PartOfContext(TaggedLemma::pack(lemma, tag), narrow, frequency);
 }
 
 TEST(PartOfContextTest, IsOneWordSeenOnce) {
-  const PartOfContext part(0xABCDEF, 200, true);
-  EXPECT_EQ(part.lemma(), 0xABCDEFU);
-  EXPECT_EQ(part.tag(), 200);
-  EXPECT_EQ(part.frequency(), 1U);
-  EXPECT_TRUE(part.narrow());
-  EXPECT_FALSE(PartOfContext(1, 1, false).narrow());
+  const PartOfContext once = part(0xABCDEF, 200, true);
+  EXPECT_EQ(once.lemma(), 0xABCDEFU);
+  EXPECT_EQ(once.tag(), 200);
+  EXPECT_EQ(once.frequency(), 1U);
+  EXPECT_TRUE(once.narrow());
+  EXPECT_FALSE(part(1, 1, false).narrow());
 }
 
 TEST(PartOfContextTest, AFullFrequencyStaysWhereItIs) {
   for (const bool narrow : {false, true}) {
-    PartOfContext part = part_seen(0x7FFFFFFE, narrow);
-    part.inc();
-    EXPECT_EQ(part.frequency(), 0x7FFFFFFFU);
-    part.inc();
-    EXPECT_EQ(part.frequency(), 0x7FFFFFFFU);
-    EXPECT_EQ(part.narrow(), narrow);
-    EXPECT_EQ(part.lemma(), 5U);
+    PartOfContext full = part(5, 6, narrow, 0x7FFFFFFE);
+    EXPECT_TRUE(full.inc());
+    EXPECT_EQ(full.frequency(), 0x7FFFFFFFU);
+    EXPECT_FALSE(full.inc());
+    EXPECT_EQ(full.frequency(), 0x7FFFFFFFU);
+    EXPECT_EQ(full.narrow(), narrow);
+    EXPECT_EQ(full.lemma(), 5U);
   }
 }
 
 TEST(PartOfContextTest, EqualityIsOfLemmaTagAndRole) {
-  const PartOfContext part(5, 6, false);
-  EXPECT_TRUE(part == part_seen(9, false));
-  EXPECT_FALSE(part == PartOfContext(5, 6, true));
-  EXPECT_FALSE(part == PartOfContext(5, 7, false));
-  EXPECT_FALSE(part == PartOfContext(4, 6, false));
+  EXPECT_TRUE(part(5, 6, false) == part(5, 6, false, 9));
+  EXPECT_FALSE(part(5, 6, false) == part(5, 6, true));
+  EXPECT_FALSE(part(5, 6, false) == part(5, 7, false));
+  EXPECT_FALSE(part(5, 6, false) == part(4, 6, false));
 }
 
 TEST_F(ContextTest, StartsEmpty) {
@@ -123,7 +122,7 @@ TEST_F(ContextTest, IsOrderedByFrequencyAndThenByTheTimeOfReachingIt) {
       const auto lemma = static_cast<std::uint32_t>(random() % (1 + random() % 60));
       const auto tag = static_cast<std::uint8_t>(random() % 2);
       const bool narrow = random() % 4 == 0;
-      record->add_to_context(PartOfContext(lemma, tag, narrow));
+      test::see(*record, lemma, tag, narrow);
       auto& [frequency, reached] = model[{lemma, tag, narrow}];
       ++frequency;
       reached = time;
@@ -144,21 +143,58 @@ TEST_F(ContextTest, IsOrderedByFrequencyAndThenByTheTimeOfReachingIt) {
   }
 }
 
-TEST(ContextTracingTest, WithoutTracingNothingIsKept) {
-  const SettingsGuard guard(2);
-  const Record record({{1, 0, 2}, {2, 0, 0}}, 3);
-  const std::vector<unsigned> before = record.bytes();
-  record->add_to_context(PartOfContext(5, 0, true));
-  EXPECT_EQ(record.bytes(), before);
-  EXPECT_TRUE(contexts_of(*record).empty());
+// Lists of many records at once, so that memory given back by one serves another; read at random times, so that folds
+// are large and small.
+TEST(ContextListTest, AgreesWithAListThatIsKeptInOrderAtEverySighting) {
+  test::Random random;
+  for (int round = 0; round < 60; ++round) {
+    const std::uint32_t vocabulary = 1 + random.below(random.once_in(3) ? 3000 : 20);
+    const std::uint32_t longest = 1 + random.below(random.once_in(2) ? 3 : 100);
+    const std::uint32_t rounds_between_readings = 1 + random.below(400);
+    const bool skewed = random.once_in(2);
+    struct Handle {
+      unsigned char before;
+      std::array<unsigned char, ContextList::handle_size> bytes;
+    };
+    std::vector<Handle> handles(1 + random.below(8));
+    std::vector<reference::PlainContextList> plain(handles.size());
+    for (Handle& handle : handles)
+      ContextList::clear(handle.bytes.data());
+    for (int additions = 0; additions < 600; ++additions) {
+      const std::size_t at = random.below(static_cast<std::uint32_t>(handles.size()));
+      ContextList list(handles[at].bytes.data());
+      std::vector<std::uint32_t> wide;
+      for (std::uint32_t left = random.below(longest + 1); left > 0; --left) {
+        const std::uint32_t lemma = random.below(skewed ? 1 + random.below(vocabulary) : vocabulary);
+        const bool narrow = random.once_in(6);
+        const PartOfContext sighting = part(lemma, static_cast<std::uint8_t>(lemma % 254), narrow);
+        plain[at].add(sighting);
+        if (!narrow) {
+          wide.push_back(sighting.tagged_lemma());
+          continue;
+        }
+        list.add_wide(wide);
+        wide.clear();
+        list.add_narrow(sighting.tagged_lemma());
+      }
+      list.add_wide(wide);
+      if (!random.once_in(rounds_between_readings) && additions < 580) continue;
+      const auto parts = list.parts();
+      ASSERT_EQ(parts.size(), plain[at].parts().size());
+      for (std::size_t i = 0; i < parts.size(); ++i) {
+        ASSERT_EQ(parts[i].key(), plain[at].parts()[i].key()) << "place " << i;
+        ASSERT_EQ(parts[i].frequency(), plain[at].parts()[i].frequency()) << "place " << i;
+      }
+    }
+  }
 }
 
 TEST(ContextTracingTest, ListsAreNotShared) {
   const SettingsGuard guard(2, true);
   const Record a({{1, 0, 2}, {2, 0, 0}}, 3);
   const Record b({{1, 0, 2}, {2, 0, 0}}, 3);
-  a->add_to_context(PartOfContext(5, 0, true));
-  b->add_to_context(PartOfContext(6, 0, true));
+  test::see(*a, 5, 0, true);
+  test::see(*b, 6, 0, true);
   EXPECT_EQ(contexts_of(*a), (Entries{{5, 0, 1, true}}));
   EXPECT_EQ(contexts_of(*b), (Entries{{6, 0, 1, true}}));
 }

@@ -21,7 +21,8 @@ using test::Record;
 using test::SettingsGuard;
 
 std::uint32_t hash_of(const std::vector<MemberSpec>& words, std::uint8_t type) {
-  return NGramHashCounter::count_hash(*Record(words, type));
+  const Record record(words, type);
+  return NGramHashCounter::count_hash(*record, record->members_count());
 }
 
 TEST(NGramHashTest, HashesNGramsOfUpToEightMembers) {

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <vector>
 
 #include "corpus/dependencies.h"
@@ -16,7 +15,6 @@ namespace colx {
 namespace {
 
 using test::MemberSpec;
-using test::Occurrence;
 using test::Record;
 using test::relation;
 using test::SettingsGuard;
@@ -76,8 +74,8 @@ TEST(NGramTest, ContextTailOfANewRecordIsCleared) {
 TEST(NGramTest, LemmaIndexesKeepTheirLowest24Bits) {
   const SettingsGuard guard(2);
   const Record record({{0x1000005, 255, 2}, {0, 0, 0}}, 2);
-  EXPECT_EQ(record->members()[0].lemma(), 5U);
-  EXPECT_EQ(record->members()[0].tag(), 255);
+  EXPECT_EQ(record->member(0).lemma(), 5U);
+  EXPECT_EQ(record->member(0).tag(), 255);
 }
 
 TEST(NGramTest, KeepsOnlySignificantPositions) {
@@ -86,19 +84,19 @@ TEST(NGramTest, KeepsOnlySignificantPositions) {
   const Record record(words, 5);
   EXPECT_EQ(record->type(), 5);
   ASSERT_EQ(record->members_count(), 2U);
-  EXPECT_EQ(record->members()[0].lemma(), 10U);
-  EXPECT_EQ(record->members()[1].lemma(), 30U);
+  EXPECT_EQ(record->member(0).lemma(), 10U);
+  EXPECT_EQ(record->member(1).lemma(), 30U);
   // The parent is position 2 of the occurrence, which is open here and still counts.
-  EXPECT_EQ(record->members()[0].parent(), 2);
-  EXPECT_EQ(record->members()[1].parent(), 2);
-  EXPECT_EQ(record->members()[1].dependency(), relation("Atr"));
+  EXPECT_EQ(record->member(0).parent(), 2);
+  EXPECT_EQ(record->member(1).parent(), 2);
+  EXPECT_EQ(record->member(1).dependency(), relation("Atr"));
 }
 
 TEST(NGramTest, AMemberWhoseParentIsOutsideIsTheHeadWhateverItsRelation) {
   const SettingsGuard guard(2);
   const Record record({{1, 0, 2, "Obj"}, {2, 0, 0, "Obj"}}, 3);
-  EXPECT_EQ(record->members()[0].dependency(), relation("Obj"));
-  EXPECT_EQ(record->members()[1].dependency(), dependency::head);
+  EXPECT_EQ(record->member(0).dependency(), relation("Obj"));
+  EXPECT_EQ(record->member(1).dependency(), dependency::head);
   EXPECT_EQ(dependency::head, 96);
 }
 
@@ -109,50 +107,34 @@ TEST(NGramTest, TheEmptyRecordHasNoMembers) {
   EXPECT_EQ(record->members_count(), 0U);
 }
 
-TEST(NGramTest, ARecordFromAFullOneKeepsParentsAndTakesTheCounterOver) {
-  const SettingsGuard guard(3);
-  const Record full({{10, 1, 3, "Sb"}, {20, 2, 1}, {30, 3, 0}}, 7);
-  full.set_counter(77);
-  const Record part(*full, 3);
-  EXPECT_EQ(part->type(), 3);
-  EXPECT_EQ(part.counter(), 77U);
-  EXPECT_FALSE(part.overflow_flag());
-  EXPECT_EQ(part->members()[0], full->members()[1]);
-  EXPECT_EQ(part->members()[1], full->members()[2]);
-  EXPECT_EQ(part->members()[0].parent(), 1);
-  EXPECT_EQ(*part, *Record({{10, 1, 3, "Sb"}, {20, 2, 1}, {30, 3, 0}}, 3));
+TEST(NGramTest, AMemberIsSixBytesInEitherDirection) {
+  const unsigned char bytes[6] = {0x01, 0x02, 0x83, 0xFE, 7, 117};
+  const NGram::Member member = NGram::Member::load(bytes);
+  EXPECT_EQ(member.lemma(), 0x830201U);
+  EXPECT_EQ(member.tag(), 0xFE);
+  EXPECT_EQ(member.parent(), 7);
+  EXPECT_EQ(member.dependency(), 117);
+  EXPECT_EQ(member, NGram::Member(0x830201, 0xFE, 7, 117));
+  unsigned char stored[8] = {0, 0, 0, 0, 0, 0, 0xAB, 0xAB};
+  member.store(stored);
+  for (unsigned i = 0; i < 6; ++i)
+    EXPECT_EQ(stored[i], bytes[i]) << i;
+  EXPECT_EQ(stored[6], 0xAB);
 }
 
-TEST(NGramTest, ARecordFromAnOverflownOneIsFlagged) {
-  const SettingsGuard guard(2);
-  const Record full({{1, 0, 2}, {2, 0, 0}}, 3);
-  full.set_counter(16777215);
-  full->inc();
-  EXPECT_TRUE(Record(*full, 1).overflow_flag());
-  EXPECT_EQ(Record(*full, 1)->type(), 1);
-}
-
-TEST(NGramTest, EveryTypeFromAFullRecordEqualsTheOneFromTheOccurrence) {
+TEST(NGramTest, EveryTypeKeepsTheMembersOfTheFullRecord) {
   const SettingsGuard guard(7, true);
   const std::vector<MemberSpec> words = {{1, 1, 2}, {2, 2, 4}, {3, 3, 2}, {4, 4, 0}, {5, 5, 4}, {6, 6, 5}, {7, 7, 6}};
   const Record full(words, 127);
   for (std::uint8_t type = 0; type < 128; ++type) {
-    EXPECT_EQ(*Record(*full, type), *Record(words, type)) << "type " << unsigned{type};
-    EXPECT_EQ(*NGramToken::get(*full, type), *Record(words, type)) << "type " << unsigned{type};
-    EXPECT_EQ(*NGramToken::get(Occurrence(words).members(), type), *Record(words, type)) << "type " << unsigned{type};
+    const Record part(words, type);
+    unsigned next = 0;
+    for (unsigned i = 0; i < 7; ++i) {
+      if (!NGram::significant(type, i)) continue;
+      ASSERT_EQ(part->member(next++), full->member(i)) << "type " << unsigned{type};
+    }
+    ASSERT_EQ(next, part->members_count());
   }
-}
-
-TEST(NGramTest, ACopyHasHeaderAndMembersButNoContexts) {
-  const SettingsGuard guard(2, true);
-  const Record record({{1, 4, 2}, {2, 5, 0}}, 3);
-  record.set_counter(12);
-  record->add_to_context(PartOfContext(8, 0, false));
-  const Record copy = Record::copy_of(*record);
-  EXPECT_EQ(copy.counter(), 12U);
-  EXPECT_EQ(*copy, *record);
-  EXPECT_TRUE(test::contexts_of(*copy).empty());
-  EXPECT_EQ(test::contexts_of(*record).size(), 1U);
 }
 
 TEST(NGramTest, AFullCounterStartsAgainAndCarriesWhatItHeld) {
@@ -196,30 +178,14 @@ TEST(NGramTest, CarriedAmountsAndFrequenciesSaturate) {
   EXPECT_EQ(NGram::_overflows.at(&*record), 4294967295U);
 }
 
-TEST(NGramTest, ChangingTheTypeKeepsTheOverflowFlag) {
-  const SettingsGuard guard(3);
-  const Record record({{1, 0, 2}, {2, 0, 0}, {3, 0, 2}}, 7);
-  record->_type(5);
-  EXPECT_EQ(record->type(), 5);
-  EXPECT_FALSE(record.overflow_flag());
+TEST(NGramTest, TheOverflowFlagIsNoPartOfTheType) {
+  const SettingsGuard guard(7);
+  const Record record({{1}, {2}, {3}, {4}, {5}, {6}, {7}}, 127);
   record.set_counter(16777215);
   record->inc();
-  record->_type(2);
-  EXPECT_EQ(record->type(), 2);
   EXPECT_TRUE(record.overflow_flag());
-}
-
-TEST(NGramTest, TheTokenIsOverwrittenByTheNextCall) {
-  const SettingsGuard guard(2);
-  const NGram* const first = NGramToken::get(Occurrence({{1, 0, 2}, {2, 0, 0}}).members(), 3);
-  const NGram* const second = NGramToken::get(Occurrence({{5, 0, 2}, {2, 0, 0}}).members(), 2);
-  EXPECT_EQ(first, second);
-  EXPECT_EQ(first->members()[0].lemma(), 5U);
-}
-
-TEST(NGramDeathTest, ThereIsNoTokenBeforeItsMemory) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");  // a fresh process, in which nothing has been initialised
-  EXPECT_EXIT(std::exit(NGramToken::get(MemberList{}, 0) == nullptr ? 0 : 1), ::testing::ExitedWithCode(0), "");
+  EXPECT_EQ(record->type(), 127);
+  EXPECT_EQ(record->members_count(), 7U);
 }
 
 }  // namespace

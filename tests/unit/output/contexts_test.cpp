@@ -35,7 +35,7 @@ class ContextsFileTest : public ::testing::Test {
 
   // Stores words under one type alone.
   static NGram* store(const std::vector<MemberSpec>& words, std::uint8_t type) {
-    return test::count(persistent::ngrams, test::Occurrence(words).members(), type);
+    return test::count(persistent::ngrams, test::Occurrence(words), type);
   }
 
   std::string written() {
@@ -73,20 +73,20 @@ TEST_F(ContextsFileTest, AFullRecordWithoutContextsEndsInFourEmptyLines) {
 TEST_F(ContextsFileTest, APartialRecordHasNoNarrowSection) {
   set_up(2);
   NGram* const record = store(pair, 1);
-  record->add_to_context(PartOfContext(3, 1, true));
-  record->add_to_context(PartOfContext(2, 1, false));
+  test::see(*record, 3, 1, true);
+  test::see(*record, 2, 1, false);
   EXPECT_EQ(written(), "1\t*\n2\train\tNN\t0\tHead\n\nfall\tNN\t1\n\n\n\n");
 }
 
 TEST_F(ContextsFileTest, NarrowContextsComeBeforeWideOnesEachByFrequency) {
   set_up(2);
   NGram* const record = store(pair, 3);
-  record->add_to_context(PartOfContext(3, 0, false));
-  record->add_to_context(PartOfContext(3, 1, true));
+  test::see(*record, 3, 0, false);
+  test::see(*record, 3, 1, true);
   for (int i = 0; i < 12; ++i)
-    record->add_to_context(PartOfContext(2, 1, false));
+    test::see(*record, 2, 1, false);
   for (int i = 0; i < 2; ++i)
-    record->add_to_context(PartOfContext(2, 0, true));
+    test::see(*record, 2, 0, true);
   EXPECT_EQ(written(),
             "1\theavy\tAA\t2\tAtr\n2\train\tNN\t0\tHead\n\n"
             "fall\tAA\t2\ntoday\tNN\t1\n\n"
@@ -116,16 +116,19 @@ TEST_F(ContextsFileTest, RecordsOfATypeComeInTheOrderOfTheStore) {
     store({{first, 0, 2, "Atr"}, {1, 1, 0, "Sb"}}, 2);
   std::string expected;
   for (const NGram* record : test::records_of(persistent::ngrams, 2))
-    expected += std::string("1\t") + persistent::lemmas[record->members()[0].lemma()] + "\tAA\t2\tAtr\n2\t*\n\n\n\n";
+    expected += "1\t" + std::string(persistent::lemmas[record->member(0).lemma()]) + "\tAA\t2\tAtr\n2\t*\n\n\n\n";
   EXPECT_EQ(written(), expected + "\n");
 }
 
 TEST_F(ContextsFileTest, AListEndsWithAnEmptyLineAlsoWhenNothingWasWritten) {
   set_up(2);
   std::ostringstream os;
-  _print_context(os, {}, true);
-  _print_context(os, {PartOfContext(3, 0, true)}, false);
-  _print_context(os, {PartOfContext(3, 0, true)}, true);
+  TextBuffer text(os);
+  const PartOfContext part(TaggedLemma::pack(3, 0), true);
+  _print_context(text, {}, true);
+  _print_context(text, {&part, 1}, false);
+  _print_context(text, {&part, 1}, true);
+  text.flush();
   EXPECT_EQ(os.str(), "\n\ntoday\tAA\t1\n\n");
 }
 

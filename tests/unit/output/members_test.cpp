@@ -31,13 +31,17 @@ class MembersTest : public ::testing::Test {
 
   static std::string n_members(std::uint8_t type) {
     std::ostringstream os;
-    _print_n_members(os, *Record(words, type));
+    TextBuffer text(os);
+    _print_n_members(text, *Record(words, type));
+    text.flush();
     return os.str();
   }
 
   static std::string members(std::uint8_t type) {
     std::ostringstream os;
-    _print_members(os, *Record(words, type));
+    TextBuffer text(os);
+    _print_members(text, *Record(words, type));
+    text.flush();
     return os.str();
   }
 
@@ -51,8 +55,10 @@ class MembersTest : public ::testing::Test {
 
 TEST_F(MembersTest, PositionsAndParentsAreWrittenAsNumbers) {
   std::ostringstream os;
-  _print_member(os, 65, Record({{1, 1, 66, "Obj"}, {0, 0, 0}, {0, 0, 0}}, 7)->members()[0]);
-  EXPECT_EQ(os.str(), "65\train\tNN\t66\tObj\n");
+  TextBuffer text(os);
+  _print_member(text, 7, NGram::Member(1, 1, 6, test::relation("Obj")));
+  text.flush();
+  EXPECT_EQ(os.str(), "7\train\tNN\t6\tObj\n");
 }
 
 TEST_F(MembersTest, AFullRecordHasALineForEveryPosition) {

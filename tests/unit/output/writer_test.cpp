@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "corpus/persistent.h"
-#include "evaluation/thresholds.h"
 #include "run/config.h"
 #include "run/notifier.h"
 #include "tests/support/fresh_stores.h"
@@ -107,8 +106,8 @@ TEST_F(WriterTest, BlocksComeInTheOrderOfTheStore) {
   }
   std::string expected;
   for (const NGram* record : test::records_of(persistent::ngrams, 3)) {
-    expected += std::string("1\t") + persistent::lemmas[record->members()[0].lemma()] + "\tAA\t2\tAtr\n";
-    expected += std::string("2\t") + persistent::lemmas[record->members()[1].lemma()] + "\tNN\t0\tHead\n";
+    expected += "1\t" + std::string(persistent::lemmas[record->member(0).lemma()]) + "\tAA\t2\tAtr\n";
+    expected += "2\t" + std::string(persistent::lemmas[record->member(1).lemma()]) + "\tNN\t0\tHead\n";
   }
   std::istringstream lines(written());
   std::string members;
@@ -132,41 +131,6 @@ TEST_F(WriterTest, LargerNGramsHaveTwoMeasures) {
                       "0\t0\t0\t0\t0\t0\t0\t2\n"))
       << all;
   EXPECT_TRUE(all.ends_with("nan\t0\n\n\n")) << all;
-}
-
-// The cell line and the measure line of a pair with these frequencies.
-std::string value_lines(const std::vector<std::uint32_t>& frequencies, int precision) {
-  const EvaluationTables tables(frequencies);
-  std::ostringstream os;
-  os.precision(precision);
-  _print_tables(os, tables);
-  _print_stats(os, evaluate(tables, measures()).value());
-  return os.str();
-}
-
-TEST_F(WriterTest, ValuesOfAFrequentPair) {
-  set_up(2);
-  EXPECT_EQ(value_lines({883188, 408, 1636, 96}, 10),
-            "881240\t312\t1540\t96\n"
-            "1.427467316e+12\t10954970.91\t6.98894117\t1564.507478\t9.721351758\t109.5579013\n");
-}
-
-TEST_F(WriterTest, DoublesAreInGeneralNotation) {
-  set_up(2);
-  std::ostringstream os;
-  os.precision(10);
-  _print_stats(os, {0.5, 1e-7});
-  _print_stats(os, {123456789012.0, -0.25, 1.0 / 3, 100, 0, 1e15});
-  EXPECT_EQ(os.str(),
-            "0.5\t1e-07\n"
-            "1.23456789e+11\t-0.25\t0.3333333333\t100\t0\t1e+15\n");
-}
-
-TEST_F(WriterTest, CellsAreUnsigned) {
-  set_up(2);
-  std::ostringstream os;
-  _print_tables(os, EvaluationTables({10, 3, 6, 5}));  // cell 1 is 3 - 5
-  EXPECT_EQ(os.str(), "6\t4294967294\t1\t5\n");
 }
 
 TEST_F(WriterTest, ThePrecisionIsThatOfTheSettings) {
