@@ -4,26 +4,36 @@
 
 namespace colx {
 
+namespace {
+
+// Calls `take(without, with)`, member by member, for all pairs of cells that differ in that member alone.
+template <typename Take>
+void _for_each_member(std::size_t cells, const Take& take) {
+  for (std::size_t bit = 1; bit < cells; bit *= 2) {
+    for (std::size_t block = 0; block < cells; block += 2 * bit) {
+      for (std::size_t i = block; i < block + bit; ++i)
+        take(i, i + bit);
+    }
+  }
+}
+
+}  // namespace
+
 void EvaluationTables::assign(std::span<const std::uint32_t> frequencies) {
   const std::size_t cells = frequencies.size();
   _frequencies.assign(frequencies.begin(), frequencies.end());
 
   // Member by member, "at least these" becomes "at least these and not that one".
   _contingency_table.assign(frequencies.begin(), frequencies.end());
-  for (std::size_t bit = 1; bit < cells; bit *= 2) {
-    for (std::size_t i = 0; i < cells; ++i) {
-      if ((i & bit) == 0) _contingency_table[i] -= _contingency_table[i | bit];
-    }
-  }
+  _for_each_member(
+      cells, [&](std::size_t without, std::size_t with) { _contingency_table[without] -= _contingency_table[with]; });
 
   // Member by member, a cell without that one gives those that have none of the cell's members so far; taking off those
   // that have this one leaves those that have it neither.
   _inverse_marginals.assign(frequencies.begin(), frequencies.end());
-  for (std::size_t bit = 1; bit < cells; bit *= 2) {
-    for (std::size_t i = 0; i < cells; ++i) {
-      if ((i & bit) != 0) _inverse_marginals[i] = _inverse_marginals[i ^ bit] - _inverse_marginals[i];
-    }
-  }
+  _for_each_member(cells, [&](std::size_t without, std::size_t with) {
+    _inverse_marginals[with] = _inverse_marginals[without] - _inverse_marginals[with];
+  });
   for (std::uint32_t& marginal : _inverse_marginals)
     marginal -= _contingency_table[0];
 

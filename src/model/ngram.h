@@ -39,10 +39,15 @@ class NGram {
     constexpr Member(std::uint32_t lemma, std::uint8_t tag, std::uint8_t parent, std::uint8_t dependency)
         : _bits(TaggedLemma::pack(lemma, tag) | std::uint64_t{parent} << 32 | std::uint64_t{dependency} << 40) {}
 
-    // Reads a member from where it stands in a record.
+    // Reads a member from where it stands in a record. Its two parts are joined in a register: read as one piece of memory
+    // just written in two, the number would be waited for.
     static Member load(const unsigned char* bytes) {
+      std::uint32_t tagged_lemma;
+      std::uint16_t rest;
+      std::memcpy(&tagged_lemma, bytes, sizeof tagged_lemma);
+      std::memcpy(&rest, bytes + sizeof tagged_lemma, sizeof rest);
       Member member;
-      std::memcpy(&member._bits, bytes, size);
+      member._bits = tagged_lemma | std::uint64_t{rest} << 32;
       return member;
     }
     void store(unsigned char* bytes) const { std::memcpy(bytes, &_bits, size); }
