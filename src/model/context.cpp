@@ -148,6 +148,13 @@ void ContextList::add_narrow(std::uint32_t tagged_lemma) {
   handle.store(_handle);
 }
 
+void ContextList::prefetch() const {
+  constexpr std::uint32_t line = 64 / sizeof(std::uint32_t);
+  const Handle handle = Handle::load(_handle);
+  for (std::uint32_t i = 0; i < std::min(handle.size, 8 * line); i += line)
+    __builtin_prefetch(handle.memory + i);
+}
+
 std::span<const PartOfContext> ContextList::parts() const {
   const Handle handle = Handle::load(_handle);
   if (handle.memory == nullptr) return {};

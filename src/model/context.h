@@ -67,6 +67,9 @@ class ContextList {
   void add_wide(std::span<const std::uint32_t> tagged_lemmas);
   void add_narrow(std::uint32_t tagged_lemma);
 
+  // Loads the words into the cache.
+  void prefetch() const;
+
   // Returns the list with all that has been noted folded into it. Valid until anything is done with any list.
   std::span<const PartOfContext> parts() const;
 

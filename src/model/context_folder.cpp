@@ -22,7 +22,12 @@ void ContextFolder::clear(std::size_t size) {
     _stamp = 1;
   }
   _shift = 64 - bits;
-  _entries.clear();
+  if (_parts.size() < size) {
+    _parts.resize(size, PartOfContext(0, false));
+    _moments.resize(size);
+  }
+  _size = 0;
+  _any_risen = false;
   _moment = 0;
 }
 
@@ -37,31 +42,38 @@ ContextFolder::Slot& ContextFolder::_slot_of(const PartOfContext& part) {
   return _slots[i];
 }
 
+void ContextFolder::_append(const PartOfContext& part, std::uint32_t moment, Slot& slot) {
+  slot = {part.key(), static_cast<std::uint32_t>(_size), _stamp};
+  _parts[_size] = part;
+  _moments[_size] = moment;
+  ++_size;
+}
+
 void ContextFolder::take_listed(const PartOfContext& part) {
-  _slot_of(part) = {part.key(), static_cast<std::uint32_t>(_entries.size()), _stamp};
-  _entries.push_back({part, 0});
+  _append(part, 0, _slot_of(part));
 }
 
 void ContextFolder::take_sighting(const PartOfContext& part) {
   ++_moment;
   Slot& slot = _slot_of(part);
   if (slot.stamp != _stamp) {
-    slot = {part.key(), static_cast<std::uint32_t>(_entries.size()), _stamp};
-    _entries.push_back({part, _moment});
-  } else if (Entry& entry = _entries[slot.entry]; entry.part.inc()) {
-    entry.moment = _moment;
+    _append(part, _moment, slot);
+  } else if (_parts[slot.part].inc()) {
+    _moments[slot.part] = _moment;
+    _any_risen = true;
   }
 }
 
-// Words that did not rise are in order already. Those that did, to 2 or more, are sorted and merged in behind their
-// equals, which had their frequency before; words seen for the first time follow at the end, in the order in which they
-// came.
+// Words that did not rise are in order already, and words seen for the first time follow them in the order in which
+// they came. Those that rose, to 2 or more, are sorted and merged in behind their equals, which had their frequency
+// before.
 std::span<const PartOfContext> ContextFolder::fold() {
+  if (!_any_risen) return {_parts.data(), _size};
   _risen.clear();
-  for (const Entry& entry : _entries) {
-    if (entry.moment != 0 && entry.part.frequency() > 1) _risen.push_back(entry);
+  for (std::size_t i = 0; i < _size; ++i) {
+    if (_moments[i] != 0 && _parts[i].frequency() > 1) _risen.push_back({_parts[i], _moments[i]});
   }
-  std::sort(_risen.begin(), _risen.end(), [](const Entry& a, const Entry& b) {
+  std::sort(_risen.begin(), _risen.end(), [](const Risen& a, const Risen& b) {
     return a.part.frequency() != b.part.frequency() ? a.part.frequency() > b.part.frequency() : a.moment < b.moment;
   });
   _list.clear();
@@ -70,15 +82,13 @@ std::span<const PartOfContext> ContextFolder::fold() {
     for (; risen != _risen.end() && risen->part.frequency() > frequency; ++risen)
       _list.push_back(risen->part);
   };
-  for (const Entry& entry : _entries) {
-    if (entry.moment != 0) continue;
-    put_risen_above(entry.part.frequency());
-    _list.push_back(entry.part);
+  for (std::size_t i = 0; i < _size; ++i) {
+    // First sightings come behind everything that was listed, and so do no harm to the order here.
+    if (_moments[i] != 0 && _parts[i].frequency() > 1) continue;
+    put_risen_above(_parts[i].frequency());
+    _list.push_back(_parts[i]);
   }
-  put_risen_above(1);
-  for (const Entry& entry : _entries) {
-    if (entry.moment != 0 && entry.part.frequency() == 1) _list.push_back(entry.part);
-  }
+  put_risen_above(0);
   return _list;
 }
 

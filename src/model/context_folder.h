@@ -29,26 +29,31 @@ class ContextFolder {
   std::span<const PartOfContext> fold();
 
  private:
-  struct Entry {
+  struct Risen {
     PartOfContext part;
-    std::uint32_t moment;  // of the last sighting that raised it, from 1; 0: it stands as it was
+    std::uint32_t moment;
   };
 
   // A slot of the look-up table is in use if it bears the stamp of the list in hand.
   struct Slot {
     std::uint64_t key;
-    std::uint32_t entry;
+    std::uint32_t part;
     std::uint32_t stamp;
   };
 
   Slot& _slot_of(const PartOfContext& part);
 
-  std::vector<Entry> _entries;
+  void _append(const PartOfContext& part, std::uint32_t moment, Slot& slot);
+
+  std::vector<PartOfContext> _parts;    // in the order in which they came
+  std::vector<std::uint32_t> _moments;  // of the last sighting that raised a part, from 1; 0: it stands as it was
+  std::size_t _size = 0;                // how many parts there are
+  bool _any_risen = false;              // to 2 or more
   std::vector<Slot> _slots;
   unsigned _shift = 0;
   std::uint32_t _stamp = 0;
   std::uint32_t _moment = 0;
-  std::vector<Entry> _risen;
+  std::vector<Risen> _risen;
   std::vector<PartOfContext> _list;
 };
 

@@ -25,8 +25,13 @@ void write_contexts(std::ostream& out) {
   TextBuffer text(out);
   for (std::uint8_t type = NGram::_full_ngram_type; type > 0; --type) {
     const RecordTable& records = persistent::ngrams.records(type);
-    for (const std::uint32_t number : records.listed_order()) {
-      NGram& record = *records.record(number);
+    const ZeroedArray<std::uint32_t> order = records.listed_order();
+    constexpr std::size_t ahead = 8;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+      // Records and lists lie about in memory; each is asked for some time before.
+      if (i + 2 * ahead < order.size()) __builtin_prefetch(records.record(order[i + 2 * ahead]));
+      if (i + ahead < order.size()) records.record(order[i + ahead])->contexts().prefetch();
+      NGram& record = *records.record(order[i]);
       const std::span<const PartOfContext> parts = record.contexts().parts();
       _print_n_members(text, record);
       text << '\n';
