@@ -189,8 +189,7 @@ Word Parser::_make_word(const Fields& fields) {
   const std::uint8_t dependency = _dependency_codes.get(
       fields.dependency, [](std::string_view name) { return string2dependency(std::string(name)); });
   const std::uint8_t tag = _tag_indexes.get(fields.tag, [&](std::string_view text) { return _intern_tag(text); });
-  const std::uint32_t lemma =
-      _lemma_indexes.get(fields.lemma, [&](std::string_view text) { return _intern_lemma(text); });
+  const std::uint32_t lemma = _intern_lemma(fields.lemma);
   return {lemma, tag, static_cast<std::uint16_t>(fields.order), static_cast<std::uint16_t>(fields.parent), dependency};
 }
 

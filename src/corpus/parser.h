@@ -78,7 +78,6 @@ class Parser {
   std::string _tag;
   std::string _dependency;
 
-  TextCache<std::uint32_t, 12> _lemma_indexes;   // by cut lemma
   TextCache<std::uint8_t, 11> _tag_indexes;      // by tag as it is read
   TextCache<std::uint8_t, 9> _dependency_codes;  // by name
 };
