@@ -33,10 +33,10 @@ struct MemberSpec {
 // The members of an occurrence. A parent outside makes its word the head, as it does in the extraction.
 class Occurrence {
  public:
-  explicit Occurrence(const std::vector<MemberSpec>& specs) {
-    for (const MemberSpec& spec : specs) {
-      const std::uint8_t code = relation(spec.dependency);
-      _members.emplace_back(spec.lemma, spec.tag, spec.parent, spec.parent == 0 ? dependency::head : code);
+  explicit Occurrence(const std::vector<MemberSpec>& given) {
+    for (const MemberSpec& one : given) {
+      const std::uint8_t code = relation(one.dependency);
+      _members.emplace_back(one.lemma, one.tag, one.parent, one.parent == 0 ? dependency::head : code);
     }
   }
 
@@ -65,12 +65,12 @@ class Occurrence {
 // A record in memory of its own, exactly as large as a record of its type, that held other bytes before.
 class Record {
  public:
-  Record(const std::vector<MemberSpec>& specs, std::uint8_t type)
+  Record(const std::vector<MemberSpec>& given, std::uint8_t type)
       : _size(NGram::_ngrams_memory_sizes[static_cast<std::size_t>(std::popcount(type))]),
         _memory(std::make_unique<unsigned char[]>(_size)) {
     for (std::size_t i = 0; i < _size; ++i)
       _memory[i] = 0xAB;
-    _record = NGram::build(_memory.get(), type, Occurrence(specs).members(type));
+    _record = NGram::build(_memory.get(), type, Occurrence(given).members(type));
   }
 
   NGram& operator*() const { return *_record; }
@@ -140,8 +140,8 @@ inline NGram* count(NGramStore& store, const Occurrence& occurrence, std::uint8_
 }
 
 // Counts an occurrence under every type, a number of times.
-inline void count_all_types(NGramStore& store, const std::vector<MemberSpec>& specs, unsigned times = 1) {
-  const Occurrence occurrence(specs);
+inline void count_all_types(NGramStore& store, const std::vector<MemberSpec>& given, unsigned times = 1) {
+  const Occurrence occurrence(given);
   for (unsigned i = 0; i < times; ++i) {
     for (std::uint8_t type = 0; type <= NGram::_full_ngram_type; ++type)
       count(store, occurrence, type);
@@ -158,9 +158,9 @@ inline const NGram* find(const NGramStore& store, const Occurrence& occurrence, 
 }
 
 // The frequency under which a pattern is stored; 0 when it is not.
-inline std::uint32_t frequency_of(const NGramStore& store, const std::vector<MemberSpec>& specs, std::uint8_t type) {
+inline std::uint32_t frequency_of(const NGramStore& store, const std::vector<MemberSpec>& given, std::uint8_t type) {
   if (type == 0) return store.empty_frequency();
-  const NGram* const record = find(store, Occurrence(specs), type);
+  const NGram* const record = find(store, Occurrence(given), type);
   return record == nullptr ? 0 : record->frequency();
 }
 

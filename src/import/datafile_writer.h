@@ -1,0 +1,65 @@
+#pragma once
+
+// Writing of datafiles, and of the list that names them.
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace colx {
+
+// Says that an output cannot be opened or written; the text names it and the reason.
+class datafile_error : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// A field as it may stand in a datafile: every white-space character becomes U+00A0, an empty field becomes "_".
+std::string datafile_field(std::string_view text);
+
+// The path of one of several datafiles: the number, from 1 and with at least four digits, goes before the extension of
+// the file name, as in corpus-0001.dat.
+std::string numbered_path(const std::string& path, std::uint64_t number);
+
+// Writes sentences to one datafile or, in turn, to several. All functions that write throw datafile_error.
+class DatafileWriter {
+ public:
+  // An empty path is standard output. With `split` other than 0 a new file is begun where a sentence would bring the
+  // one in hand above that many words. The first file is created here.
+  DatafileWriter(std::string path, std::uint64_t split);
+  ~DatafileWriter();
+
+  DatafileWriter(const DatafileWriter&) = delete;
+  DatafileWriter& operator=(const DatafileWriter&) = delete;
+
+  // Writes the text of a sentence of `words` words, without the empty line behind it.
+  void write(std::string_view sentence, std::uint64_t words);
+
+  // Writes what is left and closes; to be called once, at the end.
+  void finish();
+
+  // The paths of the files created so far.
+  const std::vector<std::string>& paths() const { return _paths; }
+
+ private:
+  void _open();
+  void _flush();
+  void _close();
+  [[noreturn]] void _fail(const char* what) const;
+
+  std::string _path;
+  std::uint64_t _split;
+  std::vector<std::string> _paths;
+  std::string _name;
+  int _descriptor = -1;
+  std::uint64_t _words = 0;  // in the file in hand
+  std::string _buffer;
+};
+
+// Appends those paths to a list file that it does not name yet; creates the file when it is not there. Throws
+// datafile_error.
+void extend_list(const std::string& list, const std::vector<std::string>& paths);
+
+}  // namespace colx

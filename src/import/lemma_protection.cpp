@@ -1,0 +1,43 @@
+#include "import/lemma_protection.h"
+
+namespace colx {
+
+namespace {
+
+constexpr std::string_view _look_alike(char c) {
+  switch (c) {
+    case '\'':
+      return "\xE2\x80\x99";
+    case ':':
+      return "\xEA\x9E\x89";
+    case ';':
+      return "\xE2\x81\x8F";
+    case '^':
+      return "\xCB\x86";
+    case '_':
+      return "\xCB\x8D";
+    default:
+      return "";
+  }
+}
+
+}  // namespace
+
+std::string protect_lemma(std::string_view lemma) {
+  std::string result;
+  result.reserve(lemma.size());
+  for (const char c : lemma) {
+    if (const std::string_view other = _look_alike(c); !other.empty()) {
+      result += other;
+    } else {
+      result += c;
+    }
+  }
+  return result;
+}
+
+std::string_view kept_lemma(std::string_view lemma) {
+  return lemma.substr(0, lemma.find_first_of("':;^_"));
+}
+
+}  // namespace colx

@@ -1,0 +1,53 @@
+#pragma once
+
+// A sentence of a treebank as it stands in its file.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace colx {
+
+// The formats that are read.
+enum class TreebankFormat : std::uint8_t { conllu, conllx, datafile };
+
+// One word. Fields are the bytes of the file; where a format has no such column the text is empty.
+struct TreebankWord {
+  std::string form;
+  std::string lemma;
+  std::string upos;
+  std::string xpos;  // the tag of a datafile
+  std::string feats;
+  std::uint32_t parent = 0;  // position of the parent, from 1, or 0
+  std::string relation;
+  std::uint64_t line = 0;
+};
+
+// The words in order; the position of a word is its index and 1.
+struct TreebankSentence {
+  std::vector<TreebankWord> words;
+  std::uint64_t line = 0;  // of its first row
+};
+
+// Something that is wrong in a treebank, and where.
+struct TreebankProblem {
+  std::uint64_t line = 0;
+  unsigned column = 0;  // from 1; 0: the line as a whole
+  const char* column_name = "";
+  std::string text;       // what was expected and what was found
+  bool repaired = false;  // the sentence is read all the same
+};
+
+// The most words that a sentence may have, and the most bytes of a lemma or a tag.
+inline constexpr std::size_t longest_treebank_sentence = 65535;
+inline constexpr std::size_t longest_treebank_text = 65535;
+
+// The most different tags that a run of ngrex can tell apart.
+inline constexpr std::size_t most_distinct_tags = 254;
+
+// White space of a formatted input stream, by which the fields of a datafile are separated.
+constexpr bool is_field_separator(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+}  // namespace colx

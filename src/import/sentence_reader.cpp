@@ -1,0 +1,179 @@
+#include "import/sentence_reader.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <utility>
+
+#include "import/tree_check.h"
+#include "import/treebank_format.h"
+
+namespace colx {
+
+namespace {
+
+constexpr std::array conll_columns = {"",      "ID",   "FORM",   "LEMMA", "UPOS", "XPOS",
+                                      "FEATS", "HEAD", "DEPREL", "DEPS",  "MISC"};
+constexpr std::array datafile_columns = {"", "order", "form", "lemma", "tag", "parent", "relation"};
+constexpr unsigned conll_head = 7;
+constexpr unsigned datafile_parent = 5;
+
+bool _is_number(std::string_view text, std::uint32_t& value) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
+}  // namespace
+
+std::string quoted(std::string_view text) {
+  constexpr std::size_t longest = 40;
+  std::string shown = "\"";
+  std::size_t size = std::min(text.size(), longest);
+  // A character of several bytes is not cut in two.
+  while (size < text.size() && size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80)
+    --size;
+  for (const char c : text.substr(0, size))
+    shown += static_cast<unsigned char>(c) < ' ' || c == '\x7F' ? '?' : c;
+  return shown + (size < text.size() ? "...\"" : "\"");
+}
+
+bool must_be_skipped(const std::vector<TreebankProblem>& problems) {
+  return std::any_of(problems.begin(), problems.end(), [](const TreebankProblem& p) { return !p.repaired; });
+}
+
+bool SentenceReader::next(TreebankSentence& sentence, std::vector<TreebankProblem>& problems) {
+  sentence.words.clear();
+  sentence.line = 0;
+  problems.clear();
+  _orders_broken = false;
+  _rows = 0;
+  bool any_row = false;
+  std::string_view line;
+  while (_source.next_line(line)) {
+    if (std::all_of(line.begin(), line.end(), is_field_separator)) {
+      if (_format == TreebankFormat::datafile && !line.empty() && line != "\r") {
+        _note(problems, 0, "expected an empty line, found one of white space, which does not end a sentence", true);
+      }
+      if (any_row) break;
+      continue;
+    }
+    if (!any_row) sentence.line = _source.line_number();
+    const std::uint64_t rows_before = _rows;
+    const std::size_t problems_before = problems.size();
+    _add_row(line, sentence, problems);
+    any_row = any_row || _rows > rows_before || problems.size() > problems_before;
+  }
+  if (any_row && !must_be_skipped(problems)) {
+    const bool datafile = _format == TreebankFormat::datafile;
+    const unsigned column = datafile ? datafile_parent : conll_head;
+    check_tree(sentence, column, datafile ? datafile_columns[column] : conll_columns[column], problems);
+  }
+  return any_row;
+}
+
+void SentenceReader::_note(std::vector<TreebankProblem>& problems, unsigned column, std::string text, bool repaired) {
+  const char* const name = _format == TreebankFormat::datafile ? datafile_columns.at(column) : conll_columns.at(column);
+  problems.push_back({_source.line_number(), column, name, std::move(text), repaired});
+}
+
+void SentenceReader::_add_row(std::string_view line, TreebankSentence& sentence,
+                              std::vector<TreebankProblem>& problems) {
+  if (line.find('\0') != std::string_view::npos) {
+    ++_rows;
+    _orders_broken = true;
+    _note(problems, 0, "expected text, found a zero byte");
+    return;
+  }
+  if (_format == TreebankFormat::datafile) {
+    _add_datafile_row(line, sentence, problems);
+  } else {
+    _add_conll_row(line, sentence, problems);
+  }
+}
+
+// Checks that a row continues the run of orders; of a sentence only the first break is noted.
+bool SentenceReader::_check_order(std::string_view text, std::vector<TreebankProblem>& problems) {
+  ++_rows;
+  if (_orders_broken) return false;
+  std::uint32_t order = 0;
+  if (!_is_number(text, order) || order != _rows) {
+    _orders_broken = true;
+    _note(problems, 1, fmt::format("expected the number {}, found {}", _rows, quoted(text)));
+    return false;
+  }
+  if (_rows > longest_treebank_sentence) {
+    _orders_broken = true;
+    _note(problems, 1, fmt::format("expected a sentence of at most {} words", longest_treebank_sentence));
+    return false;
+  }
+  return true;
+}
+
+void SentenceReader::_add_conll_row(std::string_view line, TreebankSentence& sentence,
+                                    std::vector<TreebankProblem>& problems) {
+  if (line.starts_with('#')) return;
+  std::string_view columns[10];
+  const std::size_t count = split_columns(line, columns);
+  const RowKind kind = row_kind(columns[0]);
+  if (kind == RowKind::range || kind == RowKind::empty_node) {
+    ++(kind == RowKind::range ? _passed.ranges : _passed.empty_nodes);
+    return;
+  }
+  const bool in_order = _check_order(columns[0], problems);
+  if (count != 10) {
+    _note(problems, 0, fmt::format("expected 10 columns separated by TAB, found {}", count));
+    return;
+  }
+  std::uint32_t parent = 0;
+  if (!_is_number(columns[6], parent)) {
+    _note(problems, conll_head, fmt::format("expected the number of a word or 0, found {}", quoted(columns[6])));
+    return;
+  }
+  if (!in_order) return;
+  TreebankWord& word = sentence.words.emplace_back();
+  word.form = columns[1];
+  word.lemma = columns[2];
+  word.upos = columns[3];
+  word.xpos = columns[4];
+  word.feats = columns[5];
+  word.parent = parent;
+  word.relation = columns[7];
+  word.line = _source.line_number();
+}
+
+void SentenceReader::_add_datafile_row(std::string_view line, TreebankSentence& sentence,
+                                       std::vector<TreebankProblem>& problems) {
+  std::string_view fields[6];
+  const std::size_t count = split_fields(line, fields);
+  const bool in_order = _check_order(fields[0], problems);
+  if (count != 6) {
+    _note(problems, 0, fmt::format("expected 6 fields separated by white space, found {}", count));
+    return;
+  }
+  if (line.ends_with('\r') && !_carriage_returns_noted) {
+    _carriage_returns_noted = true;
+    _note(problems, 0, "expected lines that end with LF, found CR LF here and possibly further down", true);
+  }
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  if (is_field_separator(line.back())) {
+    _note(problems, 0, "expected the line to end with its sixth field, found white space, which ends the sentence",
+          true);
+  }
+  std::uint32_t parent = 0;
+  if (!_is_number(fields[4], parent)) {
+    _note(problems, datafile_parent, fmt::format("expected the number of a word or 0, found {}", quoted(fields[4])));
+    return;
+  }
+  if (!in_order) return;
+  TreebankWord& word = sentence.words.emplace_back();
+  word.form = fields[1];
+  word.lemma = fields[2];
+  word.xpos = fields[3];
+  word.parent = parent;
+  word.relation = fields[5];
+  word.line = _source.line_number();
+}
+
+}  // namespace colx

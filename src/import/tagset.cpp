@@ -1,0 +1,134 @@
+#include "import/tagset.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <iterator>
+#include <span>
+
+namespace colx {
+
+namespace {
+
+struct Letter {
+  std::string_view value;
+  char letter;
+};
+
+struct TagPosition {
+  std::string_view feature;
+  std::span<const Letter> letters;
+  // Names of the same feature in older treebanks, where a value of one character is its own letter.
+  std::string_view aliases;
+};
+
+constexpr Letter word_classes[] = {{"ADJ", 'A'},  {"ADP", 'R'},   {"ADV", 'D'},   {"AUX", 'X'},   {"CCONJ", 'J'},
+                                   {"DET", 'T'},  {"INTJ", 'I'},  {"NOUN", 'N'},  {"NUM", 'C'},   {"PART", 'Q'},
+                                   {"PRON", 'P'}, {"PROPN", 'E'}, {"PUNCT", 'Z'}, {"SCONJ", 'S'}, {"SYM", 'Y'},
+                                   {"VERB", 'V'}, {"X", 'U'}};
+
+constexpr Letter cases[] = {{"Nom", 'N'}, {"Gen", 'G'}, {"Dat", 'D'}, {"Acc", 'A'}, {"Voc", 'V'}, {"Loc", 'L'},
+                            {"Ins", 'I'}, {"Abl", 'B'}, {"Abs", 'S'}, {"Erg", 'E'}, {"Par", 'P'}, {"Ine", 'n'},
+                            {"Ela", 'e'}, {"Ill", 'i'}, {"Ade", 'a'}, {"All", 'l'}, {"Add", 'd'}, {"Abe", 'b'},
+                            {"Ess", 's'}, {"Tra", 't'}, {"Com", 'c'}, {"Cau", 'C'}, {"Ben", 'F'}, {"Cmp", 'm'},
+                            {"Cns", 'k'}, {"Dis", 'x'}, {"Equ", 'q'}, {"Lat", 'T'}, {"Per", 'r'}, {"Sub", 'u'},
+                            {"Sup", 'p'}, {"Tem", 'y'}, {"Ter", 'o'}, {"Del", 'f'}, {"Obl", 'O'}};
+constexpr Letter numbers[] = {{"Sing", 'S'}, {"Plur", 'P'}, {"Dual", 'D'}, {"Tri", 'T'},   {"Pauc", 'U'}, {"Grpa", 'G'},
+                              {"Grpl", 'L'}, {"Inv", 'I'},  {"Coll", 'C'}, {"Count", 'N'}, {"Ptan", 'A'}};
+constexpr Letter genders[] = {{"Masc", 'M'}, {"Fem", 'F'}, {"Neut", 'N'}, {"Com", 'C'}};
+constexpr Letter persons[] = {{"0", '0'}, {"1", '1'}, {"2", '2'}, {"3", '3'}, {"4", '4'}};
+constexpr Letter tenses[] = {{"Past", 'R'}, {"Pres", 'P'}, {"Fut", 'F'},  {"Imp", 'I'},
+                             {"Pqp", 'Q'},  {"Aor", 'A'},  {"Perf", 'T'}, {"Nonpast", 'N'}};
+constexpr Letter moods[] = {{"Ind", 'I'}, {"Imp", 'M'}, {"Cnd", 'C'}, {"Sub", 'S'}, {"Opt", 'O'},
+                            {"Jus", 'J'}, {"Prp", 'P'}, {"Qot", 'Q'}, {"Des", 'D'}, {"Nec", 'N'},
+                            {"Pot", 'T'}, {"Adm", 'A'}, {"Int", 'E'}, {"Irr", 'R'}};
+constexpr Letter verb_forms[] = {{"Fin", 'F'}, {"Inf", 'I'}, {"Part", 'P'}, {"Conv", 'C'},
+                                 {"Gdv", 'G'}, {"Ger", 'E'}, {"Sup", 'S'},  {"Vnoun", 'N'}};
+constexpr Letter voices[] = {{"Act", 'A'}, {"Pass", 'P'}, {"Mid", 'M'}, {"Antip", 'N'}, {"Cau", 'C'},
+                             {"Dir", 'D'}, {"Inv", 'I'},  {"Rcp", 'R'}, {"Bfoc", 'B'},  {"Lfoc", 'L'}};
+constexpr Letter degrees[] = {{"Pos", '1'}, {"Cmp", '2'}, {"Sup", '3'}, {"Abs", '4'},
+                              {"Equ", '5'}, {"Dim", '6'}, {"Aug", '7'}};
+constexpr Letter pronoun_types[] = {{"Prs", 'P'}, {"Rcp", 'C'}, {"Art", 'A'}, {"Int", 'Q'}, {"Rel", 'R'}, {"Exc", 'E'},
+                                    {"Dem", 'D'}, {"Emp", 'M'}, {"Tot", 'T'}, {"Neg", 'N'}, {"Ind", 'I'}};
+constexpr Letter polarities[] = {{"Pos", 'A'}, {"Neg", 'N'}};
+
+constexpr TagPosition positions[] = {
+    {"word class", word_classes, ""}, {"Case", cases, "cas Cas"},         {"Number", numbers, "Num num"},
+    {"Gender", genders, "Gen gen"},   {"Person", persons, "Per per"},     {"Tense", tenses, "Ten tem"},
+    {"Mood", moods, "mod Mod"},       {"VerbForm", verb_forms, "Vfo"},    {"Voice", voices, "Voi voi"},
+    {"Degree", degrees, "Gra grn"},   {"PronType", pronoun_types, "Pro"}, {"Polarity", polarities, "Neg neg"},
+};
+static_assert(std::size(positions) == feature_positions);
+
+bool _is_alias(std::string_view aliases, std::string_view name) {
+  return name.size() == 3 && aliases.find(name) != std::string_view::npos;
+}
+
+char _letter(std::span<const Letter> letters, std::string_view value, bool own_letters) {
+  const auto found = std::find_if(letters.begin(), letters.end(), [&](const Letter& l) { return l.value == value; });
+  if (found != letters.end()) return found->letter;
+  return own_letters && value.size() == 1 && value[0] > ' ' && value[0] < '\x7F' ? value[0] : '?';
+}
+
+char _class_letter(std::string_view upos) {
+  if (upos.empty() || upos == "_") return '-';
+  if (upos == "Punc") return 'Z';
+  return _letter(word_classes, upos, true);
+}
+
+// Takes one feature apart: Name=Value, or three letters and a value of one character.
+void _split_feature(std::string_view feature, std::string_view& name, std::string_view& value) {
+  const std::size_t equals = feature.find('=');
+  name = feature.substr(0, equals);
+  value = equals == std::string_view::npos ? "" : feature.substr(equals + 1);
+  if (equals == std::string_view::npos && feature.size() == 4) {
+    name = feature.substr(0, 3);
+    value = feature.substr(3);
+  }
+  value = value.substr(0, value.find(','));
+}
+
+}  // namespace
+
+bool is_universal_class(std::string_view name) {
+  return std::any_of(std::begin(word_classes), std::end(word_classes),
+                     [&](const Letter& l) { return l.value == name; });
+}
+
+std::string positional_tag(std::string_view upos, std::string_view feats) {
+  std::string tag(feature_positions, '-');
+  tag[0] = _class_letter(upos);
+  while (!feats.empty()) {
+    const std::size_t bar = feats.find('|');
+    const std::string_view feature = feats.substr(0, bar);
+    feats.remove_prefix(bar == std::string_view::npos ? feats.size() : bar + 1);
+    std::string_view name;
+    std::string_view value;
+    _split_feature(feature, name, value);
+    if (value.empty()) continue;
+    for (std::size_t p = 1; p < feature_positions; ++p) {
+      const TagPosition& position = positions[p];
+      const bool alias = _is_alias(position.aliases, name);
+      if (alias || name == position.feature) tag[p] = _letter(position.letters, value, alias);
+    }
+  }
+  return tag;
+}
+
+std::string tag_table() {
+  std::string table = "position\tname\tletter\tvalue\n";
+  for (std::size_t p = 0; p < feature_positions; ++p) {
+    for (const Letter& letter : positions[p].letters)
+      table += fmt::format("{}\t{}\t{}\t{}\n", p + 1, positions[p].feature, letter.letter, letter.value);
+    table += fmt::format("{0}\t{1}\t-\t(absent)\n{0}\t{1}\t?\t(any other)\n", p + 1, positions[p].feature);
+  }
+  return table;
+}
+
+void EqualLengths::add(std::string_view xpos) {
+  if (xpos.empty() || xpos == "_" || (_any && xpos.size() != _length)) _equal = false;
+  _length = xpos.size();
+  _any = true;
+}
+
+}  // namespace colx

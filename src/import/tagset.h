@@ -1,0 +1,41 @@
+#pragma once
+
+// Tags of imported words: a column of the treebank as it stands, or a positional tag made from the universal word class
+// and features, one ASCII letter a position.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "import/sentence.h"
+
+namespace colx {
+
+enum class TagSource : std::uint8_t { automatic, xpos, upos, feats };
+
+// Positions of a tag made from features.
+inline constexpr std::size_t feature_positions = 12;
+
+// Whether a name is one of the 17 universal word classes, such as NOUN.
+bool is_universal_class(std::string_view name);
+
+// Makes the positional tag: '-' where a feature is absent, '?' where its value has no letter. Of several values
+// separated by commas the first one counts. Features without a position are left out.
+std::string positional_tag(std::string_view upos, std::string_view feats);
+
+// The table of letters, as `--tag-table` prints it.
+std::string tag_table();
+
+// Watches whether all tags of an input are positional, that is, of equal length and none of them unspecified.
+class EqualLengths {
+ public:
+  void add(std::string_view xpos);
+  bool positional() const { return _any && _equal; }
+
+ private:
+  std::size_t _length = 0;
+  bool _any = false;
+  bool _equal = true;
+};
+
+}  // namespace colx

@@ -1,0 +1,87 @@
+#include "import/treebank_format.h"
+
+#include <algorithm>
+
+#include "import/tagset.h"
+
+namespace colx {
+
+std::size_t split_columns(std::string_view line, std::string_view (&columns)[10]) {
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  std::size_t count = 0;
+  for (;;) {
+    const std::size_t tab = line.find('\t');
+    if (count < 10) columns[count] = line.substr(0, tab);
+    ++count;
+    if (tab == std::string_view::npos) return count;
+    line.remove_prefix(tab + 1);
+  }
+}
+
+std::size_t split_fields(std::string_view line, std::string_view (&fields)[6]) {
+  std::size_t count = 0;
+  for (std::size_t at = 0;;) {
+    while (at < line.size() && is_field_separator(line[at]))
+      ++at;
+    if (at == line.size()) return count;
+    const std::size_t begin = at;
+    while (at < line.size() && !is_field_separator(line[at]))
+      ++at;
+    if (count < 6) fields[count] = line.substr(begin, at - begin);
+    ++count;
+  }
+}
+
+RowKind row_kind(std::string_view id) {
+  const auto is_number = [](std::string_view text) {
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+  };
+  if (is_number(id)) return RowKind::word;
+  const std::size_t mark = id.find_first_of("-.");
+  if (mark == std::string_view::npos || !is_number(id.substr(0, mark)) || !is_number(id.substr(mark + 1))) {
+    return RowKind::malformed;
+  }
+  return id[mark] == '-' ? RowKind::range : RowKind::empty_node;
+}
+
+std::optional<TreebankFormat> recognise_format(std::string_view beginning) {
+  bool rows = false;
+  bool conll = false;
+  bool comments = false;
+  bool marked = false;
+  bool universal = true;
+  std::string_view columns[10];
+  std::string_view fields[6];
+  while (!beginning.empty()) {
+    const std::size_t end = beginning.find('\n');
+    const std::string_view line = beginning.substr(0, end);
+    // The last line of the preview may be cut; unless it is the only one it is not looked at.
+    if (end == std::string_view::npos && rows) break;
+    beginning.remove_prefix(end == std::string_view::npos ? beginning.size() : end + 1);
+    if (std::all_of(line.begin(), line.end(), is_field_separator)) continue;
+    if (line.starts_with('#')) {
+      comments = true;
+      continue;
+    }
+    rows = true;
+    if (split_columns(line, columns) != 10) {
+      if (!conll && split_fields(line, fields) == 6 && row_kind(fields[0]) == RowKind::word) {
+        return TreebankFormat::datafile;
+      }
+      continue;
+    }
+    const RowKind kind = row_kind(columns[0]);
+    if (kind == RowKind::malformed) continue;
+    conll = true;
+    if (kind != RowKind::word) {
+      marked = true;
+    } else if (columns[3] != "_" && !is_universal_class(columns[3])) {
+      universal = false;
+    }
+  }
+  if (!rows) return TreebankFormat::conllu;
+  if (!conll) return std::nullopt;
+  return comments || marked || universal ? TreebankFormat::conllu : TreebankFormat::conllx;
+}
+
+}  // namespace colx

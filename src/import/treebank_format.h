@@ -1,0 +1,28 @@
+#pragma once
+
+// Recognition of the format of a treebank by its content.
+
+#include <optional>
+#include <string_view>
+
+#include "import/sentence.h"
+
+namespace colx {
+
+// Looks at the beginning of a text. The first row that has ten columns separated by TABs, or else six fields separated
+// by white space, decides between the CoNLL formats and a datafile. It is CoNLL-U when there is a comment, a multiword
+// range or an empty node, or when the fourth column of every row is a universal word class; else CoNLL-X. Returns
+// nothing when there are rows and none is of any format; a text without rows counts as CoNLL-U.
+std::optional<TreebankFormat> recognise_format(std::string_view beginning);
+
+// Takes a line end of CR LF off, and cuts at TABs. Returns the number of columns; only the first ten are stored.
+std::size_t split_columns(std::string_view line, std::string_view (&columns)[10]);
+
+// Cuts at white space. Returns the number of fields; only the first six are stored.
+std::size_t split_fields(std::string_view line, std::string_view (&fields)[6]);
+
+// What the first column of a CoNLL row says.
+enum class RowKind : unsigned char { word, range, empty_node, malformed };
+RowKind row_kind(std::string_view id);
+
+}  // namespace colx

@@ -1,0 +1,200 @@
+#include "import/treebank_source.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace colx {
+
+namespace {
+
+constexpr std::size_t block_size = std::size_t{1} << 17;
+constexpr std::size_t preview_size = std::size_t{1} << 18;
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+constexpr int gzip_only = 15 + 16;  // largest window, gzip header and trailer
+
+}  // namespace
+
+TreebankSource::TreebankSource(const std::string& path, bool rewindable) : _raw(block_size) {
+  if (path == "-") {
+    _name = "standard input";
+    _descriptor = STDIN_FILENO;
+  } else {
+    _name = path;
+    _descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (_descriptor < 0) throw source_error(path + ": cannot be opened for reading: " + std::strerror(errno));
+    _owned = true;
+  }
+  try {
+    if (rewindable && lseek(_descriptor, 0, SEEK_CUR) != 0) _spool();
+    _start();
+  } catch (...) {
+    if (_inflater_made) inflateEnd(&_inflater);
+    if (_owned) close(_descriptor);
+    throw;
+  }
+}
+
+TreebankSource::~TreebankSource() {
+  if (_inflater_made) inflateEnd(&_inflater);
+  if (_owned) close(_descriptor);
+}
+
+void TreebankSource::_fail(const std::string& reason) const {
+  throw source_error(_name + ": " + reason);
+}
+
+std::size_t TreebankSource::_read_raw(unsigned char* to, std::size_t size) {
+  for (;;) {
+    const ssize_t count = read(_descriptor, to, size);
+    if (count >= 0) return static_cast<std::size_t>(count);
+    if (errno != EINTR) _fail(std::string("cannot be read: ") + std::strerror(errno));
+  }
+}
+
+// Replaces the descriptor by one of a temporary file that holds the same bytes and disappears with it.
+void TreebankSource::_spool() {
+  std::FILE* const file = std::tmpfile();
+  if (file == nullptr) _fail(std::string("cannot be kept in a temporary file: ") + std::strerror(errno));
+  const int copy = fcntl(fileno(file), F_DUPFD_CLOEXEC, 3);
+  std::fclose(file);
+  if (copy < 0) _fail(std::string("cannot be kept in a temporary file: ") + std::strerror(errno));
+  try {
+    while (const std::size_t size = _read_raw(_raw.data(), _raw.size())) {
+      for (std::size_t written = 0; written < size;) {
+        const ssize_t count = write(copy, _raw.data() + written, size - written);
+        if (count >= 0) {
+          written += static_cast<std::size_t>(count);
+        } else if (errno != EINTR) {
+          _fail(std::string("cannot be kept in a temporary file: ") + std::strerror(errno));
+        }
+      }
+    }
+    if (lseek(copy, 0, SEEK_SET) != 0) _fail("cannot be read again");
+  } catch (...) {
+    close(copy);
+    throw;
+  }
+  if (_owned) close(_descriptor);
+  _descriptor = copy;
+  _owned = true;
+}
+
+void TreebankSource::_start() {
+  _raw_begin = 0;
+  _raw_end = 0;
+  _bytes_read = 0;
+  _line_number = 0;
+  _text.clear();
+  _text_begin = 0;
+  _at_end = false;
+  // A pipe may give a single byte at first.
+  while (_raw_end < 2) {
+    const std::size_t count = _read_raw(_raw.data() + _raw_end, _raw.size() - _raw_end);
+    if (count == 0) break;
+    _raw_end += count;
+  }
+  _bytes_read = _raw_end;
+  _compressed = _raw_end >= 2 && _raw[0] == 0x1F && _raw[1] == 0x8B;
+  _inside_member = _compressed;
+  if (_compressed) {
+    if (!_inflater_made && inflateInit2(&_inflater, gzip_only) != Z_OK) _fail("no memory to decompress it");
+    _inflater_made = true;
+    inflateReset(&_inflater);
+  }
+  while (!_at_end && _text.size() < byte_order_mark.size())
+    _fill();
+  if (_text.starts_with(byte_order_mark)) _text_begin = byte_order_mark.size();
+}
+
+// Appends more text. Returns false, and notes the end, when there is none.
+bool TreebankSource::_fill() {
+  if (_at_end) return false;
+  if (_text_begin > 0) {
+    _text.erase(0, _text_begin);
+    _text_begin = 0;
+  }
+  for (;;) {
+    if (_raw_begin == _raw_end) {
+      _raw_begin = 0;
+      _raw_end = _read_raw(_raw.data(), _raw.size());
+      _bytes_read += _raw_end;
+      if (_raw_end == 0) {
+        if (_inside_member) _fail("the compressed data end too early; the file is truncated");
+        _at_end = true;
+        return false;
+      }
+    }
+    if (!_compressed) {
+      _text.append(reinterpret_cast<const char*>(_raw.data()) + _raw_begin, _raw_end - _raw_begin);
+      _raw_begin = _raw_end;
+      return true;
+    }
+    if (_inflate()) return true;
+  }
+}
+
+// Decompresses what is in the raw buffer; returns whether that gave any text.
+bool TreebankSource::_inflate() {
+  if (!_inside_member) {
+    // Zeros may pad a file behind its last member; anything else must be another member.
+    while (_raw_begin < _raw_end && _raw[_raw_begin] == 0)
+      ++_raw_begin;
+    if (_raw_begin == _raw_end) return false;
+    if (_raw[_raw_begin] != 0x1F) _fail("there are bytes behind the compressed data that are not compressed data");
+    inflateReset(&_inflater);
+    _inside_member = true;
+  }
+  const std::size_t old_size = _text.size();
+  _text.resize(old_size + 4 * block_size);
+  _inflater.next_in = _raw.data() + _raw_begin;
+  _inflater.avail_in = static_cast<uInt>(_raw_end - _raw_begin);
+  _inflater.next_out = reinterpret_cast<Bytef*>(_text.data() + old_size);
+  _inflater.avail_out = static_cast<uInt>(4 * block_size);
+  const int result = inflate(&_inflater, Z_NO_FLUSH);
+  _raw_begin = _raw_end - _inflater.avail_in;
+  _text.resize(_text.size() - _inflater.avail_out);
+  if (result == Z_STREAM_END) {
+    _inside_member = false;
+  } else if (result != Z_OK && result != Z_BUF_ERROR) {
+    _fail(std::string("the compressed data are damaged") +
+          (_inflater.msg == nullptr ? "" : std::string(": ") + _inflater.msg));
+  }
+  return _text.size() > old_size;
+}
+
+std::string_view TreebankSource::preview() {
+  while (_text.size() < preview_size && _fill()) {
+  }
+  return std::string_view(_text).substr(_text_begin, preview_size);
+}
+
+bool TreebankSource::next_line(std::string_view& line) {
+  std::size_t searched = 0;  // bytes of the line known to hold no line feed
+  for (;;) {
+    const std::size_t end = _text.find('\n', _text_begin + searched);
+    if (end != std::string::npos) {
+      line = std::string_view(_text).substr(_text_begin, end - _text_begin);
+      _text_begin = end + 1;
+      ++_line_number;
+      return true;
+    }
+    searched = _text.size() - _text_begin;
+    if (_fill()) continue;
+    if (searched == 0) return false;
+    line = std::string_view(_text).substr(_text_begin);
+    _text_begin = _text.size();
+    ++_line_number;
+    return true;
+  }
+}
+
+void TreebankSource::rewind() {
+  if (lseek(_descriptor, 0, SEEK_SET) != 0) _fail(std::string("cannot be read again: ") + std::strerror(errno));
+  _start();
+}
+
+}  // namespace colx

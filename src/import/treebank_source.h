@@ -1,0 +1,79 @@
+#pragma once
+
+// Where a treebank comes from: a file, standard input, plain or compressed with gzip, as bytes and as lines.
+
+#include <zlib.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace colx {
+
+// Says that an input cannot be opened or read to its end; the text names it and the reason.
+class source_error : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// Reads one input line by line. Gzip is recognised by its first two bytes, several members in a row are one text; a
+// member that ends early, fails its checksum or is followed by other bytes is an error. Owns its descriptor.
+class TreebankSource {
+ public:
+  // Opens the input: "-" is standard input. With `rewindable` an input that cannot be read twice, such as a pipe, is
+  // first copied to a temporary file without a name. Throws source_error, as do all functions that read.
+  TreebankSource(const std::string& path, bool rewindable);
+  ~TreebankSource();
+
+  TreebankSource(const TreebankSource&) = delete;
+  TreebankSource& operator=(const TreebankSource&) = delete;
+
+  // The name for messages.
+  const std::string& name() const { return _name; }
+
+  // The text at the beginning, without a byte order mark, up to some hundred kilobytes and without consuming it. Only
+  // before the first line is read.
+  std::string_view preview();
+
+  // Fetches the next line without its line feed; valid until the next call. Returns false at the end. The last line may
+  // lack its line feed.
+  bool next_line(std::string_view& line);
+
+  // Number of the line fetched last, from 1.
+  std::uint64_t line_number() const { return _line_number; }
+
+  // Bytes taken from the file so far, compressed ones where they are.
+  std::uint64_t bytes_read() const { return _bytes_read; }
+
+  // Goes back to the beginning.
+  void rewind();
+
+ private:
+  std::size_t _read_raw(unsigned char* to, std::size_t size);
+  void _spool();
+  void _start();
+  bool _fill();
+  bool _inflate();
+  [[noreturn]] void _fail(const std::string& reason) const;
+
+  std::string _name;
+  int _descriptor = -1;
+  bool _owned = false;
+  std::vector<unsigned char> _raw;
+  std::size_t _raw_begin = 0;
+  std::size_t _raw_end = 0;
+  bool _compressed = false;
+  bool _inside_member = false;
+  z_stream _inflater{};
+  bool _inflater_made = false;
+  std::string _text;  // what has been read and not yet given away, from _text_begin
+  std::size_t _text_begin = 0;
+  bool _at_end = false;
+  std::uint64_t _line_number = 0;
+  std::uint64_t _bytes_read = 0;
+};
+
+}  // namespace colx

@@ -1,0 +1,219 @@
+#include "table/columns.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <iterator>
+
+#include <fmt/format.h>
+
+#include "table/association.h"
+#include "table/block_reader.h"
+#include "table/errors.h"
+
+namespace colx::table {
+
+namespace {
+
+struct Name {
+  std::string_view name;
+  Quantity quantity;
+};
+
+constexpr std::array<Name, 4> _plain = {{{"rank", Quantity::rank},
+                                         {"frequency", Quantity::frequency},
+                                         {"total", Quantity::total},
+                                         {"pattern", Quantity::pattern}}};
+
+// Numbered from 1 by word, cells from 0.
+constexpr std::array<Name, 6> _numbered = {{{"lemma", Quantity::lemma},
+                                            {"tag", Quantity::tag},
+                                            {"parent", Quantity::parent},
+                                            {"relation", Quantity::relation},
+                                            {"marginal", Quantity::marginal},
+                                            {"cell", Quantity::cell}}};
+
+// The measures of the file in the order in which they stand there.
+constexpr std::array<std::string_view, most_measures> _own_measures = {
+    "chi_square", "log_likelihood", "mutual_information", "pearson", "t_test", "z_score"};
+
+Column _numbered_column(const Name& name, std::size_t index) {
+  const std::size_t shown = name.quantity == Quantity::cell ? index : index + 1;
+  return {name.quantity, index, fmt::format("{}{}", name.name, shown)};
+}
+
+std::size_t _count_of(Quantity quantity, std::size_t n) {
+  return quantity == Quantity::cell ? std::size_t{1} << n : n;
+}
+
+void _append_columns(std::vector<Column>& columns, const Name& name, std::size_t n) {
+  for (std::size_t i = 0; i < _count_of(name.quantity, n); ++i)
+    columns.push_back(_numbered_column(name, i));
+}
+
+std::string _positions(std::string_view relation, std::uint32_t parent, bool is_neighbour) {
+  return is_neighbour ? std::string(relation) : fmt::format("{}:{}", relation, parent);
+}
+
+Field _count_field(std::uint64_t count, std::string& scratch) {
+  scratch.clear();
+  fmt::format_to(std::back_inserter(scratch), FMT_STRING("{}"), count);
+  return {FieldKind::number, scratch};
+}
+
+Field _own_measure_field(std::string_view text) {
+  if (text.ends_with("nan")) return {FieldKind::not_a_number, {}};
+  if (text.ends_with("inf")) return {text[0] == '-' ? FieldKind::minus_infinity : FieldKind::infinity, {}};
+  return {FieldKind::number, text};
+}
+
+std::uint64_t _count_of_row(const Column& column, const Row& row) {
+  switch (column.quantity) {
+    case Quantity::rank:
+      return row.rank;
+    case Quantity::parent:
+      return row.block.members[column.index].parent;
+    case Quantity::frequency:
+      return row.contingency.frequency;
+    case Quantity::marginal:
+      return row.contingency.marginals[column.index];
+    case Quantity::cell:
+      return row.block.cells[column.index];
+    default:
+      return row.contingency.total;
+  }
+}
+
+}  // namespace
+
+bool Column::is_text() const {
+  return quantity == Quantity::lemma || quantity == Quantity::tag || quantity == Quantity::relation ||
+         quantity == Quantity::pattern;
+}
+
+std::optional<Column> find_column(std::string_view name) {
+  for (const Name& plain : _plain)
+    if (name == plain.name) return Column{plain.quantity, 0, std::string(name)};
+  for (std::size_t i = 0; i < _own_measures.size(); ++i)
+    if (name == _own_measures[i]) return Column{Quantity::own_measure, i, std::string(name)};
+  if (const auto association = find_association(name); association.has_value())
+    return Column{Quantity::association, static_cast<std::size_t>(*association), std::string(name)};
+  for (const Name& numbered : _numbered) {
+    if (!name.starts_with(numbered.name)) continue;
+    const std::string_view digits = name.substr(numbered.name.size());
+    std::size_t number = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
+    const std::size_t first = numbered.quantity == Quantity::cell ? 0 : 1;
+    if (number < first || number - first >= _count_of(numbered.quantity, largest_n)) return std::nullopt;
+    Column column = _numbered_column(numbered, number - first);
+    if (column.name != name) return std::nullopt;
+    return column;
+  }
+  return std::nullopt;
+}
+
+void check_column(const Column& column, std::size_t n) {
+  bool exists = true;
+  if (column.quantity == Quantity::association) {
+    exists = is_defined(static_cast<Association>(column.index), n);
+  } else if (column.quantity == Quantity::own_measure) {
+    exists = column.index < measures_of(n);
+  } else {
+    for (const Name& numbered : _numbered)
+      if (column.quantity == numbered.quantity) exists = column.index < _count_of(column.quantity, n);
+  }
+  if (!exists) throw UsageError(fmt::format("N-grams of {} words, as in this file, have no {}", n, column.name));
+}
+
+std::vector<Column> expand_column(std::string_view name, std::size_t n) {
+  std::vector<Column> result;
+  for (const Name& numbered : _numbered) {
+    if (name != numbered.name) continue;
+    if (n != 0) _append_columns(result, numbered, n);
+    return result;
+  }
+  const auto column = find_column(name);
+  if (!column.has_value()) throw UsageError(fmt::format("there is no column \"{}\"", name));
+  if (n != 0) check_column(*column, n);
+  result.push_back(*column);
+  return result;
+}
+
+std::vector<Column> default_columns(std::size_t n) {
+  std::vector<Column> result = {*find_column("rank")};
+  for (const std::string_view name : {"lemma", "tag", "parent", "relation", "frequency", "marginal", "total"})
+    for (Column& column : expand_column(name, n))
+      result.push_back(std::move(column));
+  for (std::size_t i = 0; i < measures_of(n); ++i)
+    result.push_back({Quantity::own_measure, i, std::string(_own_measures[i])});
+  return result;
+}
+
+std::vector<Column> cell_columns(std::size_t n) {
+  return expand_column("cell", n);
+}
+
+void write_pattern(const Block& block, std::string& out) {
+  out.clear();
+  for (std::size_t k = 0; k < block.n; ++k) {
+    const Member& member = block.members[k];
+    const std::size_t position = k + 1;
+    if (k != 0) out += ' ';
+    if (member.parent != 0 && member.parent < position)
+      out += _positions(member.relation, member.parent, member.parent + 1 == position) + "> ";
+    out += member.lemma;
+    if (member.parent > position)
+      out += " <" + _positions(member.relation, member.parent, member.parent == position + 1);
+  }
+}
+
+double number_of(const Column& column, const Row& row) {
+  if (column.quantity == Quantity::own_measure) return measure_value(row.block.measures[column.index]);
+  if (column.quantity == Quantity::association)
+    return associate(static_cast<Association>(column.index), row.contingency);
+  return static_cast<double>(_count_of_row(column, row));
+}
+
+Field number_field(double value, std::string& scratch) {
+  if (std::isnan(value)) return {FieldKind::not_a_number, {}};
+  if (std::isinf(value)) return {value < 0 ? FieldKind::minus_infinity : FieldKind::infinity, {}};
+  scratch.clear();
+  fmt::format_to(std::back_inserter(scratch), FMT_STRING("{}"), value == 0 ? 0.0 : value);
+  return {FieldKind::number, scratch};
+}
+
+Field field_of(const Column& column, const Row& row, std::string& scratch) {
+  switch (column.quantity) {
+    case Quantity::lemma:
+      return {FieldKind::text, row.block.members[column.index].lemma};
+    case Quantity::tag:
+      return {FieldKind::text, row.block.members[column.index].tag};
+    case Quantity::relation:
+      return {FieldKind::text, row.block.members[column.index].relation};
+    case Quantity::pattern:
+      write_pattern(row.block, scratch);
+      return {FieldKind::text, scratch};
+    case Quantity::own_measure:
+      return _own_measure_field(row.block.measures[column.index]);
+    case Quantity::association:
+      return number_field(number_of(column, row), scratch);
+    default:
+      return _count_field(_count_of_row(column, row), scratch);
+  }
+}
+
+std::string_view text_of(const Field& field) {
+  switch (field.kind) {
+    case FieldKind::not_a_number:
+      return "NA";
+    case FieldKind::infinity:
+      return "Inf";
+    case FieldKind::minus_infinity:
+      return "-Inf";
+    default:
+      return field.content;
+  }
+}
+
+}  // namespace colx::table

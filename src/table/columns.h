@@ -1,0 +1,98 @@
+#pragma once
+
+// The columns of a table: their names, and their values for one N-gram.
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "table/block.h"
+#include "table/contingency.h"
+
+namespace colx::table {
+
+enum class Quantity {
+  rank,
+  lemma,
+  tag,
+  parent,
+  relation,
+  frequency,
+  marginal,
+  total,
+  own_measure,
+  cell,
+  pattern,
+  association
+};
+
+struct Column {
+  Quantity quantity = Quantity::rank;
+  std::size_t index = 0;  // which word, measure or cell, from 0
+  std::string name;
+
+  // Lemmas, tags, relations and patterns are texts; everything else is a number.
+  bool is_text() const;
+
+  // Whether the column depends on the N-gram alone, and not on its place in the table.
+  bool is_of_block() const { return quantity != Quantity::rank; }
+
+  bool operator==(const Column& other) const { return quantity == other.quantity && index == other.index; }
+};
+
+enum class FieldKind { text, number, not_a_number, infinity, minus_infinity };
+
+// One value of a row as it is to be written. Only texts and numbers have a content.
+struct Field {
+  FieldKind kind = FieldKind::text;
+  std::string_view content;
+};
+
+// One N-gram in its place in the table.
+struct Row {
+  Row(const Block& source, std::uint64_t place)
+      : block(source), rank(place), contingency(source.n, {source.cells.data(), source.cell_count()}) {}
+
+  const Block& block;  // not owned
+  std::uint64_t rank;  // from 1
+  Contingency contingency;
+};
+
+// The column of that name, for some N; nothing when no N has such a column.
+std::optional<Column> find_column(std::string_view name);
+
+// The columns that a word of a column list stands for: one column, or with a name like `lemma` all its numbered columns
+// up to n. Throws UsageError when the name is unknown or the column does not exist for N-grams of n words. With n = 0
+// (no N-gram is known) every known name is accepted, and a name like `lemma` stands for no column.
+std::vector<Column> expand_column(std::string_view name, std::size_t n);
+
+// Throws UsageError when N-grams of n words have no such column.
+void check_column(const Column& column, std::size_t n);
+
+// What the table has when nothing is said about columns.
+std::vector<Column> default_columns(std::size_t n);
+
+// The 2^n observed cells.
+std::vector<Column> cell_columns(std::size_t n);
+
+// The N-gram as a readable tree: lemmas in word order; a word with its parent on the right is followed by `<relation`,
+// one with its parent on the left preceded by `relation>`. When the parent is not the next word, its position follows
+// the relation after a colon. Replaces the content of `out`.
+void write_pattern(const Block& block, std::string& out);
+
+// The value of a numeric column.
+double number_of(const Column& column, const Row& row);
+
+// The value of any column as a field. The content is a view into the block, or into `scratch`, which is overwritten.
+Field field_of(const Column& column, const Row& row, std::string& scratch);
+
+// A number as a field, in the shortest form that reads back as the same number.
+Field number_field(double value, std::string& scratch);
+
+// The text that stands for a field where there are no special values: NA, Inf and -Inf.
+std::string_view text_of(const Field& field);
+
+}  // namespace colx::table

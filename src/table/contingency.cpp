@@ -1,0 +1,29 @@
+#include "table/contingency.h"
+
+namespace colx::table {
+
+Contingency::Contingency(std::size_t words, std::span<const std::uint64_t> observed)
+    : n(words), cells(observed.first(std::size_t{1} << words)), frequency(cells.back()) {
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    total += cells[i];
+    for (std::size_t k = 0; k < n; ++k)
+      if ((i >> (n - 1 - k) & 1) != 0) marginals[k] += cells[i];
+  }
+}
+
+double Contingency::expected_frequency() const {
+  return expected(cells.size() - 1);
+}
+
+double Contingency::expected(std::size_t cell) const {
+  const auto all = static_cast<double>(total);
+  double result = 1.0;
+  for (std::size_t k = 0; k < n; ++k) {
+    const bool present = (cell >> (n - 1 - k) & 1) != 0;
+    const auto marginal = static_cast<double>(present ? marginals[k] : total - marginals[k]);
+    result = k == 0 ? marginal : result * marginal / all;
+  }
+  return result;
+}
+
+}  // namespace colx::table

@@ -1,0 +1,68 @@
+#pragma once
+
+// Where a table goes: text collected in a buffer and delivered in large pieces.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace colx::table {
+
+class Output {
+ public:
+  Output() { _pending.reserve(block + block / 2); }
+  virtual ~Output() = default;
+
+  Output(const Output&) = delete;
+  Output& operator=(const Output&) = delete;
+
+  Output& operator<<(char c) {
+    _pending += c;
+    return *this;
+  }
+  Output& operator<<(std::string_view text) {
+    _pending += text;
+    return *this;
+  }
+
+  // Says that a row is complete: the buffer is delivered when it is full.
+  void end_row() {
+    if (_pending.size() >= block) flush();
+  }
+
+  void flush() {
+    _deliver(_pending);
+    _pending.clear();
+  }
+
+ private:
+  static constexpr std::size_t block = std::size_t{64} << 10;
+
+  virtual void _deliver(std::string_view text) = 0;
+
+  std::string _pending;
+};
+
+// Standard output. A text that cannot be written, for instance because the disk is full or the reader has gone, is an
+// OutputError.
+class StandardOutput : public Output {
+ private:
+  void _deliver(std::string_view text) override;
+};
+
+// A text in memory.
+class TextOutput : public Output {
+ public:
+  // Everything up to now.
+  const std::string& text() {
+    flush();
+    return _text;
+  }
+
+ private:
+  void _deliver(std::string_view text) override { _text += text; }
+
+  std::string _text;
+};
+
+}  // namespace colx::table

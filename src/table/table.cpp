@@ -1,0 +1,173 @@
+#include "table/table.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "table/block_reader.h"
+#include "table/errors.h"
+
+namespace colx::table {
+
+namespace {
+
+// The columns to be printed for N-grams of n words.
+std::vector<Column> _chosen_columns(const Options& options, std::size_t n) {
+  std::vector<Column> columns;
+  for (const std::string& name : options.columns)
+    for (Column& column : expand_column(name, n))
+      columns.push_back(std::move(column));
+  if (!options.columns.empty()) return columns;
+  columns = default_columns(n);
+  const auto add = [&](Column column) {
+    if (std::find(columns.begin(), columns.end(), column) == columns.end()) columns.push_back(std::move(column));
+  };
+  for (const std::string& name : options.measures)
+    add(*find_column(name));
+  if (options.cells)
+    for (Column& column : cell_columns(n))
+      add(std::move(column));
+  if (options.pattern) add(*find_column("pattern"));
+  return columns;
+}
+
+void _check_for_n(const Options& options, Format format, std::size_t n) {
+  if (format == Format::ucs && n != 2)
+    throw UsageError(fmt::format("the format ucs is for pairs; this file has N-grams of {} words", n));
+  for (const std::string& name : options.measures)
+    check_column(*find_column(name), n);
+  for (const RowFilter& filter : options.filters)
+    check_column(filter.column(), n);
+  if (options.sort.has_value()) check_column(options.sort->column, n);
+}
+
+// Columns, writer and the count of rows of one table.
+class TableRun {
+ public:
+  TableRun(const Options& options, Format format, Output& output, bool bold)
+      : _options(options), _format(format), _writer(make_writer(format, output, bold)) {
+    if (options.sort.has_value()) _sorted = std::make_unique<SortedRows>(*options.sort, options.top);
+  }
+
+  // Takes all that follows from N and writes the header. A file without N-grams has no N, and so its table has none.
+  void begin(std::size_t n) {
+    _check_for_n(_options, _format, n);
+    _columns = _chosen_columns(_options, n);
+    if (_format == Format::ucs) _columns = ucs_columns(_columns);
+    _scratch.resize(_columns.size());
+    _fields.resize(_columns.size());
+    _writer->begin(_columns);
+  }
+
+  // False when no further block can change the table.
+  bool add(const Block& block) {
+    if (!_sorted && _options.top.has_value() && _printed >= *_options.top) return false;
+    if (block.cells[block.cell_count() - 1] < _options.min_frequency) return true;
+    const Row row(block, _printed + 1);
+    for (const RowFilter& filter : _options.filters)
+      if (!filter.admits(row)) return true;
+    if (_sorted)
+      _sorted->add(row);
+    else
+      _print(row);
+    return _sorted || !_options.top.has_value() || _printed < *_options.top;
+  }
+
+  void end() {
+    if (_sorted) {
+      _sorted->sort();
+      Block block;
+      Fault fault;
+      for (std::size_t i = 0; i < _sorted->size(); ++i) {
+        parse_block(_sorted->text(i), block, fault);
+        _print(Row(block, _printed + 1));
+      }
+    }
+    _writer->end();
+  }
+
+ private:
+  void _print(const Row& row) {
+    for (std::size_t i = 0; i < _columns.size(); ++i)
+      _fields[i] = field_of(_columns[i], row, _scratch[i]);
+    _writer->row(_fields);
+    ++_printed;
+  }
+
+  const Options& _options;
+  Format _format;
+  std::unique_ptr<Writer> _writer;
+  std::unique_ptr<SortedRows> _sorted;
+  std::vector<Column> _columns;
+  std::vector<std::string> _scratch;  // one for each column, as fields point into it
+  std::vector<Field> _fields;
+  std::uint64_t _printed = 0;
+};
+
+bool _is_set(const char* variable) {
+  const char* const value = std::getenv(variable);
+  return value != nullptr && *value != '\0';
+}
+
+int _complain(const std::string& message, int status) {
+  std::fputs(fmt::format("ngrex-table: {}\n", message).c_str(), stderr);
+  return status;
+}
+
+}  // namespace
+
+void write_table(const Options& options, Output& output, bool on_terminal, bool bold) {
+  const Format format = options.format.value_or(on_terminal ? Format::aligned : Format::tsv);
+  BlockReader reader(options.input);
+  TableRun table(options, format, output, bold);
+  Block block;
+  bool begun = false;
+  try {
+    while (reader.next(block)) {
+      if (!begun) table.begin(block.n);
+      begun = true;
+      if (!table.add(block)) break;
+    }
+  } catch (const InputError& error) {
+    table.end();
+    output.flush();
+    throw InputError(fmt::format("{}; the table ends before this N-gram", error.what()));
+  }
+  table.end();
+  output.flush();
+}
+
+int run(int argc, const char* const* argv) {
+  try {
+    const Options options = parse_options(argc, argv);
+    StandardOutput output;
+    if (!options.information.empty()) {
+      output << options.information;
+      output.flush();
+      return 0;
+    }
+    const bool on_terminal = ::isatty(STDOUT_FILENO) == 1;
+    write_table(options, output, on_terminal, on_terminal && !_is_set("NO_COLOR"));
+    return 0;
+  } catch (const UsageError& error) {
+    return _complain(fmt::format("{}\nTry 'ngrex-table --help' for more information.", error.what()), 2);
+  } catch (const InputError& error) {
+    return _complain(error.what(), 1);
+  } catch (const std::bad_alloc&) {
+    return _complain("not enough memory to sort this table; --top K needs less, and without --sort none is needed", 1);
+  } catch (const std::exception& error) {
+    return _complain(error.what(), 1);
+  }
+}
+
+}  // namespace colx::table

@@ -1,0 +1,146 @@
+// ngrex-import seen from outside.
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "tests/support/temporary_folder.h"
+#include "tool_runner.h"
+
+namespace colx::cli {
+namespace {
+
+const std::string rain =
+    "# text = Heavy rain isn't\n"
+    "1\tHeavy\theavy\tADJ\tJJ\tDegree=Pos\t2\tamod\t_\t_\n"
+    "2\train\train\tNOUN\tNN\tNumber=Sing\t0\troot\t_\t_\n"
+    "3-4\tisn't\t_\t_\t_\t_\t_\t_\t_\t_\n"
+    "3\tis\tbe\tAUX\tVB\t_\t2\tcop\t_\t_\n"
+    "4\tn't\t_\tPART\tRB\t_\t2\tadvmod\t_\t_\n\n";
+const std::string rain_datafile =
+    "1\tHeavy\theavy\tJJ\t2\tAtr\n"
+    "2\train\train\tNN\t0\tPred\n"
+    "3\tis\tbe\tVB\t2\tAuxV\n"
+    "4\tn't\tn\xE2\x80\x99t\tRB\t2\tAdv\n\n";
+const std::string broken = "1\ta\ta\tX\tX\t_\tx\tdep\t_\t_\n\n";
+
+class ImportTest : public ::testing::Test {
+ protected:
+  ToolResult run(const std::vector<std::string>& arguments, const std::string& input = "") const {
+    ToolOptions options;
+    options.working_directory = folder.path();
+    return run_tool("ngrex-import", arguments, input, options);
+  }
+  std::string read(const std::string& name) const {
+    std::ifstream file(folder.path(name), std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+  }
+  test::TemporaryFolder folder;
+};
+
+TEST_F(ImportTest, TurnsStandardInputIntoADatafileOnStandardOutput) {
+  const ToolResult result = run({"-q"}, rain);
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.out, rain_datafile);
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(run({"-q", "--", "-"}, rain).out, rain_datafile);
+}
+
+TEST_F(ImportTest, MakesTagsFromFeaturesWhereTagsAreNotOfEqualLength) {
+  std::string other = rain;
+  other.replace(other.find("\tJJ\t"), 4, "\tJJR\t");
+  EXPECT_TRUE(run({"-q"}, other).out.starts_with("1\tHeavy\theavy\tA--------1--\t2\tAtr\n"));
+}
+
+TEST_F(ImportTest, SplitsAndExtendsTheList) {
+  folder.write("in", rain + rain + rain);
+  EXPECT_EQ(run({"-q", "-o", "d.dat", "--split", "8", "--list", "list", "in"}).status, 0);
+  EXPECT_EQ(read("d-0001.dat"), rain_datafile + rain_datafile);
+  EXPECT_EQ(read("d-0002.dat"), rain_datafile);
+  EXPECT_EQ(read("list"), "d-0001.dat\nd-0002.dat\n");
+}
+
+TEST_F(ImportTest, SkipsABrokenSentenceAndFailsUnderStrictOnly) {
+  const std::string message =
+      "ngrex-import: standard input:1: column 7 (HEAD): expected the number of a word or 0, found \"x\"; the sentence "
+      "is skipped\n";
+  const ToolResult lenient = run({"-q"}, broken + rain);
+  EXPECT_EQ(lenient.status, 0);
+  EXPECT_EQ(lenient.out, rain_datafile);
+  EXPECT_EQ(lenient.err, message);
+  EXPECT_EQ(run({"-q", "--strict"}, broken + rain).status, 1);
+}
+
+TEST_F(ImportTest, ReportsItsFigures) {
+  const ToolResult result = run({"--mask", "*-"}, rain);
+  EXPECT_EQ(result.err,
+            "words:                  4\n"
+            "sentences:              1\n"
+            "skipped sentences:      0\n"
+            "multiword ranges:       1 passed over\n"
+            "distinct lemmas:        4\n"
+            "distinct tags:          4\n"
+            "distinct masked tags:   4 under *-\n"
+            "widest node:            3 children at standard input:3\n"
+            "longest sentence:       4 words at standard input:2\n");
+}
+
+TEST_F(ImportTest, ChecksADatafileAndWritesNothing) {
+  const ToolResult result = run({"--check", "--strict", "-q"}, "1 a a N 0 Pred\n3 b b N 1 Atr\n\n1 a a N 1 Pred\n");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err,
+            "ngrex-import: standard input:2: column 1 (order): expected the number 2, found \"3\"; the sentence is "
+            "skipped\n"
+            "ngrex-import: standard input:4: column 5 (parent): expected a tree, found a cycle of parents through word "
+            "1 (1 -> 1); the sentence is skipped\n");
+}
+
+TEST_F(ImportTest, FailsLoudlyWhenItCannotWriteOrRead) {
+  ToolOptions full;
+  full.output_path = "/dev/full";
+  EXPECT_EQ(run_tool("ngrex-import", {"-q"}, rain, full).status, 1);
+  EXPECT_EQ(run_tool("ngrex-import", {"--help"}, "", full).status, 1);
+  ToolOptions closed;
+  closed.output_closed_pipe = true;
+  const ToolResult result = run_tool("ngrex-import", {"-q"}, rain, closed);
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.err, "");
+  EXPECT_EQ(run({"missing"}).status, 1);
+  EXPECT_EQ(run({"."}).status, 1);
+  EXPECT_EQ(run({}, "not a treebank\n").status, 1);
+}
+
+TEST_F(ImportTest, DoesNotOverwriteItsInput) {
+  folder.write("in", rain);
+  EXPECT_EQ(run({"-q", "-o", "in", "in"}).status, 1);
+  EXPECT_EQ(read("in"), rain);
+}
+
+TEST_F(ImportTest, AnswersQuestionsWithZeroAndWrongUseWithTwo) {
+  for (const char* const option : {"--help", "--version", "--tag-table"}) {
+    const ToolResult result = run({option});
+    EXPECT_EQ(result.status, 0) << option;
+    EXPECT_NE(result.out, "") << option;
+    EXPECT_EQ(result.err, "") << option;
+  }
+  for (const std::vector<std::string>& wrong : std::vector<std::vector<std::string>>{{"--bogus"},
+                                                                                     {"--split", "0", "-o", "x"},
+                                                                                     {"--split", "5"},
+                                                                                     {"--list", "x"},
+                                                                                     {"--tag", "x"},
+                                                                                     {"--check", "-o", "x"},
+                                                                                     {"--mask", "NN"},
+                                                                                     {"-", "-"},
+                                                                                     {"--from"}}) {
+    const ToolResult result = run(wrong);
+    EXPECT_EQ(result.status, 2) << wrong.front();
+    EXPECT_EQ(result.out, "") << wrong.front();
+    EXPECT_NE(result.err, "") << wrong.front();
+  }
+}
+
+}  // namespace
+}  // namespace colx::cli

@@ -1,0 +1,59 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/cli/tool_runner.h"
+
+namespace colx::cli {
+namespace {
+
+const std::string pair = "1\theavy\tA\t2\tAtr\n2\train\tN\t0\tHead\n4\t1\t1\t1\n-nan\tinf\t0.8\t0.3\t0.4\t0.5\n\n";
+
+TEST(TableProgram, HelpAndVersionGoToStandardOutput) {
+  for (const std::string option : {"--help", "--version"}) {
+    const ToolResult result = run_tool("ngrex-table", {option});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_NE(result.out.find("ngrex-table"), std::string::npos);
+    EXPECT_EQ(result.err, "");
+  }
+}
+
+TEST(TableProgram, UsageErrorsEndWithStatusTwo) {
+  const std::vector<std::vector<std::string>> wrong = {
+      {"--nonsense"},      {"--sort", "lemma9"},  {"--sort", "rank"},      {"--top", "x"},      {"--format", "xls"},
+      {"--where", "rain"}, {"--where", "tag1~("}, {"--columns", "lemma3"}, {"--measures", "g"}, {"-", "second"}};
+  for (const auto& arguments : wrong) {
+    const ToolResult result = run_tool("ngrex-table", arguments, pair + "\n");
+    EXPECT_EQ(result.status, 2) << arguments[0];
+    EXPECT_EQ(result.out, "");
+    EXPECT_NE(result.err, "");
+  }
+}
+
+TEST(TableProgram, RowsBeforeAFaultStand) {
+  const ToolResult result = run_tool("ngrex-table", {"--columns", "lemma", "--", "-"}, pair + "1\tx\n");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out, "lemma1\tlemma2\nheavy\train\n");
+  EXPECT_NE(result.err.find("line 6:"), std::string::npos);
+}
+
+TEST(TableProgram, FullDiskAndClosedPipeAreErrors) {
+  ToolOptions full;
+  full.output_path = "/dev/full";
+  EXPECT_EQ(run_tool("ngrex-table", {}, pair + "\n", full).status, 1);
+  ToolOptions closed;
+  closed.output_closed_pipe = true;
+  const ToolResult result = run_tool("ngrex-table", {}, pair + "\n", closed);
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.err.find("cannot write to standard output"), std::string::npos);
+}
+
+TEST(TableProgram, AMissingFileIsAnInputError) {
+  const ToolResult result = run_tool("ngrex-table", {"no/such/file"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.err.find("no/such/file"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace colx::cli

@@ -1,0 +1,74 @@
+"""Proves that help, man page and bash completion of a program name the same options.
+
+usage: options_agree.py SOURCE_FOLDER PROGRAM...
+"""
+
+import os
+import re
+import subprocess
+import sys
+
+OPTION = r"-{1,2}[A-Za-z][A-Za-z-]*"
+
+
+def of_help(program):
+    """Options that the program itself lists; ngrex prints its summary when it is called without arguments."""
+    arguments = [program] if os.path.basename(program) == "ngrex" else [program, "--help"]
+    text = subprocess.run(arguments, capture_output=True, text=True, check=True).stdout
+    options = set()
+    for line in text.splitlines():
+        head = re.match(rf"^ +({OPTION}(?:, ?{OPTION})*)(?= |,|$)", line)
+        if head:
+            options.update(re.findall(OPTION, head.group(1)))
+    return options
+
+
+def of_man_page(path):
+    """Options at the head of a tagged paragraph of the section OPTIONS."""
+    options = set()
+    section = ""
+    tag_follows = False
+    for line in open(path, encoding="utf-8"):
+        line = line.rstrip("\n").replace("\\-", "-")
+        if line.startswith(".SH"):
+            section = line[3:].strip().strip('"')
+        elif line.startswith((".TP", ".TQ")):
+            tag_follows = True
+        elif tag_follows:
+            tag_follows = False
+            if section == "OPTIONS":
+                plain = re.sub(r"\\f.", "", line)
+                options.update(re.findall(rf"(?:(?<=^)|(?<=[ ,\"])){OPTION}", plain))
+    return options
+
+
+def of_completion(path, name):
+    """Options that the completion script offers for a program."""
+    text = open(path, encoding="utf-8").read()
+    block = re.search(rf"^    {re.escape(name)}\)\n(.*?)^      ;;", text, re.M | re.S).group(1)
+    return set(re.findall(OPTION, re.search(r"options='(.*?)'", block, re.S).group(1)))
+
+
+def main():
+    source, *programs = sys.argv[1:]
+    failures = 0
+    for program in programs:
+        name = os.path.basename(program)
+        expected = of_help(program)
+        if not expected:
+            print(f"{name}: its help lists no options")
+            failures += 1
+        found = {
+            "man page": of_man_page(f"{source}/docs/{name}.1"),
+            "completion": of_completion(f"{source}/completions/ngrex.bash", name),
+        }
+        for place, options in found.items():
+            if options != expected:
+                print(f"{name}: {place} lacks {sorted(expected - options)}, has besides {sorted(options - expected)}")
+                failures += 1
+    print(f"{len(programs)} programs, {failures} disagreements")
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,86 @@
+#include "import/relations.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "corpus/dependencies.h"
+
+namespace colx {
+namespace {
+
+using Functions = std::vector<std::string>;
+
+// Words given by parent and relation; the form of every word is its relation.
+TreebankSentence _sentence(const std::vector<std::pair<std::uint32_t, std::string>>& words) {
+  TreebankSentence sentence;
+  for (const auto& [parent, relation] : words) {
+    TreebankWord& word = sentence.words.emplace_back();
+    word.form = relation;
+    word.parent = parent;
+    word.relation = relation;
+  }
+  return sentence;
+}
+
+TEST(Relations, MapsUniversalRelationsWithTheirSubtypes) {
+  EXPECT_EQ(
+      analytical_functions(_sentence({{2, "nsubj:pass"}, {0, "root"}, {2, "obl"}, {2, "obl:arg"}, {2, "expl:pv"}})),
+      (Functions{"Sb", "Pred", "Adv", "Obj", "AuxT"}));
+}
+
+TEST(Relations, GivesConjunctsTheFunctionOfTheFirstWithinTheirChain) {
+  EXPECT_EQ(analytical_functions(_sentence({{0, "root"}, {1, "obj"}, {2, "conj"}, {3, "conj"}, {4, "conj:expl"}})),
+            (Functions{"Pred", "Obj", "Obj_Co", "Obj_Co", "Obj_Co"}));
+}
+
+TEST(Relations, FollowsChainsThatRunFromRightToLeft) {
+  EXPECT_EQ(analytical_functions(_sentence({{2, "conj"}, {3, "conj"}, {0, "root"}})),
+            (Functions{"Pred_Co", "Pred_Co", "Pred"}));
+}
+
+TEST(Relations, GivesAnAppositionTheFunctionOfItsParentAndOneSuffixOnly) {
+  EXPECT_EQ(analytical_functions(_sentence({{0, "root"}, {1, "nsubj"}, {2, "appos"}, {3, "conj"}, {2, "fixed"}})),
+            (Functions{"Pred", "Sb", "Sb_Ap", "Sb_Co", "Sb"}));
+}
+
+TEST(Relations, KeepsAnUndefinedFunctionBareInCoordinations) {
+  EXPECT_EQ(analytical_functions(_sentence({{0, "dep"}, {1, "conj"}})), (Functions{"Undef", "Undef"}));
+}
+
+TEST(Relations, TellsCommasFromFinalAndOtherPunctuation) {
+  TreebankSentence sentence = _sentence({{0, "root"}, {1, "punct"}, {1, "punct"}, {1, "punct"}});
+  sentence.words[1].form = ",";
+  EXPECT_EQ(analytical_functions(sentence), (Functions{"Pred", "AuxX", "AuxG", "AuxK"}));
+}
+
+TEST(Relations, LeavesEveryAnalyticalFunctionAsItIs) {
+  for (unsigned code = 0; code < dependencies_count; ++code) {
+    const std::string name(dependency2cstring(static_cast<std::uint8_t>(code)));
+    EXPECT_EQ(analytical_functions(_sentence({{0, name}})), Functions{name});
+  }
+}
+
+TEST(Relations, RecognisesOtherSpellings) {
+  EXPECT_EQ(analytical_functions(_sentence(
+                {{0, "SBJ"}, {1, "ATR_CO"}, {1, "AUXP"}, {1, "OBJ_AP"}, {1, "SBJ_PA"}, {1, "OComp_Co"}, {1, "ATVV"}})),
+            (Functions{"Sb", "Atr_Co", "AuxP", "Obj_Ap", "Sb_Pa", "Atv_Co", "AtvV"}));
+}
+
+TEST(Relations, MakesEverythingElseUndefined) {
+  EXPECT_EQ(analytical_functions(_sentence({{0, "_"}, {1, ""}, {1, "SBJ_XX"}, {1, "nonsense:conj"}})),
+            (Functions{"Undef", "Undef", "Undef", "Undef"}));
+}
+
+TEST(Relations, ResolvesAChainAsLongAsASentenceCanBe) {
+  std::vector<std::pair<std::uint32_t, std::string>> words{{0, "root"}};
+  for (std::uint32_t i = 1; i < 65535; ++i)
+    words.emplace_back(i, "conj");
+  EXPECT_EQ(analytical_functions(_sentence(words)).back(), "Pred_Co");
+}
+
+}  // namespace
+}  // namespace colx

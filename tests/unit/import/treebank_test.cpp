@@ -1,0 +1,160 @@
+// Sources, formats, rows and trees: what is read from a treebank and what is found wrong in it.
+
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "import/datafile_writer.h"
+#include "import/sentence_reader.h"
+#include "import/treebank_format.h"
+#include "import/treebank_source.h"
+#include "tests/support/temporary_folder.h"
+
+namespace colx {
+namespace {
+
+std::string _row(const std::string& id, const std::string& parent, const std::string& form = "f") {
+  return id + "\t" + form + "\tl\tNOUN\tNN\t_\t" + parent + "\tdep\t_\t_\n";
+}
+
+std::string _gzip(const test::TemporaryFolder& folder, const std::string& text) {
+  const std::string path = folder.path("x.gz");
+  gzFile file = gzopen(path.c_str(), "wb");
+  gzwrite(file, text.data(), static_cast<unsigned>(text.size()));
+  gzclose(file);
+  std::string bytes(1 << 20, '\0');
+  std::FILE* const stream = std::fopen(path.c_str(), "rb");
+  bytes.resize(std::fread(bytes.data(), 1, bytes.size(), stream));
+  std::fclose(stream);
+  return bytes;
+}
+
+std::string _all_lines(const std::string& path) {
+  TreebankSource source(path, false);
+  std::string text;
+  std::string_view line;
+  while (source.next_line(line))
+    text += std::string(line) + "|";
+  return text;
+}
+
+struct Seen {
+  std::vector<std::size_t> lengths;   // of the sentences that can be used
+  std::vector<std::string> problems;  // line:column text
+};
+
+Seen _read(const std::string& text, TreebankFormat format) {
+  const test::TemporaryFolder folder;
+  TreebankSource source(folder.write("x", text), false);
+  SentenceReader reader(source, format);
+  Seen seen;
+  TreebankSentence sentence;
+  std::vector<TreebankProblem> problems;
+  while (reader.next(sentence, problems)) {
+    if (!must_be_skipped(problems)) seen.lengths.push_back(sentence.words.size());
+    for (const TreebankProblem& p : problems)
+      seen.problems.push_back(std::to_string(p.line) + ":" + std::to_string(p.column) + " " + p.text);
+  }
+  return seen;
+}
+
+using Lengths = std::vector<std::size_t>;
+using Problems = std::vector<std::string>;
+
+TEST(TreebankSource, ReadsPlainAndCompressedTextOfSeveralMembers) {
+  const test::TemporaryFolder folder;
+  EXPECT_EQ(_all_lines(folder.write("a", "\xEF\xBB\xBFone\n\ntwo")), "one||two|");
+  const std::string member = _gzip(folder, "one\ntw");
+  EXPECT_EQ(_all_lines(folder.write("b", member + member + std::string(20, '\0'))), "one|twone|tw|");
+}
+
+TEST(TreebankSource, RefusesDamagedAndTruncatedCompression) {
+  const test::TemporaryFolder folder;
+  const std::string member = _gzip(folder, std::string(5000, 'x') + "\n");
+  for (std::size_t size = 2; size < member.size(); ++size)
+    EXPECT_THROW(_all_lines(folder.write("a", member.substr(0, size))), source_error) << size;
+  std::string damaged = member;
+  damaged[member.size() - 6] = static_cast<char>(damaged[member.size() - 6] ^ 1);
+  EXPECT_THROW(_all_lines(folder.write("b", damaged)), source_error);
+  EXPECT_THROW(_all_lines(folder.write("c", member + "rest")), source_error);
+  EXPECT_THROW(_all_lines(folder.path("missing")), source_error);
+  EXPECT_THROW(_all_lines(folder.path()), source_error);
+}
+
+TEST(TreebankFormat, IsRecognisedByContent) {
+  EXPECT_EQ(recognise_format(""), TreebankFormat::conllu);
+  EXPECT_EQ(recognise_format(_row("1", "0")), TreebankFormat::conllu);
+  EXPECT_EQ(recognise_format("1\tf\tl\tN\tN\t_\t0\tPred\t_\t_\n"), TreebankFormat::conllx);
+  EXPECT_EQ(recognise_format("# x\n1\tf\tl\tN\tN\t_\t0\tPred\t_\t_\n"), TreebankFormat::conllu);
+  EXPECT_EQ(recognise_format("\n1 f l t 0 Pred\n"), TreebankFormat::datafile);
+  EXPECT_EQ(recognise_format("Once upon a time there was\n"), std::nullopt);
+}
+
+TEST(SentenceReader, PassesOverCommentsRangesAndEmptyNodes) {
+  const Seen seen =
+      _read("# c\r\n1-2\tx\n" + _row("1", "0") + _row("1.1", "_") + _row("2", "1") + "\n\n" + _row("1", "0"),
+            TreebankFormat::conllu);
+  EXPECT_EQ(seen.lengths, (Lengths{2, 1}));
+  EXPECT_EQ(seen.problems, Problems{});
+}
+
+TEST(SentenceReader, NamesLineAndColumnOfWhatIsWrongAndSkipsThatSentenceOnly) {
+  const Seen seen = _read(_row("1", "0") + "\n" + _row("1", "x") + _row("3", "0") + "\n" + "1\tshort\n\n" +
+                              _row("1", "2") + "\n" + _row("1", "2") + _row("2", "1") + "\n" + _row("1", "0"),
+                          TreebankFormat::conllu);
+  EXPECT_EQ(seen.lengths, (Lengths{1, 1}));
+  EXPECT_EQ(seen.problems,
+            (Problems{"3:7 expected the number of a word or 0, found \"x\"", "4:1 expected the number 2, found \"3\"",
+                      "6:0 expected 10 columns separated by TAB, found 2",
+                      "8:7 expected the number of a word of the sentence, 1 to 1, or 0, found 2",
+                      "10:7 expected a tree, found a cycle of parents through word 1 (1 -> 2)"}));
+}
+
+TEST(SentenceReader, NotesWhatNgrexWouldStumbleOnInADatafile) {
+  const Seen seen =
+      _read("1 f l t 0 Pred \n2 f l t 1 Atr\n \n1 f l t 0\n\n1 f l t 0 Pred\r\n", TreebankFormat::datafile);
+  EXPECT_EQ(seen.lengths, (Lengths{2, 1}));
+  EXPECT_EQ(seen.problems.size(), 4U);
+}
+
+TEST(SentenceReader, RefusesZeroBytesAndSentencesThatAreTooLong) {
+  std::string text = _row("1", "0", std::string("a\0b", 3)) + "\n";
+  for (int i = 1; i <= 65536; ++i)
+    text += _row(std::to_string(i), "0");
+  text += "\n";
+  for (int i = 1; i <= 65535; ++i)
+    text += _row(std::to_string(i), "0");
+  const Seen seen = _read(text, TreebankFormat::conllu);
+  EXPECT_EQ(seen.lengths, (Lengths{65535}));
+  EXPECT_EQ(seen.problems,
+            (Problems{"1:0 expected text, found a zero byte", "65538:1 expected a sentence of at most 65535 words"}));
+}
+
+TEST(DatafileWriter, WritesNoWhiteSpaceAndNoEmptyField) {
+  EXPECT_EQ(datafile_field(" a\vb\f\r"),
+            "\xC2\xA0"
+            "a\xC2\xA0"
+            "b\xC2\xA0\xC2\xA0");
+  EXPECT_EQ(datafile_field(""), "_");
+}
+
+TEST(DatafileWriter, NumbersBeforeTheExtension) {
+  EXPECT_EQ(numbered_path("a.b/corpus.dat", 1), "a.b/corpus-0001.dat");
+  EXPECT_EQ(numbered_path("corpus", 12345), "corpus-12345");
+}
+
+TEST(DatafileWriter, ExtendsAListWithoutNamingAPathTwice) {
+  const test::TemporaryFolder folder;
+  const std::string list = folder.write("list", "a.dat");
+  extend_list(list, {"a.dat", "b.dat"});
+  extend_list(list, {"b.dat"});
+  EXPECT_EQ(_all_lines(list), "a.dat|b.dat|");
+}
+
+}  // namespace
+}  // namespace colx

@@ -1,0 +1,94 @@
+#include "table/association.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+#include "table/fisher.h"
+
+namespace colx::table {
+namespace {
+
+using Cells = std::vector<std::uint64_t>;
+
+double _of(Association measure, std::size_t n, const Cells& cells) {
+  return associate(measure, Contingency(n, cells));
+}
+
+// Manning and Schuetze, Foundations of Statistical Natural Language Processing (1999), chapter 5: C(new) = 15828,
+// C(companies) = 4675, C(new companies) = 8, N = 14307668.
+const Cells new_companies = {14307668 - 15828 - 4675 + 8, 4675 - 8, 15828 - 8, 8};
+
+TEST(Association, GivesTheWorkedExampleOfNewCompanies) {
+  // E = 15828 * 4675 / 14307668 = 5.17176; t = (8 - E) / sqrt(8). The book prints t = 0.999932 and X2 = 1.55.
+  EXPECT_NEAR(_of(Association::t, 2, new_companies), 0.999932, 5e-7);
+  EXPECT_NEAR(_of(Association::x2, 2, new_companies), 1.55, 0.005);
+  EXPECT_NEAR(_of(Association::mi, 2, new_companies), std::log2(8 / (15828.0 * 4675 / 14307668)), 1e-12);
+}
+
+TEST(Association, GivesTheOddsRatioOfTheAspirinStudy) {
+  // Agresti, Categorical Data Analysis: 189 and 10845, 104 and 10933; odds ratio 1.832.
+  EXPECT_NEAR(_of(Association::odds_ratio, 2, {10933, 104, 10845, 189}), 1.832, 0.0005);
+}
+
+TEST(Association, GivesFishersTeaTasting) {
+  // Fisher, The Design of Experiments (1935): three of four cups right, p = (16 + 1) / 70 = 0.243; all four, 1 / 70.
+  EXPECT_NEAR(_of(Association::fisher, 2, {3, 1, 1, 3}), -std::log10(17.0 / 70), 1e-12);
+  EXPECT_NEAR(_of(Association::fisher, 2, {4, 0, 0, 4}), std::log10(70.0), 1e-12);
+}
+
+TEST(Association, ComputesEveryMeasureOfASmallTableByHand) {
+  // f = 1, marginals 2 and 2, total 7: E = 4/7, 10/7, 10/7, 25/7 for both, first only, second only, neither.
+  const Cells cells = {4, 1, 1, 1};
+  EXPECT_NEAR(_of(Association::g2, 2, cells),
+              2 * (std::log(7.0 / 4) + 2 * std::log(7.0 / 10) + 4 * std::log(28.0 / 25)), 1e-12);
+  // (3/7)^2 (7/4 + 7/10 + 7/10 + 7/25) = 9/49 * 3.43 = 0.63
+  EXPECT_NEAR(_of(Association::x2, 2, cells), 0.63, 1e-12);
+  EXPECT_NEAR(_of(Association::mi, 2, cells), std::log2(1.75), 1e-12);
+  EXPECT_NEAR(_of(Association::mi3, 2, cells), std::log2(1.75), 1e-12);
+  EXPECT_DOUBLE_EQ(_of(Association::dice, 2, cells), 0.5);
+  EXPECT_DOUBLE_EQ(_of(Association::log_dice, 2, cells), 13);
+  EXPECT_NEAR(_of(Association::t, 2, cells), 3.0 / 7, 1e-12);
+  EXPECT_NEAR(_of(Association::z, 2, cells), 3.0 / 7 / std::sqrt(4.0 / 7), 1e-12);
+  EXPECT_DOUBLE_EQ(_of(Association::odds_ratio, 2, cells), 4);
+}
+
+TEST(Association, UsesAllCellsOfTriples) {
+  // Two triples, each with words of its own: marginals 1, total 2, every expected cell 2 / 8 = 1/4.
+  const Cells cells = {1, 0, 0, 0, 0, 0, 0, 1};
+  EXPECT_NEAR(_of(Association::g2, 3, cells), 4 * std::log(4.0), 1e-12);
+  EXPECT_NEAR(_of(Association::x2, 3, cells), 2 * 2.25 + 6 * 0.25, 1e-12);
+  EXPECT_DOUBLE_EQ(_of(Association::mi, 3, cells), 2);
+  EXPECT_DOUBLE_EQ(_of(Association::dice, 3, cells), 1);
+  EXPECT_FALSE(is_defined(Association::fisher, 3));
+}
+
+TEST(Association, LeavesImpossibleCellsOutOfTheSums) {
+  EXPECT_DOUBLE_EQ(_of(Association::x2, 2, {0, 0, 3, 2}), 0);
+  EXPECT_DOUBLE_EQ(_of(Association::g2, 2, {0, 0, 3, 2}), 0);
+  EXPECT_TRUE(std::isinf(_of(Association::odds_ratio, 2, {3, 0, 1, 1})));
+  EXPECT_TRUE(std::isnan(_of(Association::mi, 2, {0, 0, 0, 0})));
+}
+
+TEST(Fisher, AgreesWithItsExpansion) {
+  for (const std::uint64_t total : {20U, 137U, 1000U, 9999U})
+    for (std::uint64_t first = 1; first < total; first += 1 + total / 9)
+      for (std::uint64_t second = 1; second < total; second += 1 + total / 7)
+        for (std::uint64_t both = first + second > total ? first + second - total : 0; both <= first && both <= second;
+             both += 1 + total / 11) {
+          const double expected = fisher_association(both, first, second, total);
+          EXPECT_NEAR(fisher_by_expansion(both, first, second, total), expected, 1e-9 * (1 + expected))
+              << both << ' ' << first << ' ' << second << ' ' << total;
+        }
+}
+
+TEST(Fisher, StaysFiniteBeyondTheRangeOfProbabilities) {
+  // 1 / (10^10 choose 1000): Stirling gives log10 = 1000 * 10 - log10(1000!) and a term of 10^-4.3.
+  const double log_factorial = std::lgamma(1001.0) / std::log(10.0);
+  EXPECT_NEAR(fisher_association(1000, 1000, 1000, 10000000000U), 10000 - log_factorial, 1e-3);
+}
+
+}  // namespace
+}  // namespace colx::table

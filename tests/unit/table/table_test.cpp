@@ -1,0 +1,151 @@
+#include "table/table.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "table/errors.h"
+#include "tests/support/random.h"
+#include "tests/support/temporary_folder.h"
+
+namespace colx::table {
+namespace {
+
+using Words = std::vector<std::string>;
+
+std::string _pair(const std::string& a, const std::string& b, std::uint32_t f, const std::string& x = "1") {
+  return "1\t" + a + "\tA\t2\tAtr\n2\t" + b + "\tN\t0\tHead\n9\t1\t1\t" + std::to_string(f) + "\n" + x +
+         "\tinf\t-inf\t0.5\t1\t2\n\n";
+}
+
+std::string _table(const std::string& content, Words arguments) {
+  const test::TemporaryFolder folder;
+  arguments.insert(arguments.begin(), "ngrex-table");
+  arguments.push_back(folder.write("out", content));
+  std::vector<const char*> argv;
+  for (const std::string& argument : arguments)
+    argv.push_back(argument.c_str());
+  TextOutput output;
+  write_table(parse_options(static_cast<int>(argv.size()), argv.data()), output, false, false);
+  return output.text();
+}
+
+TEST(Table, WritesSpecialValuesAsDocumented) {
+  const std::string content = _pair("a\"", "b,", 3, "-nan") + "\n";
+  const Words columns = {"--columns", "lemma,chi_square,log_likelihood,mutual_information,pearson"};
+  const auto with = [&](const std::string& format) {
+    Words arguments = columns;
+    arguments.push_back("--format=" + format);
+    return _table(content, arguments);
+  };
+  const std::string tabs = "lemma1\tlemma2\tchi_square\tlog_likelihood\tmutual_information\tpearson\n";
+  EXPECT_EQ(with("tsv"), tabs + "a\"\tb,\tNA\tInf\t-Inf\t0.5\n");
+  EXPECT_EQ(
+      with("csv"),
+      "lemma1,lemma2,chi_square,log_likelihood,mutual_information,pearson\r\n\"a\"\"\",\"b,\",NA,Inf,-Inf,0.5\r\n");
+  EXPECT_EQ(with("jsonl"),
+            "{\"lemma1\":\"a\\\"\",\"lemma2\":\"b,\",\"chi_square\":null,\"log_likelihood\":null,"
+            "\"mutual_information\":null,\"pearson\":0.5}\n");
+}
+
+TEST(Table, MakesTreesReadable) {
+  EXPECT_EQ(_table(_pair("heavy", "rain", 1) + "\n", {"--columns=pattern"}), "pattern\nheavy <Atr rain\n");
+  const std::string triple =
+      "1\tpay\t\t0\tHead\n2\tattention\t\t1\tObj\n3\tto\t\t1\tAuxP\n1\t0\t0\t0\t0\t0\t0\t1\n1\t1\n\n\n";
+  EXPECT_EQ(_table(triple, {"--columns=pattern"}), "pattern\npay Obj> attention AuxP:1> to\n");
+}
+
+TEST(Table, FiltersByEqualityExpressionAndFrequency) {
+  const std::string content = _pair("a", "rain", 3) + _pair("b", "rain", 2) + _pair("ab", "snow", 5) + "\n";
+  EXPECT_EQ(_table(content, {"--columns=rank,lemma1", "--where", "lemma2=rain"}), "rank\tlemma1\n1\ta\n2\tb\n");
+  EXPECT_EQ(_table(content, {"--columns=lemma1", "--where", "lemma1~^a", "--min-frequency=4"}), "lemma1\nab\n");
+  EXPECT_EQ(_table(content, {"--columns=lemma1", "--where=frequency=2", "--where=log_likelihood=Inf"}), "lemma1\nb\n");
+}
+
+TEST(Table, WritesUcsForPairsOnly) {
+  EXPECT_TRUE(_table(_pair("a", "b", 3) + "\n", {"--format=ucs"}).starts_with("id\tl1\tl2\tf\tf1\tf2\tN\ttag1"));
+  const std::string triple =
+      "1\tpay\t\t0\tHead\n2\tattention\t\t1\tObj\n3\tto\t\t1\tAuxP\n1\t0\t0\t0\t0\t0\t0\t1\n1\t1\n\n\n";
+  EXPECT_THROW(_table(triple, {"--format=ucs"}), UsageError);
+  EXPECT_THROW(_table(triple, {"--measures=Fisher"}), UsageError);
+}
+
+TEST(Table, TopRowsAreTheHeadOfTheSortedTableUnderAnyShuffle) {
+  test::Random random;
+  for (int round = 0; round < 60; ++round) {
+    std::vector<std::string> blocks;
+    for (std::uint32_t i = 0; i < 40; ++i)
+      blocks.push_back(_pair(random.text(2, "ab\xC3"), random.text(2, "xy"), random.below(4),
+                             random.once_in(3) ? "-nan" : std::to_string(random.below(3))));
+    const auto joined = [&] {
+      std::string all;
+      for (const std::string& block : blocks)
+        all += block;
+      return all + "\n";
+    };
+    for (const std::string order : {"chi_square", "+chi_square", "frequency", "+lemma1", "pattern"}) {
+      // Rows with the same members may differ in their numbers, so only the sort column and the members are the same.
+      const std::string shown = "--columns=lemma1,lemma2," + (order[0] == '+' ? order.substr(1) : order);
+      const std::string full = _table(joined(), {shown, "--sort", order});
+      std::istringstream lines(full);
+      std::string head;
+      std::string line;
+      for (int k = 0; k < 8 && std::getline(lines, line); ++k)
+        head += line + "\n";
+      EXPECT_EQ(_table(joined(), {shown, "--sort", order, "--top=7"}), head);
+      std::shuffle(blocks.begin(), blocks.end(), random.engine());
+      EXPECT_EQ(_table(joined(), {shown, "--sort", order}), full);
+    }
+  }
+}
+
+TEST(Table, CsvReadsBackAsWritten) {
+  test::Random random;
+  for (int round = 0; round < 200; ++round) {
+    const std::string a = random.text(6, "a,\"|\\\x01");
+    const std::string b = random.text(6, "b,\"'\xC4\x8D");
+    const std::string csv = _table(_pair(a, b, 1) + "\n", {"--columns=lemma1,lemma2", "--format=csv"});
+    std::vector<std::string> fields(1);
+    bool quoted = false;
+    for (std::size_t i = csv.find('\n') + 1; i < csv.size(); ++i) {
+      if (csv[i] == '"' && quoted && csv[i + 1] == '"')
+        fields.back() += csv[++i];
+      else if (csv[i] == '"')
+        quoted = !quoted;
+      else if (csv[i] == ',' && !quoted)
+        fields.emplace_back();
+      else if (quoted || (csv[i] != '\r' && csv[i] != '\n'))
+        fields.back() += csv[i];
+    }
+    EXPECT_EQ(fields, (std::vector<std::string>{a, b}));
+    EXPECT_EQ(_table(_pair(a, b, 1) + "\n", {"--columns=lemma"}), "lemma1\tlemma2\n" + a + "\t" + b + "\n");
+  }
+}
+
+TEST(Options, StandInTheManPage) {
+  const std::string source = __FILE__;
+  std::ifstream file(source.substr(0, source.find("tests/unit")) + "docs/ngrex-table.1");
+  std::string page((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  ASSERT_FALSE(page.empty());
+  std::size_t documented = 0;
+  std::istringstream lines(page);
+  // The heading of an option follows the macro of a tagged paragraph.
+  std::string previous;
+  for (std::string line; std::getline(lines, line); previous = line)
+    if (previous == ".TP" && line.find(" \\-\\-") != std::string::npos) ++documented;
+  EXPECT_EQ(documented, option_entries().size());
+  for (const OptionEntry& entry : option_entries()) {
+    std::string name(entry.name);
+    for (std::size_t at = 0; (at = name.find('-', at)) != std::string::npos; at += 2)
+      name.insert(at, "\\");
+    EXPECT_NE(page.find("\\-\\-" + name), std::string::npos) << entry.name;
+  }
+}
+
+}  // namespace
+}  // namespace colx::table
