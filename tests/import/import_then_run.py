@@ -1,0 +1,96 @@
+"""Property test: whatever ngrex-import writes, ngrex reads without a word on standard error.
+
+usage: import_then_run.py --import PROGRAM --program NGREX [--seed S] [--cases K]
+
+Makes random treebanks (CoNLL-U, CoNLL-X or datafiles, many of their lines damaged) from a printed seed, imports each with
+random options and runs ngrex over the result. The words and sentences that the importer reports must be those that ngrex
+counts.
+"""
+
+import argparse
+import os
+import random
+import re
+import subprocess
+import sys
+import tempfile
+
+PIECES = ["a", "b", "Praha", "don't", "x_y", "q:r", "a b", "\u00a0", "\u2028", "ž", "^", ";", "_", "-", "1", "\v", "\f", "\x01"]
+
+
+def field(random_, empty="_"):
+    return "".join(random_.choice(PIECES) for _ in range(random_.randint(1, 3))) if random_.random() < 0.9 else empty
+
+
+def sentence(random_, form):
+    words = random_.randint(1, 9)
+    rows = []
+    for i in range(1, words + 1):
+        head = random_.choice([h for h in range(words + 1) if h != i])
+        if random_.random() < 0.02:
+            head = random_.choice([i, words + 5, 70000])
+        order = i if random_.random() < 0.98 else random_.choice([0, i + 1, "x", ""])
+        relation = random_.choice(["nsubj", "conj", "obj:x", "Sb", "ATR_CO", "root", "_", "appos"])
+        if form == "datafile":
+            row = [order, field(random_), field(random_), field(random_), head, relation]
+        else:
+            feats = random_.choice(["_", "Case=Nom|Number=Sing", "Tense=Past", "casA"])
+            row = [order, field(random_), field(random_), random_.choice(["NOUN", "VERB", "_"]),
+                   random_.choice(["NN", "VB", "N-"]), feats, head, relation, "_", "_"]
+        if random_.random() < 0.02:
+            row.pop()
+        rows.append("\t".join(map(str, row)))
+        if form == "conllu" and random_.random() < 0.1:
+            rows.append("\t".join([random_.choice([f"{i}.1", f"{i}-{i + 1}"])] + ["_"] * 9))
+    if form == "conllu" and random_.random() < 0.5:
+        rows.insert(0, "# text = " + field(random_))
+    end = random_.choice(["\n", "\n", "\r\n"])
+    return end.join(rows) + end + end
+
+
+def counted(pattern, text):
+    found = re.search(pattern, text)
+    return int(found.group(1)) if found else None
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--import", dest="importer", required=True)
+    parser.add_argument("--program", required=True)
+    parser.add_argument("--seed", type=int, default=random.SystemRandom().randrange(2**32))
+    parser.add_argument("--cases", type=int, default=150)
+    arguments = parser.parse_args()
+    print(f"seed {arguments.seed}", flush=True)
+    runs = 0
+    for case in range(arguments.cases):
+        random_ = random.Random(f"{arguments.seed}/{case}")
+        form = random_.choice(["conllu", "conllu", "conllx", "datafile"])
+        with tempfile.TemporaryDirectory() as folder:
+            text = "".join(sentence(random_, form) for _ in range(random_.randint(1, 12)))
+            with open(os.path.join(folder, "treebank"), "wb") as treebank:
+                treebank.write(text.encode() if random_.random() < 0.9 else text.rstrip().encode())
+            options = ["--from", form, "-o", "words.dat", "--list", "list"]
+            options += random_.choice([[], ["--tag", "feats"], ["--tag", "upos"], ["--no-protect-lemmas"],
+                                       ["--relations", "keep"]])
+            report = subprocess.run([arguments.importer, *options, "treebank"], cwd=folder, capture_output=True)
+            if report.returncode != 0:
+                print(f"case {case}: import ended with {report.returncode}: {report.stderr.decode()}")
+                return 1
+            told = report.stderr.decode()
+            run = subprocess.run([arguments.program, "-i", "list", "-n", "2", "-o", "pairs", "-s", "counts"], cwd=folder,
+                                 capture_output=True)
+            with open(os.path.join(folder, "counts"), encoding="utf-8") as counts:
+                overall = counts.read().split("Overall datafiles statistics:")[1]
+            words = counted(r"words: +(\d+)", told), counted(r"# of words: (\d+)", overall)
+            sentences = counted(r"\nsentences: +(\d+)", told), counted(r"# of sentences: (\d+)", overall)
+            if run.returncode != 0 or run.stderr or words[0] != words[1] or sentences[0] != sentences[1]:
+                print(f"case {case} ({form}, {options}): status {run.returncode}, words {words}, sentences {sentences}")
+                print(run.stderr.decode())
+                return 1
+            runs += words[0] > 0
+    print(f"{arguments.cases} cases read without a warning, {runs} of them with words (seed {arguments.seed})")
+    return 0 if runs > 0 else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
