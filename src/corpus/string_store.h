@@ -29,7 +29,7 @@ class string_too_long : public std::length_error {
 template <typename Index>
 class StringStore : public RandomSizedMemoryPool<char> {
  public:
-  // Makes an empty store in blocks of `block_size` + 1 bytes; a text and its terminating zero must fit in one.
+  // Makes an empty store for texts that take, with their terminating zero, at most `block_size` + 1 bytes each.
   explicit StringStore(std::uint32_t block_size);
 
   // Returns the index of a text without zero bytes, which is copied when it is new. A text that is already there is

@@ -49,6 +49,7 @@ class ContextFilter {
   // Filter and tags must outlive this object, and the rules stay as they are.
   ContextFilter(UniRulesFilter& filter, const StringStore<std::uint8_t>& tags) : _filter(filter), _tags(tags) {}
 
+  // Tells whether a word with this tag is admitted.
   bool admits(std::uint8_t tag);
 
  private:

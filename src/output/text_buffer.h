@@ -17,6 +17,7 @@ namespace colx {
 // flush; the caller looks at the state of the stream.
 class TextBuffer {
  public:
+  // Texts up to this length go through the buffer; longer ones go straight to the stream.
   static constexpr std::size_t slack = std::size_t{1} << 10;
 
   explicit TextBuffer(std::ostream& stream) : _stream(stream), _buffer(block + slack) {}
