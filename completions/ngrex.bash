@@ -20,8 +20,9 @@ _ngrex_complete() {
       esac
       ;;
     ngrex-table)
-      options='--columns --cells --pattern --measures --sort --top --min-frequency --where --format --help --version'
-      files=' -o --output '
+      options='--columns --cells --pattern --measures --sort --top --min-frequency --where --format -h --help
+        --version'
+      files=' '
       case $previous in
         --format) values='tsv csv jsonl markdown ucs table' ;;
         --measures) values="G2 X2 MI MI3 logDice Dice t z Fisher odds_ratio" ;;

@@ -5,14 +5,14 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <unordered_set>
 #include <utility>
 
+#include "companion/descriptor.h"
+#include "companion/errors.h"
 #include "import/sentence.h"
 
 namespace colx {
@@ -54,10 +54,6 @@ DatafileWriter::~DatafileWriter() {
   if (_descriptor >= 0 && !_path.empty()) close(_descriptor);
 }
 
-void DatafileWriter::_fail(const char* what) const {
-  throw datafile_error(_name + ": " + what + ": " + std::strerror(errno));
-}
-
 void DatafileWriter::_open() {
   _words = 0;
   if (_path.empty()) {
@@ -67,26 +63,19 @@ void DatafileWriter::_open() {
   }
   _name = _split == 0 ? _path : numbered_path(_path, _paths.size() + 1);
   _descriptor = open(_name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  if (_descriptor < 0) _fail("cannot be opened for writing");
+  if (_descriptor < 0) throw output_error(fmt::format("cannot open {} for writing: {}", _name, system_reason()));
   _paths.push_back(_name);
 }
 
 void DatafileWriter::_flush() {
-  for (std::size_t written = 0; written < _buffer.size();) {
-    const ssize_t count = ::write(_descriptor, _buffer.data() + written, _buffer.size() - written);
-    if (count >= 0) {
-      written += static_cast<std::size_t>(count);
-    } else if (errno != EINTR) {
-      _fail("cannot be written");
-    }
-  }
+  write_fully(_descriptor, _buffer, _name);
   _buffer.clear();
 }
 
 void DatafileWriter::_close() {
   _flush();
   const int descriptor = std::exchange(_descriptor, -1);
-  if (close(descriptor) != 0) _fail("cannot be written");
+  if (close(descriptor) != 0) throw output_error(fmt::format("cannot write to {}: {}", _name, system_reason()));
 }
 
 void DatafileWriter::write(std::string_view sentence, std::uint64_t words) {
@@ -121,10 +110,10 @@ void extend_list(const std::string& list, const std::vector<std::string>& paths)
     if (!named.contains(path)) added += path + "\n";
   }
   std::ofstream file(list, std::ios::binary | std::ios::app);
-  if (!file) throw datafile_error(list + ": cannot be opened for writing: " + std::strerror(errno));
+  if (!file) throw output_error(fmt::format("cannot open {} for writing: {}", list, system_reason()));
   file << added;
   file.close();
-  if (!file) throw datafile_error(list + ": cannot be written: " + std::strerror(errno));
+  if (!file) throw output_error(fmt::format("cannot write to {}: {}", list, system_reason()));
 }
 
 }  // namespace colx

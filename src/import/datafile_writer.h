@@ -3,18 +3,11 @@
 // Writing of datafiles, and of the list that names them.
 
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace colx {
-
-// Says that an output cannot be opened or written; the text names it and the reason.
-class datafile_error : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
 
 // A field as it may stand in a datafile: every white-space character becomes U+00A0, an empty field becomes "_".
 std::string datafile_field(std::string_view text);
@@ -23,7 +16,7 @@ std::string datafile_field(std::string_view text);
 // the file name, as in corpus-0001.dat.
 std::string numbered_path(const std::string& path, std::uint64_t number);
 
-// Writes sentences to one datafile or, in turn, to several. All functions that write throw datafile_error.
+// Writes sentences to one datafile or, in turn, to several. All functions that write throw output_error.
 class DatafileWriter {
  public:
   // An empty path is standard output. With `split` other than 0 a new file is begun where a sentence would bring the
@@ -47,7 +40,6 @@ class DatafileWriter {
   void _open();
   void _flush();
   void _close();
-  [[noreturn]] void _fail(const char* what) const;
 
   std::string _path;
   std::uint64_t _split;
@@ -59,7 +51,7 @@ class DatafileWriter {
 };
 
 // Appends those paths to a list file that it does not name yet; creates the file when it is not there. Throws
-// datafile_error.
+// output_error.
 void extend_list(const std::string& list, const std::vector<std::string>& paths);
 
 }  // namespace colx

@@ -4,10 +4,10 @@
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
+#include "companion/command_line.h"
 #include "import/sentence.h"
 #include "import/tagset.h"
 
@@ -27,23 +27,14 @@ struct ImportSettings {
   bool check = false;
   bool strict = false;
   bool quiet = false;
+
+  std::string information;  // what --help, --version or --tag-table print; the run then does nothing else
 };
 
-// One option of the table that feeds the command line; the man page and the completion name the same.
-struct ImportOption {
-  const char* names;  // separated by commas
-  const char* value;  // the name of its value; empty: a flag
-  const char* help;
-};
-std::span<const ImportOption> import_options();
+// What ngrex-import says of itself, with all its options.
+extern constinit const Program import_program;
 
-// Either settings, or what to print and the exit status to end with: 0 for --help, --version and --tag-table, whose
-// text goes to standard output, and 2 for a wrong command line, whose text goes to standard error.
-struct ImportCommand {
-  std::optional<ImportSettings> settings;
-  int status = 0;
-  std::string text;
-};
-ImportCommand parse_import_command(const std::vector<std::string>& arguments);
+// Parses a command line without the program's name. Throws usage_error.
+ImportSettings parse_import_options(const std::vector<std::string>& arguments);
 
 }  // namespace colx

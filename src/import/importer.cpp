@@ -5,15 +5,15 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
-#include <exception>
 #include <iterator>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <utility>
 
+#include "companion/descriptor.h"
+#include "companion/errors.h"
 #include "import/datafile_writer.h"
 #include "import/import_options.h"
 #include "import/import_report.h"
@@ -85,7 +85,7 @@ class Importer {
   explicit Importer(const ImportSettings& settings)
       : _settings(settings), _report(settings.mask), _bar(settings.inputs, !settings.quiet) {}
 
-  // Returns the exit status. Throws source_error and datafile_error.
+  // Returns the exit status. Throws input_error and output_error.
   int run() {
     _find_inputs();
     if (!_settings.check) _writer = std::make_unique<DatafileWriter>(_settings.output, _settings.split);
@@ -123,9 +123,10 @@ class Importer {
       struct stat status {};
       const bool regular = path != "-" && stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
       if (path != "-" && access(path.c_str(), R_OK) != 0) {
-        throw source_error(path + ": cannot be opened for reading: " + std::strerror(errno));
+        throw input_error(fmt::format("cannot open {} for reading: {}", path, system_reason()));
       }
-      if (path != "-" && S_ISDIR(status.st_mode)) throw source_error(path + ": cannot be read: it is a directory");
+      if (path != "-" && S_ISDIR(status.st_mode))
+        throw input_error(fmt::format("cannot read {}: it is a directory", path));
       if (regular) source.reset();
       _inputs.push_back(std::move(source));
     }
@@ -135,7 +136,7 @@ class Importer {
   void _refuse_overwriting(const std::string& input) const {
     const auto refuse = [&](const std::string& output) {
       if (!output.empty() && _is_same_file(output, input)) {
-        throw datafile_error(output + ": is an input and would be overwritten");
+        throw output_error(output + ": is an input and would be overwritten");
       }
     };
     refuse(_settings.list);
@@ -145,9 +146,9 @@ class Importer {
   TreebankFormat _format_of(TreebankSource& source) const {
     const auto format = _settings.format ? _settings.format : recognise_format(source.preview());
     if (!format) {
-      throw source_error(source.name() +
-                         ": expected rows of 10 columns separated by TAB (CoNLL-U, CoNLL-X) or of 6 fields (datafile), "
-                         "found neither; --from FORMAT tells which it is");
+      throw input_error(source.name() +
+                        ": expected rows of 10 columns separated by TAB (CoNLL-U, CoNLL-X) or of 6 fields (datafile), "
+                        "found neither; --from FORMAT tells which it is");
     }
     return *format;
   }
@@ -249,27 +250,20 @@ class Importer {
   std::uint64_t _problems = 0;
 };
 
-int _print(const std::string& text, std::FILE* stream) {
-  const bool written = std::fputs(text.c_str(), stream) >= 0 && std::fflush(stream) == 0;
-  if (!written) _say(std::string("ngrex-import: standard output: cannot be written: ") + std::strerror(errno) + "\n");
-  return written ? 0 : 1;
-}
-
 }  // namespace
 
 int run_import(const std::vector<std::string>& arguments) {
-  const ImportCommand command = parse_import_command(arguments);
-  if (!command.settings) {
-    const int printed = _print(command.text, command.status == 0 ? stdout : stderr);
-    return command.status != 0 ? command.status : printed;
+  const ImportSettings settings = parse_import_options(arguments);
+  if (!settings.information.empty()) {
+    write_to_standard_output(settings.information);
+    return 0;
   }
-  Importer importer(*command.settings);
+  Importer importer(settings);
   try {
     return importer.run();
-  } catch (const std::exception& error) {
+  } catch (const std::runtime_error& error) {
     importer.clear_bar();
-    _say(std::string("ngrex-import: ") + error.what() + "; stopping\n");
-    return 1;
+    throw std::runtime_error(fmt::format("{}; stopping", error.what()));
   }
 }
 

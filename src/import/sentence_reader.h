@@ -27,7 +27,7 @@ class SentenceReader {
   SentenceReader(TreebankSource& source, TreebankFormat format) : _source(source), _format(format) {}
 
   // Reads the next sentence that has at least one row; returns false at the end. `problems` holds those of this
-  // sentence. Passes on source_error.
+  // sentence. Passes on input_error.
   bool next(TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
 
   const PassedRows& passed() const { return _passed; }

@@ -3,9 +3,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
+
+#include "companion/descriptor.h"
+#include "companion/errors.h"
 
 namespace colx {
 
@@ -18,69 +19,48 @@ constexpr int gzip_only = 15 + 16;  // largest window, gzip header and trailer
 
 }  // namespace
 
-TreebankSource::TreebankSource(const std::string& path, bool rewindable) : _raw(block_size) {
-  if (path == "-") {
-    _name = "standard input";
-    _descriptor = STDIN_FILENO;
-  } else {
-    _name = path;
-    _descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (_descriptor < 0) throw source_error(path + ": cannot be opened for reading: " + std::strerror(errno));
-    _owned = true;
-  }
+TreebankSource::TreebankSource(const std::string& path, bool rewindable)
+    : _name(input_name(path)), _descriptor(open_for_reading(path)), _raw(block_size) {
   try {
     if (rewindable && lseek(_descriptor, 0, SEEK_CUR) != 0) _spool();
     _start();
   } catch (...) {
-    if (_inflater_made) inflateEnd(&_inflater);
-    if (_owned) close(_descriptor);
+    _release();
     throw;
   }
 }
 
 TreebankSource::~TreebankSource() {
+  _release();
+}
+
+void TreebankSource::_release() {
   if (_inflater_made) inflateEnd(&_inflater);
-  if (_owned) close(_descriptor);
+  close_input(_descriptor);
 }
 
 void TreebankSource::_fail(const std::string& reason) const {
-  throw source_error(_name + ": " + reason);
-}
-
-std::size_t TreebankSource::_read_raw(unsigned char* to, std::size_t size) {
-  for (;;) {
-    const ssize_t count = read(_descriptor, to, size);
-    if (count >= 0) return static_cast<std::size_t>(count);
-    if (errno != EINTR) _fail(std::string("cannot be read: ") + std::strerror(errno));
-  }
+  throw input_error(_name + ": " + reason);
 }
 
 // Replaces the descriptor by one of a temporary file that holds the same bytes and disappears with it.
 void TreebankSource::_spool() {
+  const std::string copy_name = "the temporary copy of " + _name;
   std::FILE* const file = std::tmpfile();
-  if (file == nullptr) _fail(std::string("cannot be kept in a temporary file: ") + std::strerror(errno));
+  if (file == nullptr) throw output_error("cannot make " + copy_name + ": " + system_reason());
   const int copy = fcntl(fileno(file), F_DUPFD_CLOEXEC, 3);
   std::fclose(file);
-  if (copy < 0) _fail(std::string("cannot be kept in a temporary file: ") + std::strerror(errno));
+  if (copy < 0) throw output_error("cannot make " + copy_name + ": " + system_reason());
   try {
-    while (const std::size_t size = _read_raw(_raw.data(), _raw.size())) {
-      for (std::size_t written = 0; written < size;) {
-        const ssize_t count = write(copy, _raw.data() + written, size - written);
-        if (count >= 0) {
-          written += static_cast<std::size_t>(count);
-        } else if (errno != EINTR) {
-          _fail(std::string("cannot be kept in a temporary file: ") + std::strerror(errno));
-        }
-      }
-    }
-    if (lseek(copy, 0, SEEK_SET) != 0) _fail("cannot be read again");
+    while (const std::size_t size = read_some(_descriptor, _raw.data(), _raw.size(), _name))
+      write_fully(copy, {reinterpret_cast<const char*>(_raw.data()), size}, copy_name);
+    if (lseek(copy, 0, SEEK_SET) != 0) _fail("cannot be read again: " + system_reason());
   } catch (...) {
     close(copy);
     throw;
   }
-  if (_owned) close(_descriptor);
+  close_input(_descriptor);
   _descriptor = copy;
-  _owned = true;
 }
 
 void TreebankSource::_start() {
@@ -93,7 +73,7 @@ void TreebankSource::_start() {
   _at_end = false;
   // A pipe may give a single byte at first.
   while (_raw_end < 2) {
-    const std::size_t count = _read_raw(_raw.data() + _raw_end, _raw.size() - _raw_end);
+    const std::size_t count = read_some(_descriptor, _raw.data() + _raw_end, _raw.size() - _raw_end, _name);
     if (count == 0) break;
     _raw_end += count;
   }
@@ -120,7 +100,7 @@ bool TreebankSource::_fill() {
   for (;;) {
     if (_raw_begin == _raw_end) {
       _raw_begin = 0;
-      _raw_end = _read_raw(_raw.data(), _raw.size());
+      _raw_end = read_some(_descriptor, _raw.data(), _raw.size(), _name);
       _bytes_read += _raw_end;
       if (_raw_end == 0) {
         if (_inside_member) _fail("the compressed data end too early; the file is truncated");
@@ -193,7 +173,7 @@ bool TreebankSource::next_line(std::string_view& line) {
 }
 
 void TreebankSource::rewind() {
-  if (lseek(_descriptor, 0, SEEK_SET) != 0) _fail(std::string("cannot be read again: ") + std::strerror(errno));
+  if (lseek(_descriptor, 0, SEEK_SET) != 0) _fail("cannot be read again: " + system_reason());
   _start();
 }
 

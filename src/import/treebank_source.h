@@ -6,25 +6,18 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace colx {
 
-// Says that an input cannot be opened or read to its end; the text names it and the reason.
-class source_error : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
 // Reads one input line by line. Gzip is recognised by its first two bytes, several members in a row are one text; a
 // member that ends early, fails its checksum or is followed by other bytes is an error. Owns its descriptor.
 class TreebankSource {
  public:
   // Opens the input: "-" is standard input. With `rewindable` an input that cannot be read twice, such as a pipe, is
-  // first copied to a temporary file without a name. Throws source_error, as do all functions that read.
+  // first copied to a temporary file without a name. Throws input_error, as do all functions that read.
   TreebankSource(const std::string& path, bool rewindable);
   ~TreebankSource();
 
@@ -52,7 +45,7 @@ class TreebankSource {
   void rewind();
 
  private:
-  std::size_t _read_raw(unsigned char* to, std::size_t size);
+  void _release();
   void _spool();
   void _start();
   bool _fill();
@@ -60,8 +53,7 @@ class TreebankSource {
   [[noreturn]] void _fail(const std::string& reason) const;
 
   std::string _name;
-  int _descriptor = -1;
-  bool _owned = false;
+  int _descriptor;
   std::vector<unsigned char> _raw;
   std::size_t _raw_begin = 0;
   std::size_t _raw_end = 0;

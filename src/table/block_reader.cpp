@@ -1,18 +1,14 @@
 #include "table/block_reader.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <system_error>
 
 #include <fmt/format.h>
 
-#include "table/errors.h"
+#include "companion/descriptor.h"
+#include "companion/errors.h"
 
 namespace colx::table {
 
@@ -251,15 +247,10 @@ double measure_value(std::string_view text) {
 }
 
 BlockReader::BlockReader(const std::string& path, std::size_t buffer)
-    : _name(path == "-" ? "standard input" : path),
-      _file(path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC)),
-      _buffer(buffer == 0 ? 1 : buffer) {
-  if (_file < 0)
-    throw InputError(fmt::format("cannot open {} for reading: {}", _name, std::generic_category().message(errno)));
-}
+    : _name(input_name(path)), _buffer(buffer == 0 ? 1 : buffer), _file(open_for_reading(path)) {}
 
 BlockReader::~BlockReader() {
-  if (_file > STDIN_FILENO) ::close(_file);
+  close_input(_file);
 }
 
 bool BlockReader::_refill() {
@@ -267,15 +258,9 @@ bool BlockReader::_refill() {
   _end -= _begin;
   _begin = 0;
   if (_end == _buffer.size()) _buffer.resize(2 * _buffer.size());
-  for (;;) {
-    const ssize_t got = ::read(_file, _buffer.data() + _end, _buffer.size() - _end);
-    if (got >= 0) {
-      _end += static_cast<std::size_t>(got);
-      return got > 0;
-    }
-    if (errno != EINTR)
-      throw InputError(fmt::format("cannot read {}: {}", _name, std::generic_category().message(errno)));
-  }
+  const std::size_t got = read_some(_file, _buffer.data() + _end, _buffer.size() - _end, _name);
+  _end += got;
+  return got > 0;
 }
 
 bool BlockReader::next(Block& block) {
@@ -307,7 +292,7 @@ bool BlockReader::next(Block& block) {
 }
 
 void BlockReader::_fail(std::uint64_t line, const std::string& message) const {
-  throw InputError(fmt::format("{}: line {}: {}", _name, line, message));
+  throw input_error(fmt::format("{}: line {}: {}", _name, line, message));
 }
 
 }  // namespace colx::table

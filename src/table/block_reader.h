@@ -32,7 +32,7 @@ class BlockReader {
  public:
   static constexpr std::size_t default_buffer = std::size_t{1} << 20;
 
-  // Opens a file; `-` is standard input. `buffer` is the number of bytes asked for at a time. Throws InputError.
+  // Opens a file; `-` is standard input. `buffer` is the number of bytes asked for at a time. Throws input_error.
   explicit BlockReader(const std::string& path, std::size_t buffer = default_buffer);
   ~BlockReader();
 
@@ -40,7 +40,7 @@ class BlockReader {
   BlockReader& operator=(const BlockReader&) = delete;
 
   // Takes the next block, whose texts stay valid until the next call; false at the end of a complete file. Throws
-  // InputError with the name of the input and the number of the line when the input is malformed or truncated.
+  // input_error with the name of the input and the number of the line when the input is malformed or truncated.
   bool next(Block& block);
 
  private:
@@ -48,11 +48,11 @@ class BlockReader {
   [[noreturn]] void _fail(std::uint64_t line, const std::string& message) const;
 
   std::string _name;
-  int _file = -1;
   bool _at_end = false;
   std::size_t _n = 0;        // of the first block
   std::uint64_t _lines = 0;  // before the block at _begin
   std::vector<char> _buffer;
+  int _file;
   std::size_t _begin = 0;
   std::size_t _end = 0;
 };

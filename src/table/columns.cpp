@@ -7,9 +7,9 @@
 
 #include <fmt/format.h>
 
+#include "companion/errors.h"
 #include "table/association.h"
 #include "table/block_reader.h"
-#include "table/errors.h"
 
 namespace colx::table {
 
@@ -123,7 +123,7 @@ void check_column(const Column& column, std::size_t n) {
     for (const Name& numbered : _numbered)
       if (column.quantity == numbered.quantity) exists = column.index < _count_of(column.quantity, n);
   }
-  if (!exists) throw UsageError(fmt::format("N-grams of {} words, as in this file, have no {}", n, column.name));
+  if (!exists) throw usage_error(fmt::format("N-grams of {} words, as in this file, have no {}", n, column.name));
 }
 
 std::vector<Column> expand_column(std::string_view name, std::size_t n) {
@@ -134,7 +134,7 @@ std::vector<Column> expand_column(std::string_view name, std::size_t n) {
     return result;
   }
   const auto column = find_column(name);
-  if (!column.has_value()) throw UsageError(fmt::format("there is no column \"{}\"", name));
+  if (!column.has_value()) throw usage_error(fmt::format("there is no column \"{}\"", name));
   if (n != 0) check_column(*column, n);
   result.push_back(*column);
   return result;

@@ -65,11 +65,11 @@ struct Row {
 std::optional<Column> find_column(std::string_view name);
 
 // The columns that a word of a column list stands for: one column, or with a name like `lemma` all its numbered columns
-// up to n. Throws UsageError when the name is unknown or the column does not exist for N-grams of n words. With n = 0
+// up to n. Throws usage_error when the name is unknown or the column does not exist for N-grams of n words. With n = 0
 // (no N-gram is known) every known name is accepted, and a name like `lemma` stands for no column.
 std::vector<Column> expand_column(std::string_view name, std::size_t n);
 
-// Throws UsageError when N-grams of n words have no such column.
+// Throws usage_error when N-grams of n words have no such column.
 void check_column(const Column& column, std::size_t n);
 
 // What the table has when nothing is said about columns.

@@ -1,127 +1,110 @@
 #include "table/options.h"
 
-#include <CLI/CLI.hpp>
 #include <array>
-#include <charconv>
-#include <map>
+#include <string_view>
+#include <utility>
 
 #include <fmt/format.h>
 
+#include "companion/errors.h"
 #include "table/association.h"
-#include "table/errors.h"
 
 namespace colx::table {
 
 namespace {
 
 constexpr std::array<OptionEntry, 11> _entries = {{
-    {"columns", "LIST", "Columns to print, separated by commas"},
-    {"cells", "", "Add the cells of the contingency table"},
-    {"pattern", "", "Add the N-gram as a readable tree"},
-    {"measures", "LIST",
-     "Add textbook measures, separated by commas: G2, X2, MI, MI3, logDice, Dice, t, z; for pairs Fisher, odds_ratio"},
-    {"sort", "COLUMN", "Sort by a column, descending; +COLUMN ascending"},
-    {"top", "K", "Print the first K rows only"},
-    {"min-frequency", "F", "Leave out N-grams that occur less than F times"},
-    {"where", "CONDITION",
-     "Leave out N-grams that do not meet 'COLUMN=VALUE' or 'COLUMN~REGEX'; may be given several times", true},
-    {"format", "FORMAT", "tsv, csv, jsonl, markdown, ucs or table (default: table on a terminal, tsv otherwise)"},
-    {"help", "", "Print this help and exit"},
-    {"version", "", "Print the version and exit"},
+    {"--columns", "LIST", "columns to print, separated by commas"},
+    {"--cells", "", "add the cells of the contingency table"},
+    {"--pattern", "", "add the N-gram as a readable tree"},
+    {"--measures", "LIST",
+     "add textbook measures, separated by commas: G2, X2, MI, MI3, logDice, Dice, t, z; for pairs Fisher, odds_ratio"},
+    {"--sort", "COLUMN", "sort by a column, descending; +COLUMN ascending"},
+    {"--top", "K", "print the first K rows only"},
+    {"--min-frequency", "F", "leave out N-grams that occur less than F times"},
+    {"--where", "CONDITION",
+     "leave out N-grams that do not meet 'COLUMN=VALUE' or 'COLUMN~REGEX'; may be given several times"},
+    {"--format", "FORMAT", "tsv, csv, jsonl, markdown, ucs or table; default table on a terminal, else tsv"},
+    {"-h,--help", "", "print this help and exit"},
+    {"--version", "", "print the version and exit"},
 }};
 
-constexpr std::string_view _footer =
-    "FILE is an output datafile of ngrex; without FILE, or with -, standard input is read.\n"
-    "Columns: rank, lemma1 to lemmaN, tag1.., parent1.., relation1.., frequency, marginal1..,\n"
-    "total, chi_square, log_likelihood and for pairs mutual_information, pearson, t_test,\n"
-    "z_score; cell0.., pattern, and every measure of --measures. In --columns a name\n"
-    "without its number (lemma) stands for all of its columns.\n"
-    "Example: ngrex-table --min-frequency 3 --measures logDice --sort logDice --top 20 pairs.txt";
-
-std::vector<std::string> _split_list(std::string_view option, std::string_view list) {
+std::vector<std::string> _split_list(std::string_view key, std::string_view list) {
   std::vector<std::string> result;
   for (;;) {
     const std::size_t comma = list.find(',');
     result.emplace_back(list.substr(0, comma));
-    if (result.back().empty()) throw UsageError(fmt::format("the list of --{} has an empty name", option));
+    if (result.back().empty()) throw usage_error(fmt::format("--{}: the list has an empty name", key));
     if (comma == std::string_view::npos) return result;
     list.remove_prefix(comma + 1);
   }
 }
 
-std::uint64_t _whole_number(std::string_view option, std::string_view text) {
-  std::uint64_t value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size())
-    throw UsageError(fmt::format("--{} expects a whole number from 0, not \"{}\"", option, text));
-  return value;
+Format _format_named(const std::string& name) {
+  const auto format = find_format(name);
+  if (!format.has_value())
+    throw usage_error(fmt::format("--format: expected tsv, csv, jsonl, markdown, ucs or table, found \"{}\"", name));
+  return *format;
+}
+
+void _apply(std::string_view key, const std::string& value, Options& options) {
+  if (key == "columns")
+    options.columns = _split_list(key, value);
+  else if (key == "cells")
+    options.cells = true;
+  else if (key == "pattern")
+    options.pattern = true;
+  else if (key == "measures")
+    options.measures = _split_list(key, value);
+  else if (key == "sort")
+    options.sort = parse_sort_order(value);
+  else if (key == "top")
+    options.top = whole_number(key, value, 0);
+  else if (key == "min-frequency")
+    options.min_frequency = whole_number(key, value, 0);
+  else if (key == "where")
+    options.filters.emplace_back(value);
+  else if (key == "format")
+    options.format = _format_named(value);
 }
 
 void _check_names(const Options& options) {
   for (const std::string& name : options.columns)
     expand_column(name, 0);
   for (const std::string& name : options.measures)
-    if (!find_association(name).has_value()) throw UsageError(fmt::format("there is no measure \"{}\"", name));
+    if (!find_association(name).has_value()) throw usage_error(fmt::format("there is no measure \"{}\"", name));
 }
 
 }  // namespace
 
-std::span<const OptionEntry> option_entries() {
-  return _entries;
-}
+constinit const Program program = {
+    .name = "ngrex-table",
+    .operands = "[FILE]",
+    .purpose =
+        "Print the N-grams of an output datafile of ngrex as a table, one row each.\n"
+        "Without FILE, or when FILE is -, read standard input.",
+    .notes =
+        "Columns: rank, lemma1 to lemmaN, tag1.., parent1.., relation1.., frequency,\n"
+        "marginal1.., total, chi_square, log_likelihood and for pairs mutual_information,\n"
+        "pearson, t_test, z_score; cell0.., pattern, and every measure of --measures.\n"
+        "In --columns a name without its number (lemma) stands for all of its columns.\n"
+        "Example:\n"
+        "  ngrex-table --min-frequency 3 --measures logDice --sort logDice pairs.txt\n"
+        "Exit status: 0 when the table is complete, 1 for failures, 2 for a wrong\n"
+        "command line.",
+    .options = _entries,
+    .most_files = 1,
+};
 
-Options parse_options(int argc, const char* const* argv) {
-  CLI::App app("Print the N-grams of an output datafile as a table, one row each.", "ngrex-table");
-  app.set_help_flag();
-  app.footer(std::string(_footer));
-  app.get_formatter()->column_width(26);
-
-  std::map<std::string_view, bool> switches;
-  std::map<std::string_view, std::vector<std::string>> values;
-  for (const OptionEntry& entry : _entries) {
-    const std::string name = "--" + std::string(entry.name);
-    if (entry.value.empty()) {
-      app.add_flag(name, switches[entry.name], std::string(entry.help));
-      continue;
-    }
-    CLI::Option* const option = app.add_option(name, values[entry.name], std::string(entry.help));
-    option->type_name(std::string(entry.value))->expected(1)->allow_extra_args(false);
-    option->multi_option_policy(entry.repeatable ? CLI::MultiOptionPolicy::TakeAll : CLI::MultiOptionPolicy::TakeLast);
-  }
+Options parse_options(const std::vector<std::string>& arguments) {
+  const CommandLine line = parse_command_line(program, arguments);
   Options options;
-  app.add_option("FILE", options.input, "The output datafile")->type_name("");
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    throw UsageError(error.what());
+  for (const auto& [key, value] : line.options) {
+    options.information = answer(program, key);
+    if (!options.information.empty()) return options;
+    _apply(key, value, options);
   }
-
-  if (switches["help"]) {
-    options.information = app.help();
-    return options;
-  }
-  if (switches["version"]) {
-    options.information = "ngrex-table " NGREX_VERSION "\n";
-    return options;
-  }
-  const auto given = [&](std::string_view name) -> const std::string* {
-    return values[name].empty() ? nullptr : &values[name].back();
-  };
-  options.cells = switches["cells"];
-  options.pattern = switches["pattern"];
-  if (const auto* const list = given("columns")) options.columns = _split_list("columns", *list);
-  if (const auto* const list = given("measures")) options.measures = _split_list("measures", *list);
-  if (const auto* const name = given("sort")) options.sort = parse_sort_order(*name);
-  if (const auto* const number = given("top")) options.top = _whole_number("top", *number);
-  if (const auto* const number = given("min-frequency"))
-    options.min_frequency = _whole_number("min-frequency", *number);
-  for (const std::string& condition : values["where"])
-    options.filters.emplace_back(condition);
-  if (const auto* const name = given("format")) {
-    options.format = find_format(*name);
-    if (!options.format.has_value())
-      throw UsageError(fmt::format("--format expects tsv, csv, jsonl, markdown, ucs or table, not \"{}\"", *name));
-  }
+  if (!line.files.empty()) options.input = line.files.front();
   _check_names(options);
   return options;
 }

@@ -2,31 +2,20 @@
 
 // The command line of ngrex-table.
 
-#include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "companion/command_line.h"
 #include "table/row_filter.h"
 #include "table/sorted_rows.h"
 #include "table/writers.h"
 
 namespace colx::table {
 
-// One option as the user sees it. This table is what the command line is parsed by, and what man page and completion
-// are checked against.
-struct OptionEntry {
-  std::string_view name;   // without its two hyphens
-  std::string_view value;  // name of the value in the help text; empty: the option is a switch
-  std::string_view help;
-  bool repeatable = false;
-};
-
-// All options, --help and --version included.
-std::span<const OptionEntry> option_entries();
+// What ngrex-table says of itself, with all its options.
+extern constinit const Program program;
 
 // What a run is to do.
 struct Options {
@@ -44,7 +33,7 @@ struct Options {
   std::string information;  // what --help or --version print; the run then does nothing else
 };
 
-// Parses a command line. Throws UsageError.
-Options parse_options(int argc, const char* const* argv);
+// Parses a command line without the program's name. Throws usage_error.
+Options parse_options(const std::vector<std::string>& arguments);
 
 }  // namespace colx::table

@@ -43,8 +43,7 @@ class Output {
   std::string _pending;
 };
 
-// Standard output. A text that cannot be written, for instance because the disk is full or the reader has gone, is an
-// OutputError.
+// Standard output. Throws output_error when a text cannot be written, for instance because the disk is full.
 class StandardOutput : public Output {
  private:
   void _deliver(std::string_view text) override;

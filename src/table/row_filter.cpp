@@ -9,7 +9,7 @@
 
 #include <fmt/format.h>
 
-#include "table/errors.h"
+#include "companion/errors.h"
 
 namespace colx::table {
 
@@ -19,7 +19,7 @@ struct RowFilter::Expression {
     if (error == 0) return;
     std::array<char, 200> message{};
     regerror(error, &compiled, message.data(), message.size());
-    throw UsageError(fmt::format("the regular expression \"{}\" cannot be used: {}", text, message.data()));
+    throw usage_error(fmt::format("the regular expression \"{}\" cannot be used: {}", text, message.data()));
   }
   ~Expression() { regfree(&compiled); }
 
@@ -45,7 +45,7 @@ double _number_from(std::string_view text, std::string_view condition) {
   double value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc() || end != text.data() + text.size())
-    throw UsageError(fmt::format("\"{}\" compares a numeric column with something that is no number", condition));
+    throw usage_error(fmt::format("\"{}\" compares a numeric column with something that is no number", condition));
   return value;
 }
 
@@ -54,13 +54,13 @@ double _number_from(std::string_view text, std::string_view condition) {
 RowFilter::RowFilter(std::string_view condition) {
   const std::size_t at = condition.find_first_of("=~");
   if (at == std::string_view::npos)
-    throw UsageError(fmt::format("the condition \"{}\" has neither = nor ~", condition));
+    throw usage_error(fmt::format("the condition \"{}\" has neither = nor ~", condition));
   const auto column = find_column(condition.substr(0, at));
   if (!column.has_value())
-    throw UsageError(fmt::format("the condition \"{}\" begins with no column: there is no \"{}\"", condition,
-                                 condition.substr(0, at)));
+    throw usage_error(fmt::format("the condition \"{}\" begins with no column: there is no \"{}\"", condition,
+                                  condition.substr(0, at)));
   if (!column->is_of_block())
-    throw UsageError(
+    throw usage_error(
         fmt::format("the condition \"{}\" asks for the {}, which is known only afterwards", condition, column->name));
   _column = *column;
   _text = condition.substr(at + 1);

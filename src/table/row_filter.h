@@ -18,8 +18,8 @@ namespace colx::table {
 // those of the locale.
 class RowFilter {
  public:
-  // Throws UsageError when the condition has no column, no operator, a value that is no number for a numeric column, or
-  // a broken expression.
+  // Throws usage_error when the condition has no column, no operator, a value that is no number for a numeric column,
+  // or a broken expression.
   explicit RowFilter(std::string_view condition);
 
   const Column& column() const { return _column; }

@@ -7,7 +7,7 @@
 
 #include <fmt/format.h>
 
-#include "table/errors.h"
+#include "companion/errors.h"
 
 namespace colx::table {
 
@@ -16,8 +16,8 @@ SortOrder parse_sort_order(std::string_view name) {
   order.ascending = name.starts_with('+');
   if (order.ascending) name.remove_prefix(1);
   const auto column = find_column(name);
-  if (!column.has_value()) throw UsageError(fmt::format("cannot sort: there is no column \"{}\"", name));
-  if (!column->is_of_block()) throw UsageError("cannot sort by the rank, which is the place in the sorted table");
+  if (!column.has_value()) throw usage_error(fmt::format("cannot sort: there is no column \"{}\"", name));
+  if (!column->is_of_block()) throw usage_error("cannot sort by the rank, which is the place in the sorted table");
   order.column = *column;
   return order;
 }

@@ -20,7 +20,7 @@ struct SortOrder {
 };
 
 // An order from its name on the command line: a column for descending order, with `+` before it for ascending. Throws
-// UsageError when there is no such column or it is the rank.
+// usage_error when there is no such column or it is the rank.
 SortOrder parse_sort_order(std::string_view name);
 
 // Collects blocks and gives them back in order. Numbers are compared by value, with not-a-number last in both

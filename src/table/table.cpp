@@ -3,9 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <memory>
 #include <new>
 #include <string>
@@ -14,8 +12,9 @@
 
 #include <fmt/format.h>
 
+#include "companion/descriptor.h"
+#include "companion/errors.h"
 #include "table/block_reader.h"
-#include "table/errors.h"
 
 namespace colx::table {
 
@@ -43,7 +42,7 @@ std::vector<Column> _chosen_columns(const Options& options, std::size_t n) {
 
 void _check_for_n(const Options& options, Format format, std::size_t n) {
   if (format == Format::ucs && n != 2)
-    throw UsageError(fmt::format("the format ucs is for pairs; this file has N-grams of {} words", n));
+    throw usage_error(fmt::format("the format ucs is for pairs; this file has N-grams of {} words", n));
   for (const std::string& name : options.measures)
     check_column(*find_column(name), n);
   for (const RowFilter& filter : options.filters)
@@ -119,11 +118,6 @@ bool _is_set(const char* variable) {
   return value != nullptr && *value != '\0';
 }
 
-int _complain(const std::string& message, int status) {
-  std::fputs(fmt::format("ngrex-table: {}\n", message).c_str(), stderr);
-  return status;
-}
-
 }  // namespace
 
 void write_table(const Options& options, Output& output, bool on_terminal, bool bold) {
@@ -138,36 +132,29 @@ void write_table(const Options& options, Output& output, bool on_terminal, bool 
       begun = true;
       if (!table.add(block)) break;
     }
-  } catch (const InputError& error) {
+  } catch (const input_error& error) {
     table.end();
     output.flush();
-    throw InputError(fmt::format("{}; the table ends before this N-gram", error.what()));
+    throw input_error(fmt::format("{}; the table ends before this N-gram", error.what()));
   }
   table.end();
   output.flush();
 }
 
-int run(int argc, const char* const* argv) {
-  try {
-    const Options options = parse_options(argc, argv);
-    StandardOutput output;
-    if (!options.information.empty()) {
-      output << options.information;
-      output.flush();
-      return 0;
-    }
-    const bool on_terminal = ::isatty(STDOUT_FILENO) == 1;
-    write_table(options, output, on_terminal, on_terminal && !_is_set("NO_COLOR"));
+int run(const std::vector<std::string>& arguments) {
+  const Options options = parse_options(arguments);
+  if (!options.information.empty()) {
+    write_to_standard_output(options.information);
     return 0;
-  } catch (const UsageError& error) {
-    return _complain(fmt::format("{}\nTry 'ngrex-table --help' for more information.", error.what()), 2);
-  } catch (const InputError& error) {
-    return _complain(error.what(), 1);
-  } catch (const std::bad_alloc&) {
-    return _complain("not enough memory to sort this table; --top K needs less, and without --sort none is needed", 1);
-  } catch (const std::exception& error) {
-    return _complain(error.what(), 1);
   }
+  const bool on_terminal = ::isatty(STDOUT_FILENO) == 1;
+  StandardOutput output;
+  try {
+    write_table(options, output, on_terminal, on_terminal && !_is_set("NO_COLOR"));
+  } catch (const std::bad_alloc&) {
+    throw output_error("not enough memory to sort this table; --top K needs less, and without --sort none is needed");
+  }
+  return 0;
 }
 
 }  // namespace colx::table

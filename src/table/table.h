@@ -2,17 +2,20 @@
 
 // The run of ngrex-table, from an output datafile to a table.
 
+#include <string>
+#include <vector>
+
 #include "table/options.h"
 #include "table/output.h"
 
 namespace colx::table {
 
 // Reads the input and writes its table to `output`. `on_terminal` chooses the default format, `bold` whether the header
-// of an aligned table is. Throws UsageError before anything is written, InputError after the rows before the fault have
-// been written, and OutputError.
+// of an aligned table is. Throws usage_error before anything is written, input_error after the rows before the fault
+// have been written, and output_error.
 void write_table(const Options& options, Output& output, bool on_terminal, bool bold);
 
-// The whole program: the result is its exit status, 0, 1 (input or output) or 2 (usage).
-int run(int argc, const char* const* argv);
+// The whole program but for the telling of failures, which it throws; the result is the exit status.
+int run(const std::vector<std::string>& arguments);
 
 }  // namespace colx::table

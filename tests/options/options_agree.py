@@ -1,4 +1,4 @@
-"""Proves that help, man page and bash completion of a program name the same options.
+"""Proves that help and man page of a program have the same options and values, and that bash completes the same options.
 
 usage: options_agree.py SOURCE_FOLDER PROGRAM...
 """
@@ -12,20 +12,21 @@ OPTION = r"-{1,2}[A-Za-z][A-Za-z-]*"
 
 
 def of_help(program):
-    """Options that the program itself lists; ngrex prints its summary when it is called without arguments."""
+    """Options that the program itself lists, with their values; ngrex prints its summary without arguments."""
     arguments = [program] if os.path.basename(program) == "ngrex" else [program, "--help"]
     text = subprocess.run(arguments, capture_output=True, text=True, check=True).stdout
-    options = set()
+    options = {}
     for line in text.splitlines():
-        head = re.match(rf"^ +({OPTION}(?:, ?{OPTION})*)(?= |,|$)", line)
+        head = re.match(rf"^ +({OPTION}(?:, ?{OPTION})*)(?: ([A-Z]+)(?=  |$))?(?= |,|$)", line)
         if head:
-            options.update(re.findall(OPTION, head.group(1)))
+            for option in re.findall(OPTION, head.group(1)):
+                options[option] = head.group(2) or ""
     return options
 
 
 def of_man_page(path):
-    """Options at the head of a tagged paragraph of the section OPTIONS."""
-    options = set()
+    """Options at the head of a tagged paragraph of the section OPTIONS, with their values."""
+    options = {}
     section = ""
     tag_follows = False
     for line in open(path, encoding="utf-8"):
@@ -38,7 +39,9 @@ def of_man_page(path):
             tag_follows = False
             if section == "OPTIONS":
                 plain = re.sub(r"\\f.", "", line)
-                options.update(re.findall(rf"(?:(?<=^)|(?<=[ ,\"])){OPTION}", plain))
+                value = re.search(r" ([A-Z]+)\"?$", plain)
+                for option in re.findall(rf"(?:(?<=^)|(?<=[ ,\"])){OPTION}", plain):
+                    options[option] = value.group(1) if value else ""
     return options
 
 
@@ -58,13 +61,20 @@ def main():
         if not expected:
             print(f"{name}: its help lists no options")
             failures += 1
+        manual = of_man_page(f"{source}/docs/{name}.1")
         found = {
-            "man page": of_man_page(f"{source}/docs/{name}.1"),
+            "man page": set(manual),
             "completion": of_completion(f"{source}/completions/ngrex.bash", name),
         }
         for place, options in found.items():
-            if options != expected:
-                print(f"{name}: {place} lacks {sorted(expected - options)}, has besides {sorted(options - expected)}")
+            if options != set(expected):
+                print(f"{name}: {place} lacks {sorted(set(expected) - options)}, has besides "
+                      f"{sorted(options - set(expected))}")
+                failures += 1
+        # The summary of ngrex does not name its values.
+        for option in expected if name != "ngrex" else ():
+            if manual.get(option, expected[option]) != expected[option]:
+                print(f"{name}: {option} takes {expected[option]!r} in the help, {manual[option]!r} in the man page")
                 failures += 1
     print(f"{len(programs)} programs, {failures} disagreements")
     return 1 if failures else 0

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "companion/errors.h"
 #include "import/datafile_writer.h"
 #include "import/sentence_reader.h"
 #include "import/treebank_format.h"
@@ -77,13 +78,13 @@ TEST(TreebankSource, RefusesDamagedAndTruncatedCompression) {
   const test::TemporaryFolder folder;
   const std::string member = _gzip(folder, std::string(5000, 'x') + "\n");
   for (std::size_t size = 2; size < member.size(); ++size)
-    EXPECT_THROW(_all_lines(folder.write("a", member.substr(0, size))), source_error) << size;
+    EXPECT_THROW(_all_lines(folder.write("a", member.substr(0, size))), input_error) << size;
   std::string damaged = member;
   damaged[member.size() - 6] = static_cast<char>(damaged[member.size() - 6] ^ 1);
-  EXPECT_THROW(_all_lines(folder.write("b", damaged)), source_error);
-  EXPECT_THROW(_all_lines(folder.write("c", member + "rest")), source_error);
-  EXPECT_THROW(_all_lines(folder.path("missing")), source_error);
-  EXPECT_THROW(_all_lines(folder.path()), source_error);
+  EXPECT_THROW(_all_lines(folder.write("b", damaged)), input_error);
+  EXPECT_THROW(_all_lines(folder.write("c", member + "rest")), input_error);
+  EXPECT_THROW(_all_lines(folder.path("missing")), input_error);
+  EXPECT_THROW(_all_lines(folder.path()), input_error);
 }
 
 TEST(TreebankFormat, IsRecognisedByContent) {

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "table/errors.h"
+#include "companion/errors.h"
 #include "tests/support/temporary_folder.h"
 
 namespace colx::table {
@@ -19,7 +19,7 @@ std::string _error(const std::string& content, std::size_t buffer = 1) {
   try {
     while (reader.next(block)) {
     }
-  } catch (const InputError& error) {
+  } catch (const input_error& error) {
     const std::string message = error.what();
     return message.substr(message.find("line "));
   }
