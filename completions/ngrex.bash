@@ -20,8 +20,8 @@ _ngrex_complete() {
       esac
       ;;
     ngrex-table)
-      options='--columns --cells --pattern --measures --sort --top --min-frequency --where --format -h --help
-        --version'
+      options='--columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision
+        -h --help --version'
       files=' '
       case $previous in
         --format) values='tsv csv jsonl markdown ucs table' ;;

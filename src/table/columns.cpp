@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <iterator>
+#include <limits>
 
 #include <fmt/format.h>
 
@@ -58,6 +59,15 @@ std::string _positions(std::string_view relation, std::uint32_t parent, bool is_
 Field _count_field(std::uint64_t count, std::string& scratch) {
   scratch.clear();
   fmt::format_to(std::back_inserter(scratch), FMT_STRING("{}"), count);
+  return {FieldKind::number, scratch};
+}
+
+Field _computed_field(double value, int precision, std::string& scratch) {
+  if (std::isnan(value)) return {FieldKind::not_a_number, {}};
+  if (std::isinf(value)) return {value < 0 ? FieldKind::minus_infinity : FieldKind::infinity, {}};
+  scratch.clear();
+  // Adding zero turns a negative zero into a positive one.
+  fmt::format_to(std::back_inserter(scratch), FMT_STRING("{:.{}g}"), value + 0.0, precision);
   return {FieldKind::number, scratch};
 }
 
@@ -175,12 +185,17 @@ double number_of(const Column& column, const Row& row) {
   return static_cast<double>(_count_of_row(column, row));
 }
 
-Field number_field(double value, std::string& scratch) {
-  if (std::isnan(value)) return {FieldKind::not_a_number, {}};
-  if (std::isinf(value)) return {value < 0 ? FieldKind::minus_infinity : FieldKind::infinity, {}};
-  scratch.clear();
-  fmt::format_to(std::back_inserter(scratch), FMT_STRING("{}"), value == 0 ? 0.0 : value);
-  return {FieldKind::number, scratch};
+double value_of(const Field& field) {
+  switch (field.kind) {
+    case FieldKind::not_a_number:
+      return std::numeric_limits<double>::quiet_NaN();
+    case FieldKind::infinity:
+      return std::numeric_limits<double>::infinity();
+    case FieldKind::minus_infinity:
+      return -std::numeric_limits<double>::infinity();
+    default:
+      return measure_value(field.content);
+  }
 }
 
 Field field_of(const Column& column, const Row& row, std::string& scratch) {
@@ -197,7 +212,7 @@ Field field_of(const Column& column, const Row& row, std::string& scratch) {
     case Quantity::own_measure:
       return _own_measure_field(row.block.measures[column.index]);
     case Quantity::association:
-      return number_field(number_of(column, row), scratch);
+      return _computed_field(number_of(column, row), row.precision, scratch);
     default:
       return _count_field(_count_of_row(column, row), scratch);
   }

@@ -53,11 +53,15 @@ struct Field {
 
 // One N-gram in its place in the table.
 struct Row {
-  Row(const Block& source, std::uint64_t place)
-      : block(source), rank(place), contingency(source.n, {source.cells.data(), source.cell_count()}) {}
+  Row(const Block& source, std::uint64_t place, int digits)
+      : block(source),
+        rank(place),
+        precision(digits),
+        contingency(source.n, {source.cells.data(), source.cell_count()}) {}
 
   const Block& block;  // not owned
   std::uint64_t rank;  // from 1
+  int precision;       // significant digits of computed measures
   Contingency contingency;
 };
 
@@ -89,8 +93,8 @@ double number_of(const Column& column, const Row& row);
 // The value of any column as a field. The content is a view into the block, or into `scratch`, which is overwritten.
 Field field_of(const Column& column, const Row& row, std::string& scratch);
 
-// A number as a field, in the shortest form that reads back as the same number.
-Field number_field(double value, std::string& scratch);
+// The value of a field that is no text, as it is written.
+double value_of(const Field& field);
 
 // The text that stands for a field where there are no special values: NA, Inf and -Inf.
 std::string_view text_of(const Field& field);

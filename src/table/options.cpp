@@ -13,7 +13,7 @@ namespace colx::table {
 
 namespace {
 
-constexpr std::array<OptionEntry, 11> _entries = {{
+constexpr std::array<OptionEntry, 12> _entries = {{
     {"--columns", "LIST", "columns to print, separated by commas"},
     {"--cells", "", "add the cells of the contingency table"},
     {"--pattern", "", "add the N-gram as a readable tree"},
@@ -25,6 +25,7 @@ constexpr std::array<OptionEntry, 11> _entries = {{
     {"--where", "CONDITION",
      "leave out N-grams that do not meet 'COLUMN=VALUE' or 'COLUMN~REGEX'; may be given several times"},
     {"--format", "FORMAT", "tsv, csv, jsonl, markdown, ucs or table; default table on a terminal, else tsv"},
+    {"--precision", "DIGITS", "significant digits of computed measures, 1 to 17; default 10"},
     {"-h,--help", "", "print this help and exit"},
     {"--version", "", "print the version and exit"},
 }};
@@ -38,6 +39,13 @@ std::vector<std::string> _split_list(std::string_view key, std::string_view list
     if (comma == std::string_view::npos) return result;
     list.remove_prefix(comma + 1);
   }
+}
+
+int _precision(std::string_view key, std::string_view value) {
+  constexpr std::size_t most = 17;  // which tell any two doubles apart
+  const std::size_t digits = whole_number(key, value, 1);
+  if (digits > most) throw usage_error(fmt::format("--{}: expected at most {}, found \"{}\"", key, most, value));
+  return static_cast<int>(digits);
 }
 
 Format _format_named(const std::string& name) {
@@ -64,6 +72,8 @@ void _apply(std::string_view key, const std::string& value, Options& options) {
     options.min_frequency = whole_number(key, value, 0);
   else if (key == "where")
     options.filters.emplace_back(value);
+  else if (key == "precision")
+    options.precision = _precision(key, value);
   else if (key == "format")
     options.format = _format_named(value);
 }

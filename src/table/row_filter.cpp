@@ -79,11 +79,10 @@ bool RowFilter::admits(const Row& row) const {
 }
 
 bool RowFilter::_equals(const Row& row) const {
-  if (_column.is_text()) {
-    std::string scratch;
-    return field_of(_column, row, scratch).content == _text;
-  }
-  const double value = number_of(_column, row);
+  std::string scratch;
+  const Field field = field_of(_column, row, scratch);
+  if (_column.is_text()) return field.content == _text;
+  const double value = value_of(field);
   return value == _number || (std::isnan(value) && std::isnan(_number));
 }
 

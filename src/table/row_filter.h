@@ -13,9 +13,9 @@ namespace colx::table {
 
 // One condition: `column=value` or `column~expression`.
 //
-// Equality compares texts byte by byte and numbers by value; NA, Inf and -Inf may be given for a number. An expression
-// is a POSIX extended regular expression, sought anywhere in the text as it is written in a tsv table; characters are
-// those of the locale.
+// Equality compares texts byte by byte, and numbers by the value that is printed; NA, Inf and -Inf may be given. An
+// expression is a POSIX extended regular expression, sought anywhere in the text as it is written in a tsv table;
+// characters are those of the locale.
 class RowFilter {
  public:
   // Throws usage_error when the condition has no column, no operator, a value that is no number for a numeric column,

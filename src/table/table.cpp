@@ -72,7 +72,7 @@ class TableRun {
   bool add(const Block& block) {
     if (!_sorted && _options.top.has_value() && _printed >= *_options.top) return false;
     if (block.cells[block.cell_count() - 1] < _options.min_frequency) return true;
-    const Row row(block, _printed + 1);
+    const Row row(block, _printed + 1, _options.precision);
     for (const RowFilter& filter : _options.filters)
       if (!filter.admits(row)) return true;
     if (_sorted)
@@ -89,7 +89,7 @@ class TableRun {
       Fault fault;
       for (std::size_t i = 0; i < _sorted->size(); ++i) {
         parse_block(_sorted->text(i), block, fault);
-        _print(Row(block, _printed + 1));
+        _print(Row(block, _printed + 1, _options.precision));
       }
     }
     _writer->end();

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -59,6 +60,18 @@ TEST(Table, FiltersByEqualityExpressionAndFrequency) {
   EXPECT_EQ(_table(content, {"--columns=rank,lemma1", "--where", "lemma2=rain"}), "rank\tlemma1\n1\ta\n2\tb\n");
   EXPECT_EQ(_table(content, {"--columns=lemma1", "--where", "lemma1~^a", "--min-frequency=4"}), "lemma1\nab\n");
   EXPECT_EQ(_table(content, {"--columns=lemma1", "--where=frequency=2", "--where=log_likelihood=Inf"}), "lemma1\nb\n");
+}
+
+TEST(Table, ComputedMeasuresHaveTenDigitsOrAsManyAsAsked) {
+  // Cells 9 1 1 3: E = 4 * 4 / 14 and MI = log2(3 * 14 / 16) = log2(2.625) = 1.3923174227787603...
+  const std::string content = _pair("a", "b", 3) + "\n";
+  EXPECT_EQ(_table(content, {"--columns=MI"}), "MI\n1.392317423\n");
+  EXPECT_EQ(_table(content, {"--columns=MI", "--precision", "3"}), "MI\n1.39\n");
+  EXPECT_DOUBLE_EQ(std::stod(_table(content, {"--columns=MI", "--precision", "17"}).substr(3)), std::log2(2.625));
+  EXPECT_EQ(_table(content, {"--columns=MI", "--where", "MI=1.392317423"}), "MI\n1.392317423\n");
+  EXPECT_EQ(_table(content, {"--columns=MI", "--where", "MI=1.39", "--precision=3"}), "MI\n1.39\n");
+  EXPECT_THROW(_table(content, {"--precision", "0"}), usage_error);
+  EXPECT_THROW(_table(content, {"--precision", "18"}), usage_error);
 }
 
 TEST(Table, WritesUcsForPairsOnly) {
