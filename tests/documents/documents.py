@@ -1,0 +1,177 @@
+"""Proves that the documents say what is so.
+
+usage: documents.py SOURCE_FOLDER BUILD_FOLDER
+
+Every relative link leads somewhere, in the source tree and among the installed documents. Every place that names the
+version names that of the build. The tables of docs/import.md are those of the program. Every command of the tutorial and of
+the examples, run here, prints what stands below it, but for lines that are left out ("[...]") and times.
+"""
+
+import os
+import re
+import subprocess
+import sys
+import tempfile
+
+PROGRAMS = ["ngrex", "ngrex-import", "ngrex-table"]
+COMMAND = re.compile(r"(\./)?build/release/|mkdir |head ")
+
+failures = []
+
+
+def expect(condition, complaint):
+    if not condition:
+        failures.append(complaint)
+
+
+def read(*path):
+    with open(os.path.join(*path), encoding="utf-8") as file:
+        return file.read()
+
+
+def documents_below(folder):
+    for at, folders, files in os.walk(folder):
+        folders[:] = [f for f in folders if f not in ("build", ".git")]
+        yield from (os.path.join(at, f) for f in files if f.endswith(".md"))
+
+
+def check_links(folder):
+    links = 0
+    for document in documents_below(folder):
+        for link in re.findall(r"\]\(([^)#:]+)(?:#[^)]*)?\)", read(document)):
+            links += 1
+            expect(os.path.exists(os.path.join(os.path.dirname(document), link)), f"{document}: no {link}")
+    expect(links > 20, f"{folder}: only {links} links found")
+
+
+def check_versions(source, build, installed):
+    version = re.search(r"project\(ngrex VERSION (\S+)", read(source, "CMakeLists.txt")).group(1)
+    changelog = re.search(r"^## (\S+)", read(source, "CHANGELOG.md"), re.M).group(1)
+    expect(changelog == version, f"CHANGELOG.md begins with {changelog}, the project with {version}")
+    for name in PROGRAMS:
+        page = read(installed, "share", "man", "man1", name + ".1")
+        expect(f'"ngrex {version}"' in page, f"the man page of {name} does not name version {version}")
+        if name != "ngrex":
+            told = subprocess.run([os.path.join(build, name), "--version"], capture_output=True, text=True).stdout
+            expect(told == f"{name} {version}\n", f"{name} --version prints {told!r}")
+
+
+def table_rows(text):
+    return [[cell.strip() for cell in row.strip().strip("|").split("|")] for row in text.splitlines() if row.startswith("|")]
+
+
+def section(text, heading):
+    return re.search(rf"^#+ {re.escape(heading)}\n(.*?)(?=^#|\Z)", text, re.M | re.S).group(1)
+
+
+def imported(build, *arguments, treebank):
+    run = subprocess.run([os.path.join(build, "ngrex-import"), "-q", "--from", "conllu", *arguments], input=treebank,
+                         capture_output=True, text=True, check=True)
+    return [line.split("\t") for line in run.stdout.splitlines() if line]
+
+
+def word(number, form="w", lemma="w", parent=0, relation="root"):
+    return f"{number}\t{form}\t{lemma}\tX\tX\t_\t{parent}\t{relation}\t_\t_\n"
+
+
+def check_import_tables(source, build):
+    text = read(source, "docs", "import.md")
+
+    lines = subprocess.run([os.path.join(build, "ngrex-import"), "--tag-table"], capture_output=True, text=True).stdout
+    program = {}
+    for position, name, letter, value in (line.split("\t") for line in lines.splitlines()[1:]):
+        if not value.startswith("("):
+            program.setdefault((position, name), []).append((letter, value))
+    document = {}
+    for position, name, letters in table_rows(section(text, "Tags of `--tag feats`"))[2:]:
+        document[(position, name)] = re.findall(r"`(.)` (\w+)", letters)
+    expect(len(program) == 12 and document == program, "the letters of docs/import.md are not those of --tag-table")
+
+    rows = 0
+    for relation, function in table_rows(section(text, "Relations of `--relations functions`"))[2:]:
+        plain = re.fullmatch(r"`(\w+)`", function)
+        if not plain:
+            continue
+        for name in re.findall(r"`([\w:]+)`", relation):
+            rows += 1
+            words = imported(build, treebank=word(1) + word(2, parent=1, relation=name) + "\n")
+            expect(words[1][5] == plain.group(1), f"docs/import.md: {name} is {plain.group(1)}, the program says {words[1][5]}")
+    expect(rows > 30, f"only {rows} relations found in docs/import.md")
+
+    rows = table_rows(section(text, "Protected characters"))[2:]
+    expect(len(rows) == 5, "docs/import.md does not have five protected characters")
+    for character, code, _ in rows:
+        lemma = imported(build, treebank=word(1, lemma="a" + character.strip("`") + "b") + "\n")[0][2]
+        expect(lemma == "a" + chr(int(code[2:], 16)) + "b", f"docs/import.md: {character} becomes {code}, not {lemma!r}")
+
+
+def indented_blocks(text):
+    """Lists of paragraphs: the indented blocks of a document, each cut at its empty lines."""
+    blocks = [[]]
+    for paragraph in text.split("\n\n"):
+        lines = paragraph.strip("\n").split("\n")
+        if all(line.startswith("    ") for line in lines):
+            blocks[-1].append("\n".join(line[4:] for line in lines))
+        else:
+            blocks.append([])
+    return [block for block in blocks if block]
+
+
+def comparable(text):
+    return [re.sub(r"^[0-9.e-]+ (secs elapsed\.|s)$", "TIME", line.rstrip()) for line in text.splitlines() if line.strip()]
+
+
+def agrees(printed, shown):
+    """Whether the lines that are shown are those that were printed, where "[...]" stands for any."""
+    pattern = ""
+    for line in comparable(shown):
+        pattern += r"(?:.*\n)*" if line == "[...]" else re.escape(line) + r"\n"
+    return re.fullmatch(pattern, "".join(line + "\n" for line in comparable(printed))) is not None
+
+
+def check_commands(source, build, document, fewest):
+    """Runs the commands of a document where its examples and programs are. The block below a command must be what it, or
+    the last of several, prints; any other must stand in a file that a command wrote."""
+    commands = 0
+    with tempfile.TemporaryDirectory() as folder:
+        os.symlink(os.path.join(source, "examples"), os.path.join(folder, "examples"))
+        os.mkdir(os.path.join(folder, "build"))
+        os.symlink(build, os.path.join(folder, "build", "release"))
+        for block in indented_blocks(read(source, document)):
+            printed = None
+            for paragraph in block:
+                if paragraph.startswith(("import pandas", "pairs <-")):
+                    break
+                if COMMAND.match(paragraph):
+                    commands += paragraph.count("build/release/")
+                    for command in re.split(r"(?<!\\)\n", paragraph):
+                        run = subprocess.run(["bash", "-c", command], cwd=folder, capture_output=True, text=True)
+                        expect(run.returncode == 0, f"{document}: status {run.returncode} of {command}\n{run.stderr}")
+                        printed = run.stdout + run.stderr
+                elif printed is not None:
+                    expect(agrees(printed, paragraph), f"{document}: not this but\n{printed}is printed:\n{paragraph}")
+                else:
+                    written = [read(at, f) for at, _, files in os.walk(os.path.join(folder, "build")) for f in files]
+                    expect(any(paragraph + "\n" in text for text in written),
+                           f"{document}: no file has this block:\n{paragraph}")
+    expect(commands >= fewest, f"{document}: only {commands} commands found")
+
+
+def main():
+    source, build = map(os.path.abspath, sys.argv[1:])
+    with tempfile.TemporaryDirectory() as installed:
+        subprocess.run(["cmake", "--install", build, "--prefix", installed], check=True, capture_output=True)
+        check_links(source)
+        check_links(os.path.join(installed, "share", "doc", "ngrex"))
+        check_versions(source, build, installed)
+    check_import_tables(source, build)
+    check_commands(source, build, "docs/tutorial.md", 12)
+    check_commands(source, build, "examples/README.md", 3)
+    for failure in failures:
+        print(failure)
+    print(f"{len(failures)} disagreements")
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
