@@ -1,5 +1,8 @@
 #include "companion/command_line.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
@@ -38,6 +41,13 @@ void _append_wrapped(std::string& text, std::string_view words) {
   text += '\n';
 }
 
+// Stands before a bracket at the beginning of an argument, as the parser would take [a,b] for a list of two.
+constexpr char bracket_shield = '\x01';
+
+std::string _unshielded(const std::string& argument) {
+  return argument.starts_with(std::string{bracket_shield, '['}) ? argument.substr(1) : argument;
+}
+
 // The arguments as the parser takes them, from the last to the first. An empty value behind "=" becomes an argument of
 // its own; the parser would take the next one for it.
 std::vector<std::string> _backwards(const Program& program, const std::vector<std::string>& arguments) {
@@ -48,6 +58,7 @@ std::vector<std::string> _backwards(const Program& program, const std::vector<st
           return !entry.value.empty() && argument == fmt::format("--{}=", entry.key());
         });
     result.push_back(has_empty_value ? argument.substr(0, argument.size() - 1) : argument);
+    if (argument.starts_with('[')) result.back().insert(0, 1, bracket_shield);
     if (has_empty_value) result.emplace_back();
   }
   std::reverse(result.begin(), result.end());
@@ -71,6 +82,13 @@ std::string _help(const Program& program) {
   return text + fmt::format("\n{}\n", program.notes);
 }
 
+// Opens those of the three standard descriptors that are closed, so that no file takes their place and gets what was
+// meant for them. The wrong way round, so that using one is still an error.
+void _occupy_standard_descriptors() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    if (::fcntl(descriptor, F_GETFD) < 0) ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
+
 int _complain(const Program& program, std::string_view message, int status) {
   std::fputs(fmt::format("{}: {}\n", program.name, message).c_str(), stderr);
   return status;
@@ -84,11 +102,11 @@ CommandLine parse_command_line(const Program& program, const std::vector<std::st
   app.set_help_flag();
   for (const OptionEntry& entry : program.options) {
     const auto note = [&result, key = entry.key()](const std::string& value) {
-      result.options.push_back({key, value});
+      result.options.push_back({key, _unshielded(value)});
     };
     const std::string names(entry.names);
     CLI::Option* const option = entry.value.empty()
-                                    ? app.add_flag_callback(names, [note] { note(""); })
+                                    ? app.add_flag_callback(names, [note] { note(""); })->disable_flag_override()
                                     : app.add_option_function<std::string>(names, note)->allow_extra_args(false);
     // Noted at once, options stay in their order; with "last" an option given again does not count as an error.
     option->type_name(std::string(entry.value));
@@ -100,6 +118,10 @@ CommandLine parse_command_line(const Program& program, const std::vector<std::st
   } catch (const CLI::ParseError& error) {
     throw usage_error(error.what());
   }
+  for (std::string& file : result.files)
+    file = _unshielded(file);
+  if (std::find(result.files.begin(), result.files.end(), "") != result.files.end())
+    throw usage_error("expected the name of a FILE, found \"\"");
   if (result.files.size() > program.most_files)
     throw usage_error(fmt::format("expected {} FILE at most, found a further one: {}", program.most_files,
                                   result.files[program.most_files]));
@@ -123,6 +145,7 @@ std::size_t whole_number(std::string_view key, std::string_view value, std::size
 int run_companion(const Program& program, int argc, const char* const* argv,
                   int (*work)(const std::vector<std::string>& arguments)) {
   std::signal(SIGPIPE, SIG_IGN);
+  _occupy_standard_descriptors();
   try {
     return work(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
   } catch (const usage_error& error) {

@@ -1,6 +1,7 @@
 #include "companion/descriptor.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -47,6 +48,13 @@ void write_fully(int descriptor, std::string_view text, std::string_view name) {
 
 void write_to_standard_output(std::string_view text) {
   write_fully(STDOUT_FILENO, text, "standard output");
+}
+
+std::optional<RegularFile> regular_file(const std::string& path) {
+  struct stat status {};
+  const int result = path == "-" ? ::fstat(STDIN_FILENO, &status) : ::stat(path.c_str(), &status);
+  if (result != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  return RegularFile{{status.st_dev, status.st_ino}, static_cast<std::size_t>(status.st_size)};
 }
 
 std::string system_reason() {

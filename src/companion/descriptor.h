@@ -2,7 +2,10 @@
 
 // Reading and writing of open files as the companion programs do it: whole, and never in silence.
 
+#include <sys/types.h>
+
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,6 +28,21 @@ void write_fully(int descriptor, std::string_view text, std::string_view name);
 
 // The same to standard output.
 void write_to_standard_output(std::string_view text);
+
+// Tells regular files apart, whatever names lead to them.
+struct FileIdentity {
+  dev_t device = 0;
+  ino_t inode = 0;
+
+  bool operator==(const FileIdentity&) const = default;
+};
+
+// A regular file and its size in bytes; nothing when there is none of that name. "-" is standard input.
+struct RegularFile {
+  FileIdentity identity;
+  std::size_t size = 0;
+};
+std::optional<RegularFile> regular_file(const std::string& path);
 
 // The text of the last error of the system, such as "No space left on device".
 std::string system_reason();

@@ -19,7 +19,7 @@ TEST(TableProgram, HelpAndVersionGoToStandardOutput) {
   }
 }
 
-TEST(TableProgram, usage_errorsEndWithStatusTwo) {
+TEST(TableProgram, UsageErrorsEndWithStatusTwo) {
   const std::vector<std::vector<std::string>> wrong = {
       {"--nonsense"},      {"--sort", "lemma9"},  {"--sort", "rank"},      {"--top", "x"},      {"--format", "xls"},
       {"--where", "rain"}, {"--where", "tag1~("}, {"--columns", "lemma3"}, {"--measures", "g"}, {"-", "second"}};
@@ -49,7 +49,7 @@ TEST(TableProgram, FullDiskAndClosedPipeAreErrors) {
   EXPECT_NE(result.err.find("cannot write to standard output"), std::string::npos);
 }
 
-TEST(TableProgram, AMissingFileIsAninput_error) {
+TEST(TableProgram, AMissingFileIsAnInputError) {
   const ToolResult result = run_tool("ngrex-table", {"no/such/file"});
   EXPECT_EQ(result.status, 1);
   EXPECT_NE(result.err.find("no/such/file"), std::string::npos);

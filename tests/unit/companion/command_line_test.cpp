@@ -38,6 +38,7 @@ std::string _shown(const std::vector<std::string>& arguments) {
 TEST(CommandLine, KeepsOptionsInTheirOrderWhereverTheFilesStand) {
   EXPECT_EQ(_shown({"a", "--loud", "-o", "x", "--very-long-name=v", "-", "--output", "y", "--loud"}),
             "loud=;output=x;very-long-name=v;output=y;loud=;a;-;");
+  EXPECT_EQ(_shown({"[a,b]", "-o", "[c]", "[]"}), "output=[c];[a,b];[];");
   EXPECT_EQ(_shown({}), "");
 }
 
@@ -52,6 +53,8 @@ TEST(CommandLine, RefusesWhatItDoesNotKnow) {
   EXPECT_NE(_error({"-x"}), "");
   EXPECT_NE(_error({"-o"}), "");
   EXPECT_NE(_error({"--loud=much"}), "");
+  EXPECT_NE(_error({"--loud=false"}), "");
+  EXPECT_EQ(_error({"a", ""}), "expected the name of a FILE, found \"\"");
   EXPECT_EQ(_error({"a", "b", "c"}), "expected 2 FILE at most, found a further one: c");
 }
 
