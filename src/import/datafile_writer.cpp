@@ -6,9 +6,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <unordered_set>
 #include <utility>
 
 #include "companion/descriptor.h"
@@ -22,18 +19,30 @@ namespace {
 constexpr std::size_t buffer_size = std::size_t{1} << 18;
 constexpr std::string_view no_break_space = "\xC2\xA0";
 
+// The size of the white-space character at the beginning of a text, as Unicode defines it, in UTF-8; 0 when there is
+// none.
+std::size_t _white_space_size(std::string_view text) {
+  if (is_field_separator(text[0])) return 1;
+  if (static_cast<unsigned char>(text[0]) < 0x80) return 0;
+  static constexpr std::string_view others[] = {
+      "\xC2\x85",     "\xE1\x9A\x80", "\xE2\x80\x80", "\xE2\x80\x81", "\xE2\x80\x82", "\xE2\x80\x83",
+      "\xE2\x80\x84", "\xE2\x80\x85", "\xE2\x80\x86", "\xE2\x80\x87", "\xE2\x80\x88", "\xE2\x80\x89",
+      "\xE2\x80\x8A", "\xE2\x80\xA8", "\xE2\x80\xA9", "\xE2\x80\xAF", "\xE2\x81\x9F", "\xE3\x80\x80"};
+  for (const std::string_view other : others)
+    if (text.starts_with(other)) return other.size();
+  return 0;
+}
+
 }  // namespace
 
 std::string datafile_field(std::string_view text) {
   if (text.empty()) return "_";
   std::string field;
   field.reserve(text.size());
-  for (const char c : text) {
-    if (is_field_separator(c)) {
-      field += no_break_space;
-    } else {
-      field += c;
-    }
+  while (!text.empty()) {
+    const std::size_t space = _white_space_size(text);
+    field += space == 0 ? text.substr(0, 1) : no_break_space;
+    text.remove_prefix(std::max<std::size_t>(space, 1));
   }
   return field;
 }
@@ -46,7 +55,8 @@ std::string numbered_path(const std::string& path, std::uint64_t number) {
   return numbered.string();
 }
 
-DatafileWriter::DatafileWriter(std::string path, std::uint64_t split) : _path(std::move(path)), _split(split) {
+DatafileWriter::DatafileWriter(std::string path, std::uint64_t split, std::vector<FileIdentity> kept)
+    : _path(std::move(path)), _split(split), _kept(std::move(kept)) {
   _open();
 }
 
@@ -62,6 +72,9 @@ void DatafileWriter::_open() {
     return;
   }
   _name = _split == 0 ? _path : numbered_path(_path, _paths.size() + 1);
+  const auto old = regular_file(_name);
+  if (old.has_value() && std::find(_kept.begin(), _kept.end(), old->identity) != _kept.end())
+    throw output_error(fmt::format("cannot write {}: it is an input or the list, and would be overwritten", _name));
   _descriptor = open(_name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
   if (_descriptor < 0) throw output_error(fmt::format("cannot open {} for writing: {}", _name, system_reason()));
   _paths.push_back(_name);
@@ -91,29 +104,6 @@ void DatafileWriter::write(std::string_view sentence, std::uint64_t words) {
 
 void DatafileWriter::finish() {
   _close();
-}
-
-void extend_list(const std::string& list, const std::vector<std::string>& paths) {
-  std::string content;
-  {
-    std::ifstream file(list, std::ios::binary);
-    if (file) content.assign(std::istreambuf_iterator<char>(file), {});
-  }
-  std::unordered_set<std::string_view> named;
-  for (std::size_t at = 0; at < content.size();) {
-    const std::size_t end = std::min(content.find('\n', at), content.size());
-    named.insert(std::string_view(content).substr(at, end - at));
-    at = end + 1;
-  }
-  std::string added = content.empty() || content.ends_with('\n') ? "" : "\n";
-  for (const std::string& path : paths) {
-    if (!named.contains(path)) added += path + "\n";
-  }
-  std::ofstream file(list, std::ios::binary | std::ios::app);
-  if (!file) throw output_error(fmt::format("cannot open {} for writing: {}", list, system_reason()));
-  file << added;
-  file.close();
-  if (!file) throw output_error(fmt::format("cannot write to {}: {}", list, system_reason()));
 }
 
 }  // namespace colx

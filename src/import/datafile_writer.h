@@ -1,15 +1,17 @@
 #pragma once
 
-// Writing of datafiles, and of the list that names them.
+// Writing of datafiles.
 
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "companion/descriptor.h"
+
 namespace colx {
 
-// A field as it may stand in a datafile: every white-space character becomes U+00A0, an empty field becomes "_".
+// A field as it may stand in a datafile: every white-space character of Unicode becomes U+00A0, an empty field "_".
 std::string datafile_field(std::string_view text);
 
 // The path of one of several datafiles: the number, from 1 and with at least four digits, goes before the extension of
@@ -20,8 +22,8 @@ std::string numbered_path(const std::string& path, std::uint64_t number);
 class DatafileWriter {
  public:
   // An empty path is standard output. With `split` other than 0 a new file is begun where a sentence would bring the
-  // one in hand above that many words. The first file is created here.
-  DatafileWriter(std::string path, std::uint64_t split);
+  // one in hand above that many words. Files in `kept` are never overwritten. The first file is created here.
+  DatafileWriter(std::string path, std::uint64_t split, std::vector<FileIdentity> kept);
   ~DatafileWriter();
 
   DatafileWriter(const DatafileWriter&) = delete;
@@ -43,15 +45,12 @@ class DatafileWriter {
 
   std::string _path;
   std::uint64_t _split;
+  std::vector<FileIdentity> _kept;
   std::vector<std::string> _paths;
   std::string _name;
   int _descriptor = -1;
   std::uint64_t _words = 0;  // in the file in hand
   std::string _buffer;
 };
-
-// Appends those paths to a list file that it does not name yet; creates the file when it is not there. Throws
-// output_error.
-void extend_list(const std::string& list, const std::vector<std::string>& paths);
 
 }  // namespace colx

@@ -18,7 +18,7 @@ struct ImportSettings {
   std::vector<std::string> inputs;  // "-" is standard input; never empty
   std::optional<TreebankFormat> format;
   TagSource tag = TagSource::automatic;
-  bool functions = true;
+  std::optional<bool> functions;       // not given: yes, but for a datafile that is only checked
   std::optional<bool> protect_lemmas;  // not given: by format
   std::string output;                  // empty: standard output
   std::string list;

@@ -1,10 +1,11 @@
 #include "import/import_report.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <utility>
 #include <vector>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include "import/lemma_protection.h"
 #include "import/mask_search.h"
@@ -18,27 +19,78 @@ namespace {
 constexpr std::size_t most_lemmas = std::size_t{1} << 24;
 
 std::string _place(const TreebankPlace& place) {
-  return place.input + ":" + std::to_string(place.line);
+  return fmt::format("{}:{}", place.input, place.line);
+}
+
+std::string _line(std::string_view name, std::string_view value) {
+  return fmt::format("{:<24}{}\n", name.empty() ? "" : fmt::format("{}:", name), value);
+}
+
+std::string _line(std::string_view name, std::uint64_t count) {
+  return _line(name, std::to_string(count));
+}
+
+std::string _line_unless_zero(std::string_view name, std::uint64_t count) {
+  return count == 0 ? "" : _line(name, count);
+}
+
+std::string_view _name(TreebankFormat format) {
+  switch (format) {
+    case TreebankFormat::conllu:
+      return "CoNLL-U";
+    case TreebankFormat::conllx:
+      return "CoNLL-X";
+    default:
+      return "datafile";
+  }
+}
+
+std::string_view _tag_source(const Conversion& conversion) {
+  if (conversion.format == TreebankFormat::datafile) return "as they are";
+  switch (conversion.tag) {
+    case TagSource::upos:
+      return "from UPOS";
+    case TagSource::feats:
+      return "made from UPOS and FEATS";
+    default:
+      return "from XPOS";
+  }
+}
+
+std::string _described(const std::string& mask, const std::vector<std::string>& tags) {
+  std::unordered_set<std::string> kept;
+  for (const std::string& tag : tags)
+    kept.insert(masked_tag(tag, mask));
+  return fmt::format("{} ({} distinct tags)", mask, kept.size());
 }
 
 }  // namespace
 
-void ImportReport::_add_tag(std::unordered_set<std::string>& tags, const std::string& tag, TreebankPlace& overflow,
-                            const TreebankPlace& place) {
-  if (tags.insert(tag).second && tags.size() == most_distinct_tags + 1) overflow = place;
+void ImportReport::Tags::add(std::string tag, const std::string& input, std::uint64_t line) {
+  if (distinct.insert(std::move(tag)).second && distinct.size() == most_distinct_tags + 1) overflow = {input, line};
 }
 
-void ImportReport::add_word(std::string_view lemma, std::string_view tag, const TreebankPlace& place) {
-  ++_words;
-  _lemmas.emplace(kept_lemma(lemma));
-  _add_tag(_tags, std::string(tag), _tag_overflow, place);
-  if (!_mask.empty()) _add_tag(_masked_tags, masked_tag(tag, _mask), _masked_tag_overflow, place);
+bool ImportReport::Tags::too_many() const {
+  return distinct.size() > most_distinct_tags;
 }
 
-void ImportReport::add_sentence(const TreebankSentence& sentence, const std::string& input) {
+std::string ImportReport::Tags::fault() const {
+  return fmt::format("expected at most {} distinct tags, found {}; the first too many is at {}", most_distinct_tags,
+                     distinct.size(), _place(overflow));
+}
+
+void ImportReport::add_input(const Conversion& conversion) {
+  _formats.insert(_name(conversion.format));
+  _tag_sources.insert(_tag_source(conversion));
+}
+
+void ImportReport::add_sentence(const TreebankSentence& sentence, const std::vector<DatafileWord>& words,
+                                const std::string& input) {
+  for (std::size_t i = 0; i < words.size(); ++i)
+    _add_word(sentence.words[i], words[i], input);
   ++_sentences;
-  if (sentence.words.size() > _most_words) {
-    _most_words = sentence.words.size();
+  if (words.size() > _most_words) {
+    _most_words = words.size();
     _longest = {input, sentence.line};
   }
   if (const WidestNode widest = widest_node(sentence); widest.children > _most_children) {
@@ -47,60 +99,100 @@ void ImportReport::add_sentence(const TreebankSentence& sentence, const std::str
   }
 }
 
+void ImportReport::_add_word(const TreebankWord& source, const DatafileWord& word, const std::string& input) {
+  ++_words;
+  const std::string_view kept = kept_lemma(word.lemma);
+  _lemmas.emplace(kept);
+  if (word.lemma_is_form) ++_lemmas_from_forms;
+  if (word.is_protected) ++_protected_lemmas;
+  if (kept.size() < word.lemma.size()) ++_cut_lemmas;
+  if (kept.empty()) ++_emptied_lemmas;
+  _tags.add(word.tag, input, source.line);
+  if (!_mask.empty()) _masked_tags.add(masked_tag(word.tag, _mask), input, source.line);
+  if (word.has_unknown_values) ++_unknown_values;
+  if (word.relation_is_undefined) ++_undefined[source.relation];
+}
+
 void ImportReport::add_passed(const PassedRows& passed) {
   _passed.ranges += passed.ranges;
   _passed.empty_nodes += passed.empty_nodes;
 }
 
-bool ImportReport::too_many_tags() const {
-  return (_mask.empty() ? _tags : _masked_tags).size() > most_distinct_tags;
+std::string ImportReport::tag_fault() const {
+  if (_mask.empty()) return _tags.too_many() ? _tags.fault() : "";
+  return _masked_tags.too_many() ? fmt::format("under the mask {} {}", _mask, _masked_tags.fault()) : "";
+}
+
+std::string ImportReport::_lemma_lines() const {
+  std::string text = _line("distinct lemmas", _lemmas.size());
+  if (_lemmas.size() > most_lemmas)
+    text +=
+        _line("", fmt::format("ngrex tells {} lemmas apart at most; some will be counted as the same", most_lemmas));
+  text += _line_unless_zero("lemmas from forms", _lemmas_from_forms);
+  text += _line_unless_zero("protected lemmas", _protected_lemmas);
+  if (_cut_lemmas > 0)
+    text += _line("cut lemmas",
+                  fmt::format("{} will be cut by ngrex, {} of them to nothing", _cut_lemmas, _emptied_lemmas));
+  return text;
+}
+
+std::string ImportReport::_tag_lines() const {
+  std::string text = _line("tags", fmt::to_string(fmt::join(_tag_sources, "; ")));
+  if (_unknown_values > 0)
+    text += _line("", fmt::format("{} words have a value without a letter (?)", _unknown_values));
+  text += _line("distinct tags", _tags.distinct.size());
+  if (_tags.too_many())
+    text += _line("", fmt::format("too many whole: ngrex takes {}; the first too many is at {}", most_distinct_tags,
+                                  _place(_tags.overflow)));
+  if (!_mask.empty()) {
+    text += _line("distinct masked tags", fmt::format("{} under {}", _masked_tags.distinct.size(), _mask));
+    if (_masked_tags.too_many())
+      text += _line("", fmt::format("too many: ngrex -m {} ends with an error above {}; the first too many is at {}",
+                                    _mask, most_distinct_tags, _place(_masked_tags.overflow)));
+  }
+  if (_tags.distinct.empty()) return text;
+
+  std::vector<std::string> tags(_tags.distinct.begin(), _tags.distinct.end());
+  std::sort(tags.begin(), tags.end());
+  const std::string mask = best_mask(tags, most_distinct_tags);
+  text += _line("suggested mask", _described(mask, tags));
+  const bool made_from_features =
+      _tag_sources.size() == 1 && *_tag_sources.begin() == _tag_source({.tag = TagSource::feats});
+  std::vector<std::string_view> dropped;
+  for (std::size_t p = 0; made_from_features && p < mask.size(); ++p)
+    if (mask[p] == '-') dropped.push_back(position_name(p));
+  if (!dropped.empty()) text += _line("", fmt::format("it leaves out {}", fmt::join(dropped, ", ")));
+  if (mask.starts_with('-')) {
+    const std::string other = best_mask(tags, most_distinct_tags, true);
+    if (!other.empty()) text += _line("", fmt::format("with the first position: {}", _described(other, tags)));
+  }
+  return text;
+}
+
+std::string ImportReport::_relation_lines() const {
+  if (_undefined.empty()) return "";
+  std::uint64_t total = 0;
+  std::vector<std::pair<std::string, std::uint64_t>> relations(_undefined.begin(), _undefined.end());
+  for (const auto& [name, count] : relations)
+    total += count;
+  std::stable_sort(relations.begin(), relations.end(), [](auto& a, auto& b) { return a.second > b.second; });
+  std::string text = _line("relations to Undef", total);
+  for (const auto& [name, count] : relations)
+    text += fmt::format("  {:<22}{}\n", quoted(name), count);
+  return text;
 }
 
 std::string ImportReport::text() const {
-  std::string text;
-  const auto line = [&](std::string_view name, const std::string& value) {
-    text += fmt::format("{:<24}{}\n", name.empty() ? "" : std::string(name) + ":", value);
-  };
-  line("words", std::to_string(_words));
-  line("sentences", std::to_string(_sentences));
-  line("skipped sentences", std::to_string(_skipped));
-  if (_passed.ranges > 0) line("multiword ranges", fmt::format("{} passed over", _passed.ranges));
-  if (_passed.empty_nodes > 0) line("empty nodes", fmt::format("{} passed over", _passed.empty_nodes));
-  line("distinct lemmas", std::to_string(_lemmas.size()));
-  if (_lemmas.size() > most_lemmas) {
-    line("", fmt::format("ngrex tells {} lemmas apart at most; some will be counted as the same", most_lemmas));
-  }
-  line("distinct tags", std::to_string(_tags.size()));
-  if (!_mask.empty()) {
-    line("distinct masked tags", fmt::format("{} under {}", _masked_tags.size(), _mask));
-    if (_masked_tags.size() > most_distinct_tags) {
-      line("", fmt::format("too many: ngrex -m {} ends with an error above {}; the first too many is at {}", _mask,
-                           most_distinct_tags, _place(_masked_tag_overflow)));
-    }
-  }
-  if (_tags.size() > most_distinct_tags) {
-    std::vector<std::string> tags(_tags.begin(), _tags.end());
-    std::sort(tags.begin(), tags.end());
-    const std::string mask = best_mask(tags, most_distinct_tags);
-    std::unordered_set<std::string> kept;
-    for (const std::string& tag : tags)
-      kept.insert(masked_tag(tag, mask));
-    line("", fmt::format("too many whole: ngrex takes {}; the first too many is at {}", most_distinct_tags,
-                         _place(_tag_overflow)));
-    line("suggested mask", fmt::format("{} ({} distinct tags)", mask, kept.size()));
-  }
-  if (!_undefined.empty()) {
-    std::uint64_t total = 0;
-    std::vector<std::pair<std::string, std::uint64_t>> relations(_undefined.begin(), _undefined.end());
-    for (const auto& [name, count] : relations)
-      total += count;
-    std::stable_sort(relations.begin(), relations.end(), [](auto& a, auto& b) { return a.second > b.second; });
-    line("relations to Undef", std::to_string(total));
-    for (const auto& [name, count] : relations)
-      text += fmt::format("  {:<22}{}\n", quoted(name), count);
-  }
-  if (_most_children > 0) line("widest node", fmt::format("{} children at {}", _most_children, _place(_widest)));
-  if (_most_words > 0) line("longest sentence", fmt::format("{} words at {}", _most_words, _place(_longest)));
+  std::string text = _line("format", fmt::to_string(fmt::join(_formats, ", ")));
+  text += _line("words", _words);
+  text += _line("sentences", _sentences);
+  text += _line("skipped sentences", _skipped);
+  if (_passed.ranges > 0) text += _line("multiword ranges", fmt::format("{} passed over", _passed.ranges));
+  if (_passed.empty_nodes > 0) text += _line("empty nodes", fmt::format("{} passed over", _passed.empty_nodes));
+  text += _lemma_lines() + _tag_lines() + _relation_lines();
+  if (_most_children > 0)
+    text += _line("widest node", fmt::format("{} children at {}", _most_children, _place(_widest)));
+  if (_most_words > 0) text += _line("longest sentence", fmt::format("{} words at {}", _most_words, _place(_longest)));
   return text;
 }
 

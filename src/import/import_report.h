@@ -4,11 +4,12 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <unordered_set>
 
+#include "import/datafile_words.h"
 #include "import/sentence.h"
 #include "import/sentence_reader.h"
 
@@ -26,36 +27,53 @@ class ImportReport {
   // With an empty mask only whole tags are counted.
   explicit ImportReport(std::string mask) : _mask(std::move(mask)) {}
 
-  // Counts the words of a sentence as they are written.
-  void add_word(std::string_view lemma, std::string_view tag, const TreebankPlace& place);
-  void add_sentence(const TreebankSentence& sentence, const std::string& input);
-  void add_undefined(const std::string& relation) { ++_undefined[relation]; }
+  // Notes how an input is converted.
+  void add_input(const Conversion& conversion);
+  // Counts a sentence, given with its words as they are written.
+  void add_sentence(const TreebankSentence& sentence, const std::vector<DatafileWord>& words, const std::string& input);
   void add_skipped() { ++_skipped; }
   void add_passed(const PassedRows& passed);
 
-  std::uint64_t sentences() const { return _sentences; }
   std::uint64_t skipped() const { return _skipped; }
 
-  // Says whether there are more tags than ngrex can tell apart, under the mask if there is one, whole otherwise.
-  bool too_many_tags() const;
+  // Says that there are more tags than ngrex can tell apart, under the mask if there is one, whole otherwise, and where
+  // the first too many is; empty when all is well.
+  std::string tag_fault() const;
 
   // The report as text, one figure a line.
   std::string text() const;
 
  private:
-  void _add_tag(std::unordered_set<std::string>& tags, const std::string& tag, TreebankPlace& overflow,
-                const TreebankPlace& place);
+  // Tags of one kind, and the word with the first one too many.
+  struct Tags {
+    std::unordered_set<std::string> distinct;
+    TreebankPlace overflow;
+
+    void add(std::string tag, const std::string& input, std::uint64_t line);
+    bool too_many() const;
+    std::string fault() const;
+  };
+
+  void _add_word(const TreebankWord& source, const DatafileWord& word, const std::string& input);
+  std::string _lemma_lines() const;
+  std::string _tag_lines() const;
+  std::string _relation_lines() const;
 
   std::string _mask;
+  std::set<std::string_view> _formats;
+  std::set<std::string_view> _tag_sources;
   std::uint64_t _words = 0;
   std::uint64_t _sentences = 0;
   std::uint64_t _skipped = 0;
   PassedRows _passed;
   std::unordered_set<std::string> _lemmas;
-  std::unordered_set<std::string> _tags;
-  std::unordered_set<std::string> _masked_tags;
-  TreebankPlace _tag_overflow;         // the word with the first tag too many
-  TreebankPlace _masked_tag_overflow;  // likewise, under the mask
+  std::uint64_t _lemmas_from_forms = 0;
+  std::uint64_t _protected_lemmas = 0;
+  std::uint64_t _cut_lemmas = 0;
+  std::uint64_t _emptied_lemmas = 0;
+  Tags _tags;
+  Tags _masked_tags;
+  std::uint64_t _unknown_values = 0;
   std::map<std::string, std::uint64_t> _undefined;
   std::uint32_t _most_children = 0;
   TreebankPlace _widest;

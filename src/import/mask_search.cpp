@@ -23,16 +23,25 @@ class MaskSearch {
     _width = std::min(longest, most_positions);
   }
 
-  std::string run() {
-    _greedy();
+  std::string run(bool keep_first) {
+    const Partition whole{std::vector<std::uint32_t>(_tags.size()), 1};
+    std::string mask(_width, '-');
+    Partition partition = whole;
+    if (keep_first && _width > 0) {
+      mask[0] = '*';
+      partition = _refine(whole, 0);
+      if (partition.count > _limit) return "";
+    }
+    const std::size_t kept = mask.starts_with('*') ? 1 : 0;
+    _greedy(mask, kept, partition);
     // Positions that split most come first: sets that cannot be kept are left early.
-    _order.resize(_width);
-    std::iota(_order.begin(), _order.end(), std::size_t{0});
+    _order.resize(_width - kept);
+    std::iota(_order.begin(), _order.end(), kept);
     std::vector<std::size_t> alone(_width);
     for (std::size_t p = 0; p < _width; ++p)
-      alone[p] = _refine(Partition{std::vector<std::uint32_t>(_tags.size()), 1}, p).count;
+      alone[p] = _refine(whole, p).count;
     std::stable_sort(_order.begin(), _order.end(), [&](std::size_t a, std::size_t b) { return alone[a] > alone[b]; });
-    _search(0, 0, std::string(_width, '-'), {std::vector<std::uint32_t>(_tags.size()), 1});
+    _search(0, kept, mask, partition);
     return _best;
   }
 
@@ -65,10 +74,7 @@ class MaskSearch {
     return {std::move(numbers), count};
   }
 
-  void _greedy() {
-    std::string mask(_width, '-');
-    Partition partition{std::vector<std::uint32_t>(_tags.size()), 1};
-    std::size_t kept = 0;
+  void _greedy(std::string mask, std::size_t kept, Partition partition) {
     for (;;) {
       std::size_t chosen = _width;
       Partition smallest{{}, _limit + 1};
@@ -95,7 +101,7 @@ class MaskSearch {
       _best_kept = kept;
       _best_count = partition.count;
     }
-    if (depth == _width || kept + _width - depth < _best_kept || _work > most_work) return;
+    if (depth == _order.size() || kept + _order.size() - depth < _best_kept || _work > most_work) return;
     const std::size_t position = _order[depth];
     Partition refined = _refine(partition, position);
     if (refined.count <= _limit) {
@@ -126,8 +132,8 @@ std::string masked_tag(std::string_view tag, std::string_view mask) {
   return kept;
 }
 
-std::string best_mask(const std::vector<std::string>& tags, std::size_t limit) {
-  return MaskSearch(tags, limit).run();
+std::string best_mask(const std::vector<std::string>& tags, std::size_t limit, bool keep_first) {
+  return MaskSearch(tags, limit).run(keep_first);
 }
 
 }  // namespace colx

@@ -19,6 +19,9 @@ std::string masked_tag(std::string_view tag, std::string_view mask);
 // tried that could keep more, or as many and more distinct tags, by branch and bound. The search gives up after a fixed
 // amount of work, which tags of some 15 positions do not reach; the best mask so far is then the answer, so the result
 // is the same everywhere.
-std::string best_mask(const std::vector<std::string>& tags, std::size_t limit);
+//
+// With `keep_first` only masks that keep the first position, which is the word class in most tagsets, are considered;
+// the result is empty when there is none.
+std::string best_mask(const std::vector<std::string>& tags, std::size_t limit, bool keep_first = false);
 
 }  // namespace colx

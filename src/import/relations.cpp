@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <iterator>
 #include <optional>
+#include <span>
 
 #include "corpus/dependencies.h"
 
@@ -19,20 +20,27 @@ struct Mapping {
 // Universal relations whose function does not depend on other words. A subtype that is not listed goes with its
 // relation.
 constexpr Mapping universal_relations[] = {
-    {"acl", "Atr"},           {"advcl", "Adv"},      {"advmod", "Adv"},        {"advmod:emph", "AuxZ"},
-    {"amod", "Atr"},          {"aux", "AuxV"},       {"case", "AuxP"},         {"cc", "Coord"},
-    {"cc:preconj", "AuxY"},   {"ccomp", "Obj"},      {"clf", "Atr"},           {"compound", "Atr"},
-    {"compound:prt", "AuxT"}, {"cop", "AuxV"},       {"csubj", "Sb"},          {"det", "Atr"},
-    {"discourse", "AuxY"},    {"dislocated", "ExD"}, {"expl", "AuxO"},         {"expl:impers", "AuxR"},
-    {"expl:pass", "AuxR"},    {"expl:pv", "AuxT"},   {"flat", "Atr"},          {"iobj", "Obj"},
-    {"list", "ExD"},          {"mark", "AuxC"},      {"nmod", "Atr"},          {"nsubj", "Sb"},
-    {"nummod", "Atr"},        {"obj", "Obj"},        {"obl", "Adv"},           {"obl:agent", "Obj"},
-    {"obl:arg", "Obj"},       {"orphan", "ExD"},     {"parataxis", "Pred_Pa"}, {"reparandum", "ExD"},
-    {"root", "Pred"},         {"vocative", "ExD"},   {"xcomp", "Obj"},
+    {"acl", "Atr"},           {"advcl", "Adv"},        {"advcl:pred", "AtvV"},   {"advmod", "Adv"},
+    {"advmod:emph", "AuxZ"},  {"amod", "Atr"},         {"aux", "AuxV"},          {"case", "AuxP"},
+    {"cc", "Coord"},          {"cc:preconj", "AuxY"},  {"ccomp", "Obj"},         {"clf", "Atr"},
+    {"compound", "Atr"},      {"compound:lvc", "Obj"}, {"compound:prt", "AuxT"}, {"cop", "AuxV"},
+    {"csubj", "Sb"},          {"det", "Atr"},          {"discourse", "AuxY"},    {"dislocated", "ExD"},
+    {"expl", "AuxO"},         {"expl:impers", "AuxR"}, {"expl:pass", "AuxR"},    {"expl:pv", "AuxT"},
+    {"flat", "Atr"},          {"iobj", "Obj"},         {"list", "ExD"},          {"mark", "AuxC"},
+    {"nmod", "Atr"},          {"nsubj", "Sb"},         {"nummod", "Atr"},        {"obj", "Obj"},
+    {"obl", "Adv"},           {"obl:agent", "Obj"},    {"obl:arg", "Obj"},       {"orphan", "ExD"},
+    {"parataxis", "Pred_Pa"}, {"reparandum", "ExD"},   {"root", "Pred"},         {"vocative", "ExD"},
+    {"xcomp", "Obj"},
 };
 
+// Relations of the first version of the universal scheme that the second one renamed.
+constexpr Mapping former_relations[] = {{"auxpass", "AuxV"}, {"csubjpass", "Sb"}, {"dobj", "Obj"},
+                                        {"foreign", "Atr"},  {"name", "Atr"},     {"neg", "Adv"},
+                                        {"nsubjpass", "Sb"}, {"remnant", "ExD"}};
+
 // Universal relations that take the function of their parent, with a suffix.
-constexpr Mapping inherited_functions[] = {{"appos", "_Ap"}, {"conj", "_Co"}, {"fixed", ""}, {"goeswith", ""}};
+constexpr Mapping inherited_functions[] = {
+    {"appos", "_Ap"}, {"conj", "_Co"}, {"fixed", ""}, {"goeswith", ""}, {"mwe", ""}};
 
 // Names of analytical functions in other treebanks, in lower case.
 constexpr Mapping other_names[] = {{"sbj", "Sb"},     {"subj", "Sb"},    {"ocomp", "Atv"},
@@ -74,27 +82,97 @@ std::string _with_suffix(std::string_view function, std::string_view suffix) {
   return std::string(base).append(suffix);
 }
 
-// A name that is one of an analytical function but for upper and lower case.
-std::string _other_spelling(std::string_view relation) {
+// A name that is one of an analytical function but for upper and lower case, with or without suffix; of several or
+// unknown suffixes the last one counts that the function can have. "Head" is no function that a treebank gives.
+std::optional<std::string> _other_spelling(std::string_view relation) {
   const std::string lower = _lower(relation);
-  const std::string_view base = _without_suffix(lower);
-  std::string suffix = lower.substr(base.size());
-  if (suffix.size() == 3) suffix[1] = static_cast<char>(suffix[1] - 'a' + 'A');
-  if (const auto found = _find(other_names, base)) {
-    const std::string name = std::string(*found) + suffix;
-    return is_analytical_function(name) ? name : std::string(undefined);
-  }
+  std::string base(_without_suffix(lower));
+  std::string_view suffixes = std::string_view(lower).substr(base.size());
+  if (const auto found = _find(other_names, base)) base = _lower(*found);
+  std::string best;
   for (unsigned code = 0; code < dependencies_count; ++code) {
     const std::string_view name = dependency2cstring(static_cast<std::uint8_t>(code));
-    if (_lower(name) == lower) return std::string(name);
+    if (name == "Head" || _lower(_without_suffix(name)) != base) continue;
+    const std::string suffix = _lower(name.substr(base.size()));
+    if (suffix.empty() && best.empty()) best = name;
+    if (!suffix.empty() && suffixes.ends_with(suffix)) best = name;
   }
-  return std::string(undefined);
+  if (best.empty()) return std::nullopt;
+  return best;
 }
 
-// Punctuation: a comma, the last word of the sentence, or anything else.
-std::string _punctuation(const TreebankSentence& sentence, const TreebankWord& word) {
-  if (word.form == ",") return "AuxX";
-  return &word == &sentence.words.back() ? "AuxK" : "AuxG";
+// Where the function of a word comes from.
+enum class Source : std::uint8_t { itself, parent, punctuation };
+
+struct Rule {
+  Source source = Source::itself;
+  std::string text;  // the function, or the suffix to the one of the parent
+};
+
+std::optional<Rule> _universal_rule(std::string_view relation) {
+  if (relation.substr(0, relation.find(':')) == "punct") return Rule{Source::punctuation, ""};
+  if (const auto suffix = _find_universal(inherited_functions, relation))
+    return Rule{Source::parent, std::string(*suffix)};
+  if (const auto function = _find_universal(universal_relations, relation))
+    return Rule{Source::itself, std::string(*function)};
+  if (const auto function = _find_universal(former_relations, relation))
+    return Rule{Source::itself, std::string(*function)};
+  return std::nullopt;
+}
+
+Rule _rule(const std::string& relation) {
+  if (is_analytical_function(relation)) return {Source::itself, relation};
+  if (auto rule = _universal_rule(relation)) return *rule;
+  if (auto function = _other_spelling(relation)) return {Source::itself, *function};
+  if (auto rule = _universal_rule(_lower(relation))) return *rule;
+  return {Source::itself, std::string(undefined)};
+}
+
+// Whether a text is made of one or more of the given characters.
+bool _consists_of(std::string_view text, std::span<const std::string_view> characters) {
+  if (text.empty()) return false;
+  while (!text.empty()) {
+    const auto found = std::find_if(characters.begin(), characters.end(),
+                                    [&](std::string_view character) { return text.starts_with(character); });
+    if (found == characters.end()) return false;
+    text.remove_prefix(found->size());
+  }
+  return true;
+}
+
+// Commas and the marks that end a sentence, in the scripts that have their own.
+constexpr std::string_view commas[] = {",", "\xD8\x8C", "\xE3\x80\x81", "\xEF\xBC\x8C", "\xEF\xBD\xA4"};
+constexpr std::string_view final_marks[] = {".",
+                                            "!",
+                                            "?",
+                                            "\xE2\x80\xA6",   // ellipsis
+                                            "\xE3\x80\x82",   // ideographic full stop
+                                            "\xEF\xBC\x8E",   // fullwidth full stop
+                                            "\xEF\xBC\x81",   // fullwidth exclamation mark
+                                            "\xEF\xBC\x9F",   // fullwidth question mark
+                                            "\xEF\xBD\xA1",   // halfwidth ideographic full stop
+                                            "\xE0\xA5\xA4",   // danda
+                                            "\xE0\xA5\xA5",   // double danda
+                                            "\xD8\x9F",       // Arabic question mark
+                                            "\xDB\x94",       // Arabic full stop
+                                            "\xD6\x89",       // Armenian full stop
+                                            "\xE1\x8D\xA2"};  // Ethiopic full stop
+
+// The word that ends the sentence: of the punctuation behind the last other word the last one that is a final mark, or
+// else simply the last one. The number of words when the sentence does not end with punctuation.
+std::size_t _final_word(const TreebankSentence& sentence, const std::vector<Rule>& rules) {
+  const std::size_t size = rules.size();
+  std::size_t last = size;
+  for (std::size_t i = size; i > 0 && rules[i - 1].source == Source::punctuation; --i) {
+    if (_consists_of(sentence.words[i - 1].form, final_marks)) return i - 1;
+    if (last == size) last = i - 1;
+  }
+  return last;
+}
+
+std::string _punctuation(const TreebankWord& word, bool is_final) {
+  if (std::find(std::begin(commas), std::end(commas), word.form) != std::end(commas)) return "AuxX";
+  return is_final ? "AuxK" : "AuxG";
 }
 
 }  // namespace
@@ -106,30 +184,30 @@ bool is_analytical_function(std::string_view name) {
 
 std::vector<std::string> analytical_functions(const TreebankSentence& sentence) {
   const auto& words = sentence.words;
+  std::vector<Rule> rules;
+  for (const TreebankWord& word : words)
+    rules.push_back(_rule(word.relation));
+  const std::size_t final_word = _final_word(sentence, rules);
   std::vector<std::string> functions(words.size());
-  std::vector<std::uint32_t> waiting;  // words that take the function of the one before them
+  std::vector<std::size_t> waiting;  // words that take the function of the one before them
   for (std::size_t start = 0; start < words.size(); ++start) {
-    std::uint32_t at = static_cast<std::uint32_t>(start);
+    std::size_t at = start;
     while (functions[at].empty()) {
-      const TreebankWord& word = words[at];
-      if (is_analytical_function(word.relation)) {
-        functions[at] = word.relation;
-      } else if (_find_universal(inherited_functions, word.relation)) {
+      if (rules[at].source == Source::parent) {
         waiting.push_back(at);
-        if (word.parent == 0) break;
-        at = word.parent - 1;
-      } else if (word.relation == "punct") {
-        functions[at] = _punctuation(sentence, word);
-      } else if (const auto found = _find_universal(universal_relations, word.relation)) {
-        functions[at] = *found;
+        if (words[at].parent == 0) break;
+        at = words[at].parent - 1;
+      } else if (rules[at].source == Source::punctuation) {
+        functions[at] = _punctuation(words[at], at == final_word);
       } else {
-        functions[at] = _other_spelling(word.relation);
+        functions[at] = rules[at].text;
       }
     }
     for (; !waiting.empty(); waiting.pop_back()) {
-      const TreebankWord& word = words[waiting.back()];
-      const std::string_view parent = word.parent == 0 ? std::string_view("Pred") : functions[word.parent - 1];
-      functions[waiting.back()] = _with_suffix(parent, *_find_universal(inherited_functions, word.relation));
+      const std::size_t word = waiting.back();
+      const std::uint32_t parent = words[word].parent;
+      const std::string_view function = parent == 0 ? std::string_view("Pred") : functions[parent - 1];
+      functions[word] = _with_suffix(function, rules[word].text);
     }
   }
   return functions;

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace colx {
@@ -44,6 +45,9 @@ inline constexpr std::size_t longest_treebank_text = 65535;
 
 // The most different tags that a run of ngrex can tell apart.
 inline constexpr std::size_t most_distinct_tags = 254;
+
+// Stands at the beginning of some files, and within those that were put together from several of them.
+inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 // White space of a formatted input stream, by which the fields of a datafile are separated.
 constexpr bool is_field_separator(char c) {

@@ -52,12 +52,17 @@ bool SentenceReader::next(TreebankSentence& sentence, std::vector<TreebankProble
   bool any_row = false;
   std::string_view line;
   while (_source.next_line(line)) {
+    _pass_byte_order_mark(line, problems);
     if (std::all_of(line.begin(), line.end(), is_field_separator)) {
       if (_format == TreebankFormat::datafile && !line.empty() && line != "\r") {
         _note(problems, 0, "expected an empty line, found one of white space, which does not end a sentence", true);
       }
       if (any_row) break;
       continue;
+    }
+    if (_format == TreebankFormat::datafile && _source.compressed() && !_compression_noted) {
+      _compression_noted = true;
+      _note(problems, 0, "expected plain text, found compressed data, which ngrex does not read", true);
     }
     if (!any_row) sentence.line = _source.line_number();
     const std::uint64_t rows_before = _rows;
@@ -78,12 +83,18 @@ void SentenceReader::_note(std::vector<TreebankProblem>& problems, unsigned colu
   problems.push_back({_source.line_number(), column, name, std::move(text), repaired});
 }
 
+// A mark at the beginning of a line is left by whatever put files together. In a datafile ngrex would stumble on it.
+void SentenceReader::_pass_byte_order_mark(std::string_view& line, std::vector<TreebankProblem>& problems) {
+  if (!line.starts_with(byte_order_mark)) return;
+  line.remove_prefix(byte_order_mark.size());
+  if (_format == TreebankFormat::datafile)
+    _note(problems, 0, "expected text, found a byte order mark, at which ngrex loses the sentence", true);
+}
+
 void SentenceReader::_add_row(std::string_view line, TreebankSentence& sentence,
                               std::vector<TreebankProblem>& problems) {
   if (line.find('\0') != std::string_view::npos) {
-    ++_rows;
-    _orders_broken = true;
-    _note(problems, 0, "expected text, found a zero byte");
+    _note_broken_row(problems, "expected text, found a zero byte");
     return;
   }
   if (_format == TreebankFormat::datafile) {
@@ -91,6 +102,13 @@ void SentenceReader::_add_row(std::string_view line, TreebankSentence& sentence,
   } else {
     _add_conll_row(line, sentence, problems);
   }
+}
+
+// Notes a row that cannot be taken apart; after it orders are not checked.
+void SentenceReader::_note_broken_row(std::vector<TreebankProblem>& problems, std::string text) {
+  ++_rows;
+  _orders_broken = true;
+  _note(problems, 0, std::move(text));
 }
 
 // Checks that a row continues the run of orders; of a sentence only the first break is noted.
@@ -105,7 +123,7 @@ bool SentenceReader::_check_order(std::string_view text, std::vector<TreebankPro
   }
   if (_rows > longest_treebank_sentence) {
     _orders_broken = true;
-    _note(problems, 1, fmt::format("expected a sentence of at most {} words", longest_treebank_sentence));
+    _note(problems, 1, fmt::format("expected a sentence of at most {} words, found more", longest_treebank_sentence));
     return false;
   }
   return true;
@@ -121,11 +139,11 @@ void SentenceReader::_add_conll_row(std::string_view line, TreebankSentence& sen
     ++(kind == RowKind::range ? _passed.ranges : _passed.empty_nodes);
     return;
   }
-  const bool in_order = _check_order(columns[0], problems);
   if (count != 10) {
-    _note(problems, 0, fmt::format("expected 10 columns separated by TAB, found {}", count));
+    _note_broken_row(problems, fmt::format("expected 10 columns separated by TAB, found {}", count));
     return;
   }
+  const bool in_order = _check_order(columns[0], problems);
   std::uint32_t parent = 0;
   if (!_is_number(columns[6], parent)) {
     _note(problems, conll_head, fmt::format("expected the number of a word or 0, found {}", quoted(columns[6])));
@@ -147,11 +165,11 @@ void SentenceReader::_add_datafile_row(std::string_view line, TreebankSentence& 
                                        std::vector<TreebankProblem>& problems) {
   std::string_view fields[6];
   const std::size_t count = split_fields(line, fields);
-  const bool in_order = _check_order(fields[0], problems);
   if (count != 6) {
-    _note(problems, 0, fmt::format("expected 6 fields separated by white space, found {}", count));
+    _note_broken_row(problems, fmt::format("expected 6 fields separated by white space, found {}", count));
     return;
   }
+  const bool in_order = _check_order(fields[0], problems);
   if (line.ends_with('\r') && !_carriage_returns_noted) {
     _carriage_returns_noted = true;
     _note(problems, 0, "expected lines that end with LF, found CR LF here and possibly further down", true);

@@ -36,6 +36,8 @@ class SentenceReader {
   void _add_row(std::string_view line, TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
   void _add_conll_row(std::string_view line, TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
   void _add_datafile_row(std::string_view line, TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
+  void _pass_byte_order_mark(std::string_view& line, std::vector<TreebankProblem>& problems);
+  void _note_broken_row(std::vector<TreebankProblem>& problems, std::string text);
   bool _check_order(std::string_view text, std::vector<TreebankProblem>& problems);
   void _note(std::vector<TreebankProblem>& problems, unsigned column, std::string text, bool repaired = false);
 
@@ -43,6 +45,7 @@ class SentenceReader {
   TreebankFormat _format;
   PassedRows _passed;
   bool _carriage_returns_noted = false;
+  bool _compression_noted = false;
   bool _orders_broken = false;
   std::uint64_t _rows = 0;  // word rows of the sentence in hand, good or bad
 };

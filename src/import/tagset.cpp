@@ -18,8 +18,11 @@ struct Letter {
 struct TagPosition {
   std::string_view feature;
   std::span<const Letter> letters;
-  // Names of the same feature in older treebanks, where a value of one character is its own letter.
+  // Names of the same feature in older treebanks, of three letters each; a value of one character is its own letter
+  // there.
   std::string_view aliases;
+  // The name in the first version of the universal features.
+  std::string_view former = "";
 };
 
 constexpr Letter word_classes[] = {{"ADJ", 'A'},  {"ADP", 'R'},   {"ADV", 'D'},   {"AUX", 'X'},   {"CCONJ", 'J'},
@@ -27,12 +30,12 @@ constexpr Letter word_classes[] = {{"ADJ", 'A'},  {"ADP", 'R'},   {"ADV", 'D'}, 
                                    {"PRON", 'P'}, {"PROPN", 'E'}, {"PUNCT", 'Z'}, {"SCONJ", 'S'}, {"SYM", 'Y'},
                                    {"VERB", 'V'}, {"X", 'U'}};
 
-constexpr Letter cases[] = {{"Nom", 'N'}, {"Gen", 'G'}, {"Dat", 'D'}, {"Acc", 'A'}, {"Voc", 'V'}, {"Loc", 'L'},
-                            {"Ins", 'I'}, {"Abl", 'B'}, {"Abs", 'S'}, {"Erg", 'E'}, {"Par", 'P'}, {"Ine", 'n'},
-                            {"Ela", 'e'}, {"Ill", 'i'}, {"Ade", 'a'}, {"All", 'l'}, {"Add", 'd'}, {"Abe", 'b'},
-                            {"Ess", 's'}, {"Tra", 't'}, {"Com", 'c'}, {"Cau", 'C'}, {"Ben", 'F'}, {"Cmp", 'm'},
-                            {"Cns", 'k'}, {"Dis", 'x'}, {"Equ", 'q'}, {"Lat", 'T'}, {"Per", 'r'}, {"Sub", 'u'},
-                            {"Sup", 'p'}, {"Tem", 'y'}, {"Ter", 'o'}, {"Del", 'f'}, {"Obl", 'O'}};
+constexpr Letter cases[] = {
+    {"Nom", 'N'}, {"Gen", 'G'}, {"Dat", 'D'}, {"Acc", 'A'}, {"Voc", 'V'}, {"Loc", 'L'}, {"Ins", 'I'}, {"Abl", 'B'},
+    {"Abs", 'S'}, {"Erg", 'E'}, {"Par", 'P'}, {"Ine", 'n'}, {"Ela", 'e'}, {"Ill", 'i'}, {"Ade", 'a'}, {"All", 'l'},
+    {"Add", 'd'}, {"Abe", 'b'}, {"Ess", 's'}, {"Tra", 't'}, {"Com", 'c'}, {"Cau", 'C'}, {"Ben", 'F'}, {"Cmp", 'm'},
+    {"Cns", 'k'}, {"Dis", 'x'}, {"Equ", 'q'}, {"Lat", 'T'}, {"Per", 'r'}, {"Sub", 'u'}, {"Sup", 'p'}, {"Tem", 'y'},
+    {"Ter", 'o'}, {"Del", 'f'}, {"Obl", 'O'}, {"Sbl", 'U'}, {"Spl", 'Z'}, {"Sbe", 'W'}};
 constexpr Letter numbers[] = {{"Sing", 'S'}, {"Plur", 'P'}, {"Dual", 'D'}, {"Tri", 'T'},   {"Pauc", 'U'}, {"Grpa", 'G'},
                               {"Grpl", 'L'}, {"Inv", 'I'},  {"Coll", 'C'}, {"Count", 'N'}, {"Ptan", 'A'}};
 constexpr Letter genders[] = {{"Masc", 'M'}, {"Fem", 'F'}, {"Neut", 'N'}, {"Com", 'C'}};
@@ -41,7 +44,7 @@ constexpr Letter tenses[] = {{"Past", 'R'}, {"Pres", 'P'}, {"Fut", 'F'},  {"Imp"
                              {"Pqp", 'Q'},  {"Aor", 'A'},  {"Perf", 'T'}, {"Nonpast", 'N'}};
 constexpr Letter moods[] = {{"Ind", 'I'}, {"Imp", 'M'}, {"Cnd", 'C'}, {"Sub", 'S'}, {"Opt", 'O'},
                             {"Jus", 'J'}, {"Prp", 'P'}, {"Qot", 'Q'}, {"Des", 'D'}, {"Nec", 'N'},
-                            {"Pot", 'T'}, {"Adm", 'A'}, {"Int", 'E'}, {"Irr", 'R'}};
+                            {"Pot", 'T'}, {"Adm", 'A'}, {"Int", 'E'}, {"Irr", 'R'}, {"Gen", 'G'}};
 constexpr Letter verb_forms[] = {{"Fin", 'F'}, {"Inf", 'I'}, {"Part", 'P'}, {"Conv", 'C'},
                                  {"Gdv", 'G'}, {"Ger", 'E'}, {"Sup", 'S'},  {"Vnoun", 'N'}};
 constexpr Letter voices[] = {{"Act", 'A'}, {"Pass", 'P'}, {"Mid", 'M'}, {"Antip", 'N'}, {"Cau", 'C'},
@@ -53,10 +56,12 @@ constexpr Letter pronoun_types[] = {{"Prs", 'P'}, {"Rcp", 'C'}, {"Art", 'A'}, {"
 constexpr Letter polarities[] = {{"Pos", 'A'}, {"Neg", 'N'}};
 
 constexpr TagPosition positions[] = {
-    {"word class", word_classes, ""}, {"Case", cases, "cas Cas"},         {"Number", numbers, "Num num"},
-    {"Gender", genders, "Gen gen"},   {"Person", persons, "Per per"},     {"Tense", tenses, "Ten tem"},
-    {"Mood", moods, "mod Mod"},       {"VerbForm", verb_forms, "Vfo"},    {"Voice", voices, "Voi voi"},
-    {"Degree", degrees, "Gra grn"},   {"PronType", pronoun_types, "Pro"}, {"Polarity", polarities, "Neg neg"},
+    {"word class", word_classes, ""},   {"Case", cases, "cas Cas"},
+    {"Number", numbers, "Num num"},     {"Gender", genders, "Gen gen"},
+    {"Person", persons, "Per per"},     {"Tense", tenses, "Ten tem"},
+    {"Mood", moods, "mod Mod"},         {"VerbForm", verb_forms, "Vfo"},
+    {"Voice", voices, "Voi voi"},       {"Degree", degrees, "Gra grn"},
+    {"PronType", pronoun_types, "Pro"}, {"Polarity", polarities, "Neg neg", "Negative"},
 };
 static_assert(std::size(positions) == feature_positions);
 
@@ -72,16 +77,17 @@ char _letter(std::span<const Letter> letters, std::string_view value, bool own_l
 
 char _class_letter(std::string_view upos) {
   if (upos.empty() || upos == "_") return '-';
+  if (upos == "CONJ") return 'J';
   if (upos == "Punc") return 'Z';
   return _letter(word_classes, upos, true);
 }
 
-// Takes one feature apart: Name=Value, or three letters and a value of one character.
+// Takes one feature apart: Name=Value, or three small letters and a value of one character.
 void _split_feature(std::string_view feature, std::string_view& name, std::string_view& value) {
   const std::size_t equals = feature.find('=');
   name = feature.substr(0, equals);
   value = equals == std::string_view::npos ? "" : feature.substr(equals + 1);
-  if (equals == std::string_view::npos && feature.size() == 4) {
+  if (equals == std::string_view::npos && feature.size() == 4 && feature[0] >= 'a' && feature[0] <= 'z') {
     name = feature.substr(0, 3);
     value = feature.substr(3);
   }
@@ -109,10 +115,15 @@ std::string positional_tag(std::string_view upos, std::string_view feats) {
     for (std::size_t p = 1; p < feature_positions; ++p) {
       const TagPosition& position = positions[p];
       const bool alias = _is_alias(position.aliases, name);
-      if (alias || name == position.feature) tag[p] = _letter(position.letters, value, alias);
+      const bool is_named = alias || name == position.feature || name == position.former;
+      if (is_named && tag[p] == '-') tag[p] = _letter(position.letters, value, alias);
     }
   }
   return tag;
+}
+
+std::string_view position_name(std::size_t position) {
+  return positions[position].feature;
 }
 
 std::string tag_table() {

@@ -19,9 +19,12 @@ inline constexpr std::size_t feature_positions = 12;
 // Whether a name is one of the 17 universal word classes, such as NOUN.
 bool is_universal_class(std::string_view name);
 
-// Makes the positional tag: '-' where a feature is absent, '?' where its value has no letter. Of several values
-// separated by commas the first one counts. Features without a position are left out.
+// Makes the positional tag: '-' where a feature is absent, '?' where its value has no letter. Of several values, in one
+// feature or in several of the same name, the first one counts. Features without a position are left out.
 std::string positional_tag(std::string_view upos, std::string_view feats);
+
+// The feature of a position, from 0; "word class" for the first.
+std::string_view position_name(std::size_t position);
 
 // The table of letters, as `--tag-table` prints it.
 std::string tag_table();

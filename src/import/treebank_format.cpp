@@ -1,6 +1,9 @@
 #include "import/treebank_format.h"
 
 #include <algorithm>
+#include <cstdint>
+
+#include <fmt/format.h>
 
 #include "import/tagset.h"
 
@@ -54,7 +57,8 @@ std::optional<TreebankFormat> recognise_format(std::string_view beginning) {
   std::string_view fields[6];
   while (!beginning.empty()) {
     const std::size_t end = beginning.find('\n');
-    const std::string_view line = beginning.substr(0, end);
+    std::string_view line = beginning.substr(0, end);
+    if (line.starts_with(byte_order_mark)) line.remove_prefix(byte_order_mark.size());
     // The last line of the preview may be cut; unless it is the only one it is not looked at.
     if (end == std::string_view::npos && rows) break;
     beginning.remove_prefix(end == std::string_view::npos ? beginning.size() : end + 1);
@@ -82,6 +86,20 @@ std::optional<TreebankFormat> recognise_format(std::string_view beginning) {
   if (!rows) return TreebankFormat::conllu;
   if (!conll) return std::nullopt;
   return comments || marked || universal ? TreebankFormat::conllu : TreebankFormat::conllx;
+}
+
+std::string describe_first_row(std::string_view beginning) {
+  std::string_view columns[10];
+  std::string_view fields[6];
+  for (std::uint64_t number = 1; !beginning.empty(); ++number) {
+    const std::size_t end = beginning.find('\n');
+    const std::string_view line = beginning.substr(0, end);
+    beginning.remove_prefix(end == std::string_view::npos ? beginning.size() : end + 1);
+    if (line.starts_with('#') || std::all_of(line.begin(), line.end(), is_field_separator)) continue;
+    return fmt::format("line {} has {} columns separated by TAB and {} fields separated by white space", number,
+                       split_columns(line, columns), split_fields(line, fields));
+  }
+  return "no row was found";
 }
 
 }  // namespace colx

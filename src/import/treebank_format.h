@@ -3,6 +3,7 @@
 // Recognition of the format of a treebank by its content.
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "import/sentence.h"
@@ -14,6 +15,9 @@ namespace colx {
 // range or an empty node, or when the fourth column of every row is a universal word class; else CoNLL-X. Returns
 // nothing when there are rows and none is of any format; a text without rows counts as CoNLL-U.
 std::optional<TreebankFormat> recognise_format(std::string_view beginning);
+
+// For the message about a text that is not recognised: what its first row looks like.
+std::string describe_first_row(std::string_view beginning);
 
 // Takes a line end of CR LF off, and cuts at TABs. Returns the number of columns; only the first ten are stored.
 std::size_t split_columns(std::string_view line, std::string_view (&columns)[10]);

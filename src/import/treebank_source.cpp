@@ -3,7 +3,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+#include <fmt/format.h>
 
 #include "companion/descriptor.h"
 #include "companion/errors.h"
@@ -14,7 +17,6 @@ namespace {
 
 constexpr std::size_t block_size = std::size_t{1} << 17;
 constexpr std::size_t preview_size = std::size_t{1} << 18;
-constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 constexpr int gzip_only = 15 + 16;  // largest window, gzip header and trailer
 
 }  // namespace
@@ -45,13 +47,12 @@ void TreebankSource::_fail(const std::string& reason) const {
 
 // Replaces the descriptor by one of a temporary file that holds the same bytes and disappears with it.
 void TreebankSource::_spool() {
-  const std::string copy_name = "the temporary copy of " + _name;
-  std::FILE* const file = std::tmpfile();
-  if (file == nullptr) throw output_error("cannot make " + copy_name + ": " + system_reason());
-  const int copy = fcntl(fileno(file), F_DUPFD_CLOEXEC, 3);
-  std::fclose(file);
-  if (copy < 0) throw output_error("cannot make " + copy_name + ": " + system_reason());
+  std::string path = (std::filesystem::temp_directory_path() / "ngrex-import-XXXXXX").string();
+  const std::string copy_name = fmt::format("{}, a copy of {}", path, _name);
+  const int copy = mkostemp(path.data(), O_CLOEXEC);
+  if (copy < 0) throw output_error(fmt::format("cannot make {}: {}", copy_name, system_reason()));
   try {
+    unlink(path.c_str());
     while (const std::size_t size = read_some(_descriptor, _raw.data(), _raw.size(), _name))
       write_fully(copy, {reinterpret_cast<const char*>(_raw.data()), size}, copy_name);
     if (lseek(copy, 0, SEEK_SET) != 0) _fail("cannot be read again: " + system_reason());
@@ -85,9 +86,6 @@ void TreebankSource::_start() {
     _inflater_made = true;
     inflateReset(&_inflater);
   }
-  while (!_at_end && _text.size() < byte_order_mark.size())
-    _fill();
-  if (_text.starts_with(byte_order_mark)) _text_begin = byte_order_mark.size();
 }
 
 // Appends more text. Returns false, and notes the end, when there is none.

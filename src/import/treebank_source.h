@@ -17,7 +17,8 @@ namespace colx {
 class TreebankSource {
  public:
   // Opens the input: "-" is standard input. With `rewindable` an input that cannot be read twice, such as a pipe, is
-  // first copied to a temporary file without a name. Throws input_error, as do all functions that read.
+  // first copied to a temporary file without a name, in the folder that TMPDIR names or /tmp. Throws input_error, as do
+  // all functions that read.
   TreebankSource(const std::string& path, bool rewindable);
   ~TreebankSource();
 
@@ -27,8 +28,11 @@ class TreebankSource {
   // The name for messages.
   const std::string& name() const { return _name; }
 
-  // The text at the beginning, without a byte order mark, up to some hundred kilobytes and without consuming it. Only
-  // before the first line is read.
+  // Whether the input is compressed.
+  bool compressed() const { return _compressed; }
+
+  // The text at the beginning, up to some hundred kilobytes and without consuming it. Only before the first line is
+  // read.
   std::string_view preview();
 
   // Fetches the next line without its line feed; valid until the next call. Returns false at the end. The last line may

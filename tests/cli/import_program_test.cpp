@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -76,13 +77,18 @@ TEST_F(ImportTest, SkipsABrokenSentenceAndFailsUnderStrictOnly) {
 TEST_F(ImportTest, ReportsItsFigures) {
   const ToolResult result = run({"--mask", "*-"}, rain);
   EXPECT_EQ(result.err,
+            "format:                 CoNLL-U\n"
             "words:                  4\n"
             "sentences:              1\n"
             "skipped sentences:      0\n"
             "multiword ranges:       1 passed over\n"
             "distinct lemmas:        4\n"
+            "lemmas from forms:      1\n"
+            "protected lemmas:       1\n"
+            "tags:                   from XPOS\n"
             "distinct tags:          4\n"
             "distinct masked tags:   4 under *-\n"
+            "suggested mask:         ** (4 distinct tags)\n"
             "widest node:            3 children at standard input:3\n"
             "longest sentence:       4 words at standard input:2\n");
 }
@@ -92,10 +98,10 @@ TEST_F(ImportTest, ChecksADatafileAndWritesNothing) {
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.out, "");
   EXPECT_EQ(result.err,
-            "ngrex-import: standard input:2: column 1 (order): expected the number 2, found \"3\"; the sentence is "
-            "skipped\n"
+            "ngrex-import: standard input:2: column 1 (order): expected the number 2, found \"3\"; the sentence would "
+            "be skipped\n"
             "ngrex-import: standard input:4: column 5 (parent): expected a tree, found a cycle of parents through word "
-            "1 (1 -> 1); the sentence is skipped\n");
+            "1 (1 -> 1); the sentence would be skipped\n");
 }
 
 TEST_F(ImportTest, FailsLoudlyWhenItCannotWriteOrRead) {
@@ -117,6 +123,72 @@ TEST_F(ImportTest, DoesNotOverwriteItsInput) {
   folder.write("in", rain);
   EXPECT_EQ(run({"-q", "-o", "in", "in"}).status, 1);
   EXPECT_EQ(read("in"), rain);
+}
+
+TEST_F(ImportTest, OverwritesNeitherAnInputNorTheListWithAPart) {
+  folder.write("d-0002.dat", rain + rain + rain);
+  const ToolResult result = run({"-q", "--split", "4", "-o", "d.dat", "d-0002.dat"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.err,
+            "ngrex-import: cannot write d-0002.dat: it is an input or the list, and would be overwritten; stopping\n");
+  EXPECT_EQ(read("d-0002.dat"), rain + rain + rain);
+  EXPECT_EQ(run({"-q", "-o", "same", "--list", "same"}, rain).status, 1);
+  EXPECT_EQ(read("same"), "");
+}
+
+TEST_F(ImportTest, FailsBeforeTheWorkWhenTheListCannotBeWritten) {
+  EXPECT_EQ(run({"-o", "d.dat", "--list", "/dev/full"}, rain).status, 1);
+  const ToolResult result = run({"-o", "d.dat", "--list", "no/list"}, rain);
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.err, "ngrex-import: cannot write the list no/list: No such file or directory; stopping\n");
+  EXPECT_EQ(read("d.dat"), "");
+}
+
+TEST_F(ImportTest, WarnsOfPartsThatAnEarlierImportLeft) {
+  EXPECT_EQ(run({"-q", "-o", "d.dat", "--split", "4", "--list", "list"}, rain + rain + rain).err, "");
+  const ToolResult result = run({"-q", "-o", "d.dat", "--split", "8", "--list", "list"}, rain + rain + rain);
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.err,
+            "ngrex-import: d-0003.dat is left from an earlier import and still in the list list; what follows the last "
+            "part of this one should be removed\n");
+}
+
+TEST_F(ImportTest, TellsWhatNgrexWouldNotReadInADatafile) {
+  const std::string words = "1 a a N 0 nsubj\n2 b b N 1 ATR_CO\n3 c c N 1 Atr\n\n";
+  const ToolResult result = run({"--check"}, "\xEF\xBB\xBF" + words);
+  EXPECT_TRUE(result.err.starts_with("ngrex-import: standard input:1: expected text, found a byte order mark"));
+  EXPECT_NE(result.err.find("relations to Undef:     2\n"), std::string::npos) << result.err;
+  EXPECT_EQ(run({"-q"}, words).out, "1\ta\ta\tN\t0\tSb\n2\tb\tb\tN\t1\tAtr_Co\n3\tc\tc\tN\t1\tAtr\n\n");
+}
+
+TEST_F(ImportTest, TellsFiftyFaultsAndCountsTheRest) {
+  std::string text = rain;
+  for (int i = 0; i < 53; ++i)
+    text += broken;
+  const auto lines = [](const std::string& told) { return std::count(told.begin(), told.end(), '\n'); };
+  const ToolResult result = run({"-q"}, text);
+  EXPECT_EQ(lines(result.err), 51);
+  EXPECT_TRUE(result.err.ends_with("ngrex-import: standard input: 3 more faults; --check tells them all\n"));
+  EXPECT_EQ(lines(run({"-q", "--check"}, text).err), 53);
+}
+
+TEST_F(ImportTest, TellsOfAnInputWithoutSentences) {
+  const ToolResult result = run({"-q"}, "# only a comment\r1\ta\r");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.err, "ngrex-import: standard input: expected sentences, found none\n");
+}
+
+TEST_F(ImportTest, TellsOfTooManyTagsEvenWhenQuietIfThatIsWhatWasAsked) {
+  std::string text;
+  for (int i = 0; i < 255; ++i)
+    text += "1 a a N" + std::to_string(i) + " 0 Sb\n\n";
+  const ToolResult result = run({"-q", "--check", "--strict"}, text);
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(
+      result.err,
+      "ngrex-import: expected at most 254 distinct tags, found 255; the first too many is at standard input:509\n");
+  EXPECT_EQ(run({"-q", "--check", "--strict", "--mask", "*"}, text).status, 0);
+  EXPECT_NE(run({"--check"}, text).err.find("suggested mask:         *-** (111 distinct tags)"), std::string::npos);
 }
 
 TEST_F(ImportTest, AnswersQuestionsWithZeroAndWrongUseWithTwo) {

@@ -2,9 +2,10 @@
 
 usage: import_then_run.py --import PROGRAM --program NGREX [--seed S] [--cases K]
 
-Makes random treebanks (CoNLL-U, CoNLL-X or datafiles, many of their lines damaged) from a printed seed, imports each with
-random options and runs ngrex over the result. The words and sentences that the importer reports must be those that ngrex
-counts.
+Makes random treebanks (CoNLL-U, CoNLL-X or datafiles, many of their lines damaged, some with far more tags than ngrex can
+hold) from a printed seed, imports each with random options and runs ngrex over the result, without a mask, with the mask that
+the importer suggests, or with a random one. The words, sentences and tags that the importer reports must be those that ngrex
+counts. What was written must pass the importer's own check.
 """
 
 import argparse
@@ -22,7 +23,13 @@ def field(random_, empty="_"):
     return "".join(random_.choice(PIECES) for _ in range(random_.randint(1, 3))) if random_.random() < 0.9 else empty
 
 
-def sentence(random_, form):
+def tag(random_, many_tags):
+    if many_tags:
+        return "".join(random_.choice("ABCDEFGH-") for _ in range(random_.choice([4, 4, 4, 3, 6])))
+    return random_.choice(["NN", "VB", "N-"])
+
+
+def sentence(random_, form, many_tags):
     words = random_.randint(1, 9)
     rows = []
     for i in range(1, words + 1):
@@ -32,11 +39,12 @@ def sentence(random_, form):
         order = i if random_.random() < 0.98 else random_.choice([0, i + 1, "x", ""])
         relation = random_.choice(["nsubj", "conj", "obj:x", "Sb", "ATR_CO", "root", "_", "appos"])
         if form == "datafile":
-            row = [order, field(random_), field(random_), field(random_), head, relation]
+            row = [order, field(random_), field(random_), tag(random_, True) if many_tags else field(random_), head,
+                   relation]
         else:
             feats = random_.choice(["_", "Case=Nom|Number=Sing", "Tense=Past", "casA"])
             row = [order, field(random_), field(random_), random_.choice(["NOUN", "VERB", "_"]),
-                   random_.choice(["NN", "VB", "N-"]), feats, head, relation, "_", "_"]
+                   tag(random_, many_tags), feats, head, relation, "_", "_"]
         if random_.random() < 0.02:
             row.pop()
         rows.append("\t".join(map(str, row)))
@@ -62,34 +70,60 @@ def main():
     arguments = parser.parse_args()
     print(f"seed {arguments.seed}", flush=True)
     runs = 0
+    too_many = 0
     for case in range(arguments.cases):
         random_ = random.Random(f"{arguments.seed}/{case}")
         form = random_.choice(["conllu", "conllu", "conllx", "datafile"])
         with tempfile.TemporaryDirectory() as folder:
-            text = "".join(sentence(random_, form) for _ in range(random_.randint(1, 12)))
+            many_tags = random_.random() < 0.2
+            sentences = random_.randint(300, 500) if many_tags else random_.randint(1, 12)
+            text = "".join(sentence(random_, form, many_tags) for _ in range(sentences))
             with open(os.path.join(folder, "treebank"), "wb") as treebank:
                 treebank.write(text.encode() if random_.random() < 0.9 else text.rstrip().encode())
             options = ["--from", form, "-o", "words.dat", "--list", "list"]
             options += random_.choice([[], ["--tag", "feats"], ["--tag", "upos"], ["--no-protect-lemmas"],
-                                       ["--relations", "keep"]])
+                                       ["--relations", "keep"], ["--tag", "xpos"]])
+            if many_tags:
+                options += ["--tag", "xpos"]
+            mask = random_.choice([None, "suggested", "".join(random_.choice("*-") for _ in range(random_.randint(1, 8)))])
+            if mask not in (None, "suggested"):
+                options += ["--mask", mask]
             report = subprocess.run([arguments.importer, *options, "treebank"], cwd=folder, capture_output=True)
             if report.returncode != 0:
                 print(f"case {case}: import ended with {report.returncode}: {report.stderr.decode()}")
                 return 1
             told = report.stderr.decode()
-            run = subprocess.run([arguments.program, "-i", "list", "-n", "2", "-o", "pairs", "-s", "counts"], cwd=folder,
-                                 capture_output=True)
+            tags = None
+            if mask == "suggested" and (found := re.search(r"suggested mask: +(\S+) \((\d+) distinct", told)):
+                mask, tags = found.group(1), int(found.group(2))
+                too_many += counted(r"distinct tags: +(\d+)", told) > 254
+            elif mask is not None:
+                tags = counted(r"distinct masked tags: +(\d+)", told)
+                if tags is not None and tags > 254:
+                    continue
+            masked = ["-m", mask] if tags is not None else []
+            run = subprocess.run([arguments.program, "-i", "list", "-n", "2", "-o", "pairs", "-s", "counts", *masked],
+                                 cwd=folder, capture_output=True)
+            check = subprocess.run([arguments.importer, "--check", "--strict", "-q", "--mask", mask if masked else "-",
+                                    "words.dat"], cwd=folder, capture_output=True)
+            # A file without sentences is told about.
+            if check.returncode != 0 and b"expected sentences, found none" not in check.stderr:
+                print(f"case {case} ({form}, {options}): what was written is faulty: {check.stderr.decode()}")
+                return 1
             with open(os.path.join(folder, "counts"), encoding="utf-8") as counts:
                 overall = counts.read().split("Overall datafiles statistics:")[1]
             words = counted(r"words: +(\d+)", told), counted(r"# of words: (\d+)", overall)
             sentences = counted(r"\nsentences: +(\d+)", told), counted(r"# of sentences: (\d+)", overall)
-            if run.returncode != 0 or run.stderr or words[0] != words[1] or sentences[0] != sentences[1]:
-                print(f"case {case} ({form}, {options}): status {run.returncode}, words {words}, sentences {sentences}")
+            masked_tags = tags, counted(r"# of unique tags: (\d+)", overall) if masked else None
+            if run.returncode != 0 or run.stderr or any(a != b for a, b in (words, sentences, masked_tags)):
+                print(f"case {case} ({form}, {options}, {masked}): status {run.returncode}, words {words}, "
+                      f"sentences {sentences}, tags {masked_tags}")
                 print(run.stderr.decode())
                 return 1
             runs += words[0] > 0
-    print(f"{arguments.cases} cases read without a warning, {runs} of them with words (seed {arguments.seed})")
-    return 0 if runs > 0 else 1
+    print(f"{arguments.cases} cases read without a warning, {runs} of them with words, {too_many} with a suggested mask for "
+          f"too many tags (seed {arguments.seed})")
+    return 0 if runs > 0 and too_many > 0 else 1
 
 
 if __name__ == "__main__":

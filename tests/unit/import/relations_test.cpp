@@ -57,6 +57,22 @@ TEST(Relations, TellsCommasFromFinalAndOtherPunctuation) {
   EXPECT_EQ(analytical_functions(sentence), (Functions{"Pred", "AuxX", "AuxG", "AuxK"}));
 }
 
+TEST(Relations, GivesTheFinalFunctionToTheMarkThatEndsTheSentence) {
+  const auto last = [](const std::vector<std::string>& marks) {
+    TreebankSentence sentence = _sentence({{0, "root"}});
+    for (const std::string& mark : marks)
+      sentence.words.push_back(_sentence({{1, mark == "a" ? "obj" : "punct:x"}}).words[0]);
+    for (std::size_t i = 0; i < marks.size(); ++i)
+      sentence.words[i + 1].form = marks[i];
+    const Functions functions = analytical_functions(sentence);
+    return Functions(functions.begin() + 1, functions.end());
+  };
+  EXPECT_EQ(last({".", "\""}), (Functions{"AuxK", "AuxG"}));
+  EXPECT_EQ(last({"?!", "...", ")"}), (Functions{"AuxG", "AuxK", "AuxG"}));
+  EXPECT_EQ(last({".", "a", ":"}), (Functions{"AuxG", "Obj", "AuxK"}));
+  EXPECT_EQ(last({"\xE3\x80\x81", "\xE3\x80\x82"}), (Functions{"AuxX", "AuxK"}));
+}
+
 TEST(Relations, LeavesEveryAnalyticalFunctionAsItIs) {
   for (unsigned code = 0; code < dependencies_count; ++code) {
     const std::string name(dependency2cstring(static_cast<std::uint8_t>(code)));
@@ -70,8 +86,19 @@ TEST(Relations, RecognisesOtherSpellings) {
             (Functions{"Sb", "Atr_Co", "AuxP", "Obj_Ap", "Sb_Pa", "Atv_Co", "AtvV"}));
 }
 
+TEST(Relations, TakesTheLastSuffixThatTheFunctionCanHave) {
+  EXPECT_EQ(analytical_functions(_sentence({{0, "ATR_AP_CO"}, {1, "Sb_M"}, {1, "SBJ_XX"}})),
+            (Functions{"Atr_Co", "Sb", "Sb"}));
+}
+
+TEST(Relations, RecognisesUniversalRelationsOfTheFirstVersionAndInCapitals) {
+  EXPECT_EQ(analytical_functions(
+                _sentence({{0, "ROOT"}, {1, "dobj"}, {1, "nsubjpass"}, {2, "CONJ"}, {1, "auxpass"}, {5, "mwe"}})),
+            (Functions{"Pred", "Obj", "Sb", "Obj_Co", "AuxV", "AuxV"}));
+}
+
 TEST(Relations, MakesEverythingElseUndefined) {
-  EXPECT_EQ(analytical_functions(_sentence({{0, "_"}, {1, ""}, {1, "SBJ_XX"}, {1, "nonsense:conj"}})),
+  EXPECT_EQ(analytical_functions(_sentence({{0, "_"}, {1, ""}, {1, "HEAD"}, {1, "nonsense:conj"}})),
             (Functions{"Undef", "Undef", "Undef", "Undef"}));
 }
 

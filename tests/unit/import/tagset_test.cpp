@@ -20,11 +20,19 @@ TEST(Tagset, PutsEveryFeatureAtItsPosition) {
 
 TEST(Tagset, MarksWhatIsAbsentAndWhatHasNoLetter) {
   EXPECT_EQ(positional_tag("_", "_"), "------------");
-  EXPECT_EQ(positional_tag("Nonsense", "Case=Zzz|Foreign=Yes|Number="), "?" "?----------");
+  EXPECT_EQ(positional_tag("Nonsense", "Case=Zzz|Foreign=Yes|Number="),
+            "?"
+            "?----------");
 }
 
 TEST(Tagset, TakesTheFirstOfSeveralValues) {
   EXPECT_EQ(positional_tag("DET", "Gender=Masc,Neut"), "T--M--------");
+}
+
+TEST(Tagset, TakesNoNameWithoutValueForAShortFeature) {
+  EXPECT_EQ(positional_tag("NOUN", "Case|Perf|Prop"), "N-----------");
+  EXPECT_EQ(positional_tag("NOUN", "Case=Nom|Case=Gen"), "NN----------");
+  EXPECT_EQ(positional_tag("CONJ", "Negative=Neg|Case=Sbl"), "JU---------N");
 }
 
 TEST(Tagset, KeepsShortValuesOfOlderTreebanks) {

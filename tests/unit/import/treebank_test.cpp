@@ -69,7 +69,7 @@ using Problems = std::vector<std::string>;
 
 TEST(TreebankSource, ReadsPlainAndCompressedTextOfSeveralMembers) {
   const test::TemporaryFolder folder;
-  EXPECT_EQ(_all_lines(folder.write("a", "\xEF\xBB\xBFone\n\ntwo")), "one||two|");
+  EXPECT_EQ(_all_lines(folder.write("a", "one\n\ntwo")), "one||two|");
   const std::string member = _gzip(folder, "one\ntw");
   EXPECT_EQ(_all_lines(folder.write("b", member + member + std::string(20, '\0'))), "one|twone|tw|");
 }
@@ -94,6 +94,17 @@ TEST(TreebankFormat, IsRecognisedByContent) {
   EXPECT_EQ(recognise_format("# x\n1\tf\tl\tN\tN\t_\t0\tPred\t_\t_\n"), TreebankFormat::conllu);
   EXPECT_EQ(recognise_format("\n1 f l t 0 Pred\n"), TreebankFormat::datafile);
   EXPECT_EQ(recognise_format("Once upon a time there was\n"), std::nullopt);
+}
+
+TEST(SentenceReader, PassesOverByteOrderMarksAtTheBeginningOfLines) {
+  const std::string mark = "\xEF\xBB\xBF";
+  const Seen seen = _read(mark + _row("1", "0") + "\n" + mark + "# c\n" + _row("1", "0"), TreebankFormat::conllu);
+  EXPECT_EQ(seen.lengths, (Lengths{1, 1}));
+  EXPECT_EQ(seen.problems, Problems{});
+  EXPECT_EQ(recognise_format(mark + _row("1", "0")), TreebankFormat::conllu);
+  const Seen datafile = _read(mark + "1 f l t 0 Pred\n", TreebankFormat::datafile);
+  EXPECT_EQ(datafile.lengths, Lengths{1});
+  EXPECT_EQ(datafile.problems.size(), 1U);
 }
 
 TEST(SentenceReader, PassesOverCommentsRangesAndEmptyNodes) {
@@ -132,8 +143,8 @@ TEST(SentenceReader, RefusesZeroBytesAndSentencesThatAreTooLong) {
     text += _row(std::to_string(i), "0");
   const Seen seen = _read(text, TreebankFormat::conllu);
   EXPECT_EQ(seen.lengths, (Lengths{65535}));
-  EXPECT_EQ(seen.problems,
-            (Problems{"1:0 expected text, found a zero byte", "65538:1 expected a sentence of at most 65535 words"}));
+  EXPECT_EQ(seen.problems, (Problems{"1:0 expected text, found a zero byte",
+                                     "65538:1 expected a sentence of at most 65535 words, found more"}));
 }
 
 TEST(DatafileWriter, WritesNoWhiteSpaceAndNoEmptyField) {
@@ -141,6 +152,8 @@ TEST(DatafileWriter, WritesNoWhiteSpaceAndNoEmptyField) {
             "\xC2\xA0"
             "a\xC2\xA0"
             "b\xC2\xA0\xC2\xA0");
+  EXPECT_EQ(datafile_field("\xE2\x80\xA8x\xE3\x80\x80\xC2\x85y\xE2\x80\x8B"),
+            "\xC2\xA0x\xC2\xA0\xC2\xA0y\xE2\x80\x8B");  // a zero-width space is no white space
   EXPECT_EQ(datafile_field(""), "_");
 }
 
@@ -149,12 +162,13 @@ TEST(DatafileWriter, NumbersBeforeTheExtension) {
   EXPECT_EQ(numbered_path("corpus", 12345), "corpus-12345");
 }
 
-TEST(DatafileWriter, ExtendsAListWithoutNamingAPathTwice) {
+TEST(DatafileWriter, OverwritesNoFileThatIsToBeKept) {
   const test::TemporaryFolder folder;
-  const std::string list = folder.write("list", "a.dat");
-  extend_list(list, {"a.dat", "b.dat"});
-  extend_list(list, {"b.dat"});
-  EXPECT_EQ(_all_lines(list), "a.dat|b.dat|");
+  const std::string second = folder.write("d-0002.dat", "mine");
+  DatafileWriter writer(folder.path("d.dat"), 1, {regular_file(second).value().identity});
+  writer.write("1 a a N 0 Sb\n", 1);
+  EXPECT_THROW(writer.write("1 a a N 0 Sb\n", 1), output_error);
+  EXPECT_EQ(_all_lines(second), "mine|");
 }
 
 }  // namespace

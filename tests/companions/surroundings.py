@@ -1,0 +1,103 @@
+"""Companion programs on a terminal, and with closed standard descriptors.
+
+usage: surroundings.py BUILD_FOLDER
+"""
+
+import os
+import pty
+import subprocess
+import sys
+import tempfile
+
+ROWS = "".join(f"{i}\tw\tw\tX\tX\t_\t{i - 1}\t{'root' if i == 1 else 'obj'}\t_\t_\n" for i in range(1, 40))
+PAIR = "1\theavy\tA\t2\tAtr\n2\train\tN\t0\tHead\n4\t1\t1\t1\n-nan\tinf\t0.8\t0.3\t0.4\t0.5\n\n\n"
+
+failures = 0
+
+
+def expect(condition, what, got):
+    global failures
+    if not condition:
+        failures += 1
+        print(f"{what}: got {got!r}")
+
+
+def on_terminal(command, folder, streams, settings=None):
+    """Runs a command with the given streams ("out", "err") on one terminal; returns what that got, and the other stream."""
+    main, other = pty.openpty()
+    process = subprocess.Popen(command, cwd=folder, env={**os.environ, **(settings or {})}, stdin=subprocess.DEVNULL,
+                               stdout=other if "out" in streams else subprocess.PIPE,
+                               stderr=other if "err" in streams else subprocess.PIPE)
+    os.close(other)
+    shown = b""
+    while True:
+        try:
+            piece = os.read(main, 65536)
+        except OSError:  # the other side is closed
+            break
+        if not piece:
+            break
+        shown += piece
+    rest = b"".join(filter(None, process.communicate()))
+    os.close(main)
+    return shown.decode().replace("\r\n", "\n"), rest.decode()
+
+
+def closed(command, folder, redirection):
+    return subprocess.run(["bash", "-c", f'"$@" {redirection}', "bash", *command], cwd=folder, capture_output=True, text=True)
+
+
+def main():
+    build = os.path.abspath(sys.argv[1])
+    table = os.path.join(build, "ngrex-table")
+    importer = os.path.join(build, "ngrex-import")
+    with tempfile.TemporaryDirectory() as folder:
+        with open(os.path.join(folder, "pairs"), "w", encoding="utf-8") as file:
+            file.write(PAIR)
+        with open(os.path.join(folder, "bank"), "w", encoding="utf-8") as file:
+            file.write((ROWS + "\n") * 2000)
+
+        columns = ["--columns", "lemma,frequency"]
+        plain = "lemma1  lemma2  frequency\nheavy   rain            1\n"
+        bold = "\x1b[1mlemma1  lemma2  frequency\x1b[0m\nheavy   rain            1\n"
+        clean = {"NO_COLOR": ""}
+        got, _ = on_terminal([table, *columns, "pairs"], folder, ["out"], clean)
+        expect(got == bold, "a table on a terminal", got)
+        got, _ = on_terminal([table, *columns, "pairs"], folder, ["out"], {"NO_COLOR": "1"})
+        expect(got == plain, "a table on a terminal with NO_COLOR", got)
+        got, _ = on_terminal([table, *columns, "--format", "tsv", "pairs"], folder, ["out"], clean)
+        expect(got == "lemma1\tlemma2\tfrequency\nheavy\train\t1\n", "tsv on a terminal", got)
+        _, got = on_terminal([table, *columns, "--format", "table", "pairs"], folder, ["err"], clean)
+        expect(got == plain, "a table into a pipe", got)
+
+        got, _ = on_terminal([importer, "-o", "words", "bank"], folder, ["err"])
+        bars, _, report = got.partition("\r\x1b[K")
+        expect(bars.startswith("\r[") and bars.endswith("#] 100%") and "\n" not in bars, "a progress bar", bars)
+        percents = [int(bar[-4:-1]) for bar in bars.split("\r")[1:]]
+        expect(percents == sorted(set(percents)) and len(percents) > 5, "growing percentages", percents)
+        expect(report.startswith("format: "), "a report behind the bar", report)
+        got, _ = on_terminal([importer, "-q", "-o", "words", "bank"], folder, ["err"])
+        expect(got == "", "quiet on a terminal", got)
+        got, _ = on_terminal([importer, "bank"], folder, ["out", "err"])
+        expect("#" not in got and got.startswith("1\tw\tw\t"), "a datafile on a terminal without a bar", got[:200])
+
+        got = closed([importer, "-o", "words", "--check-nothing"], folder, "2>&-")
+        expect(got.returncode == 2, "usage error with closed standard error", got)
+        with open(os.path.join(folder, "bad"), "w", encoding="utf-8") as file:
+            file.write("1\tw\tw\tX\tX\t_\tx\troot\t_\t_\n\n" + ROWS)
+        got = closed([importer, "-o", "words", "bad"], folder, "2>&-")
+        with open(os.path.join(folder, "words"), encoding="utf-8") as file:
+            words = file.read()
+        expect(words.startswith("1\tw\tw\tX\t0\tPred\n"), "no message in the datafile", words[:100])
+        for redirection in (">&-", "<&-"):
+            for command in ([importer, "-q"], [table]):
+                if redirection == ">&-":
+                    command = command + ["bad" if command[0] == importer else "pairs"]
+                got = closed(command, folder, redirection)
+                expect(got.returncode == 1 and "cannot" in got.stderr, f"{command} {redirection}", got)
+    print(f"{failures} failures")
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
