@@ -1,41 +1,79 @@
 # Bash completion for ngrex, ngrex-import and ngrex-table.
 
+# Completes the last name of a list separated by commas, "$1" of the words in "$2".
+_ngrex_complete_list() {
+  local begun=''
+  [[ $1 == *,* ]] && begun=${1%,*},
+  mapfile -t COMPREPLY < <(compgen -P "$begun" -W "$2" -- "${1##*,}")
+}
+
+# What follows an option: words, a list of words ("list:"), files ("files"), or something that cannot be completed ("text").
+# Prints nothing for a switch.
+_ngrex_value_of() {
+  local measures='G2 X2 MI MI3 logDice Dice t z Fisher odds_ratio'
+  local columns='frequency total pattern chi_square log_likelihood mutual_information pearson t_test z_score'
+  columns+=" $measures $(printf '%s ' {lemma,tag,parent,relation,marginal}{1,2,3})"
+  case $1:$2 in
+    ngrex:-n) echo '2 3 4 5 6 7' ;;
+    ngrex:-cs) echo '0 1 2' ;;
+    ngrex:-[cdfios] | ngrex:-cf | ngrex:-fs) echo files ;;
+    ngrex:-[mp] | ngrex:-cw | ngrex:-t[cefmlptz]) echo text ;;
+    ngrex-import:-o | ngrex-import:--output | ngrex-import:--list) echo files ;;
+    ngrex-import:--from) echo 'conllu conllx datafile' ;;
+    ngrex-import:--tag) echo 'xpos upos feats' ;;
+    ngrex-import:--relations) echo 'keep functions' ;;
+    ngrex-import:--mask | ngrex-import:--split) echo text ;;
+    ngrex-table:--format) echo 'tsv csv jsonl markdown ucs table' ;;
+    ngrex-table:--measures) echo "list: $measures" ;;
+    ngrex-table:--columns) echo "list: rank lemma tag parent relation marginal cell $columns" ;;
+    ngrex-table:--sort) echo "$columns $(printf '+%s ' $columns)" ;;
+    ngrex-table:--top | ngrex-table:--min-frequency | ngrex-table:--precision | ngrex-table:--where) echo text ;;
+  esac
+}
+
 _ngrex_complete() {
   local program=${1##*/} current=$2 previous=$3
-  local options files values=''
+  local options value i
   case $program in
     ngrex)
       options='-c -cf -cs -cw -d -f -fs -i -m -n -o -p -s -ta -tc -te -tf -tl -tm -to -tp -tt -tz'
-      files=' -c -cf -d -f -fs -i -o -s '
-      [[ $previous == -n ]] && values='2 3 4 5 6 7'
       ;;
     ngrex-import)
       options='-o --output --from --tag --relations --protect-lemmas --no-protect-lemmas --split --list --mask --check
         --strict --tag-table -q --quiet -h --help --version'
-      files=' -o --output --list '
-      case $previous in
-        --from) values='conllu conllx datafile' ;;
-        --tag) values='xpos upos feats' ;;
-        --relations) values='keep functions' ;;
-      esac
       ;;
     ngrex-table)
       options='--columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision
         -h --help --version'
-      files=' '
-      case $previous in
-        --format) values='tsv csv jsonl markdown ucs table' ;;
-        --measures) values="G2 X2 MI MI3 logDice Dice t z Fisher odds_ratio" ;;
-      esac
       ;;
   esac
-  if [[ -n $values ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "$values" -- "$current")
-  elif [[ $files != *" $previous "* && $current == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
-  else
-    mapfile -t COMPREPLY < <(compgen -f -- "$current")
+
+  # Bash makes words of their own of "=" and what is behind it.
+  if [[ $previous == '=' || $current == '=' ]]; then
+    previous=${COMP_WORDS[COMP_CWORD - 1]}
+    [[ $previous == '=' ]] && previous=${COMP_WORDS[COMP_CWORD - 2]}
+    current=${current#=}
   fi
+  value=$(_ngrex_value_of "$program" "$previous")
+  for ((i = 1; i < COMP_CWORD; ++i)); do
+    # Behind "--" there are operands only.
+    [[ $program != ngrex && ${COMP_WORDS[i]} == -- ]] && value=files
+  done
+
+  COMPREPLY=()
+  case $value in
+    text) ;;
+    files) mapfile -t COMPREPLY < <(compgen -f -- "$current") ;;
+    list:*) _ngrex_complete_list "$current" "${value#list: }" ;;
+    ?*) mapfile -t COMPREPLY < <(compgen -W "$value" -- "$current") ;;
+    *)
+      if [[ $current == -* ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
+      else
+        mapfile -t COMPREPLY < <(compgen -f -- "$current")
+      fi
+      ;;
+  esac
 }
 
 complete -o filenames -F _ngrex_complete ngrex ngrex-import ngrex-table

@@ -5,62 +5,54 @@
 #include <cstdint>
 #include <limits>
 
+#include "table/deviance.h"
 #include "table/fisher.h"
 
 namespace colx::table {
 
 namespace {
 
-constexpr double _not_a_number = std::numeric_limits<double>::quiet_NaN();
+constexpr long double _not_a_number = std::numeric_limits<long double>::quiet_NaN();
 
-double _number(std::uint64_t count) {
-  return static_cast<double>(count);
+using Real = long double;
+
+Real _number(std::uint64_t count) {
+  return static_cast<Real>(count);
 }
 
-double _g2(const Contingency& table) {
-  double sum = 0;
+// The sums of observed and of expected cells are equal, so that those of the deviances are those of O ln(O / E).
+Real _g2(const Contingency& table) {
+  Real sum = 0;
   for (std::size_t i = 0; i < table.cells.size(); ++i)
-    if (table.cells[i] != 0) sum += _number(table.cells[i]) * std::log(_number(table.cells[i]) / table.expected(i));
-  return std::max(0.0, 2 * sum);
+    if (const Real expected = table.expected(i); expected > 0) sum += deviance(_number(table.cells[i]), expected);
+  return 2 * sum;
 }
 
 // A cell that cannot occur, because a word is never absent or never present, has no part in the sum.
-double _x2(const Contingency& table) {
-  double sum = 0;
+Real _x2(const Contingency& table) {
+  Real sum = 0;
   for (std::size_t i = 0; i < table.cells.size(); ++i) {
-    const double expected = table.expected(i);
-    const double difference = _number(table.cells[i]) - expected;
+    const Real expected = table.expected(i);
+    const Real difference = _number(table.cells[i]) - expected;
     if (expected > 0) sum += difference * difference / expected;
   }
   return sum;
 }
 
-double _dice(const Contingency& table) {
-  double sum = 0;
+Real _dice(const Contingency& table) {
+  Real sum = 0;
   for (std::size_t k = 0; k < table.n; ++k)
     sum += _number(table.marginals[k]);
   return _number(table.n) * _number(table.frequency) / sum;
 }
 
-double _odds_ratio(const Contingency& table) {
+Real _odds_ratio(const Contingency& table) {
   return _number(table.cells[3]) * _number(table.cells[0]) / (_number(table.cells[2]) * _number(table.cells[1]));
 }
 
-}  // namespace
-
-std::optional<Association> find_association(std::string_view name) {
-  const auto* const found = std::find(association_names.begin(), association_names.end(), name);
-  if (found == association_names.end()) return std::nullopt;
-  return static_cast<Association>(found - association_names.begin());
-}
-
-bool is_defined(Association measure, std::size_t n) {
-  return n == 2 || (measure != Association::fisher && measure != Association::odds_ratio);
-}
-
-double associate(Association measure, const Contingency& table) {
+Real _associate(Association measure, const Contingency& table) {
   if (table.total == 0) return _not_a_number;
-  const double f = _number(table.frequency);
+  const Real f = _number(table.frequency);
   switch (measure) {
     case Association::g2:
       return _g2(table);
@@ -84,6 +76,22 @@ double associate(Association measure, const Contingency& table) {
       return _odds_ratio(table);
   }
   return _not_a_number;
+}
+
+}  // namespace
+
+std::optional<Association> find_association(std::string_view name) {
+  const auto* const found = std::find(association_names.begin(), association_names.end(), name);
+  if (found == association_names.end()) return std::nullopt;
+  return static_cast<Association>(found - association_names.begin());
+}
+
+bool is_defined(Association measure, std::size_t n) {
+  return n == 2 || (measure != Association::fisher && measure != Association::odds_ratio);
+}
+
+double associate(Association measure, const Contingency& table) {
+  return static_cast<double>(_associate(measure, table));
 }
 
 }  // namespace colx::table

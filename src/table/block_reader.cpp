@@ -9,6 +9,7 @@
 
 #include "companion/descriptor.h"
 #include "companion/errors.h"
+#include "table/utf8.h"
 
 namespace colx::table {
 
@@ -26,15 +27,17 @@ bool _is_digit(char c) {
 std::string _shown(std::string_view text) {
   constexpr std::size_t longest = 40;
   std::string result = "\"";
-  for (const char c : text.substr(0, longest)) {
-    if (c == '\t')
+  while (!text.empty() && result.size() < longest) {
+    const Character character = first_character(text);
+    if (text[0] == '\t')
       result += "\\t";
-    else if (static_cast<unsigned char>(c) < ' ' || c == '\x7f')
-      result += fmt::format("\\x{:02x}", static_cast<unsigned char>(c));
+    else if (!character.is_valid || character.code < ' ')
+      result += fmt::format("\\x{:02x}", static_cast<unsigned char>(text[0]));
     else
-      result += c;
+      result += printable(text.substr(0, character.size));
+    text.remove_prefix(character.size);
   }
-  return result + (text.size() > longest ? "...\"" : "\"");
+  return result + (text.empty() ? "\"" : "...\"");
 }
 
 std::string_view _view(const char* begin, const char* end) {
@@ -88,14 +91,16 @@ bool _is_measure(std::string_view text) {
     p = _skip_digits(p, end);
     if (p == fraction) return false;
   }
-  if (p == end) return true;
-  if (*p != 'e') return false;
-  ++p;
-  if (p != end && (*p == '+' || *p == '-')) ++p;
-  const char* const exponent = p;
-  p = _skip_digits(p, end);
-  if (p == exponent || p != end) return false;
-  // Only with an exponent can a number of ordinary length lie outside the range of a double.
+  constexpr std::size_t surely_in_range = 300;
+  if (p == end && text.size() < surely_in_range) return true;
+  if (p != end) {
+    if (*p != 'e') return false;
+    ++p;
+    if (p != end && (*p == '+' || *p == '-')) ++p;
+    const char* const exponent = p;
+    p = _skip_digits(p, end);
+    if (p == exponent || p != end) return false;
+  }
   double value = 0;
   return std::from_chars(text.data(), end, value).ec == std::errc();
 }
@@ -214,6 +219,8 @@ ParseStatus parse_block(std::string_view bytes, Block& block, Fault& fault) {
     if (!walk.take(line)) return ParseStatus::incomplete;
     std::array<std::string_view, member_fields> fields;
     if (_split(line, fields) != member_fields) break;
+    // Below two words or more, a line that does not go on counting should have been the cells.
+    if (block.n >= smallest_n && fields[0] != std::to_string(block.n + 1)) break;
     if (_parse_member(walk, fields, block) != ParseStatus::complete) return ParseStatus::malformed;
     block.members_size = bytes.size() - walk.rest().size();
   }

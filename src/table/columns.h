@@ -87,7 +87,7 @@ std::vector<Column> cell_columns(std::size_t n);
 // the relation after a colon. Replaces the content of `out`.
 void write_pattern(const Block& block, std::string& out);
 
-// The value of a numeric column.
+// The value of a numeric column: of a computed measure with all its digits, of anything else as it is printed.
 double number_of(const Column& column, const Row& row);
 
 // The value of any column as a field. The content is a view into the block, or into `scratch`, which is overwritten.

@@ -11,16 +11,16 @@ Contingency::Contingency(std::size_t words, std::span<const std::uint64_t> obser
   }
 }
 
-double Contingency::expected_frequency() const {
+long double Contingency::expected_frequency() const {
   return expected(cells.size() - 1);
 }
 
-double Contingency::expected(std::size_t cell) const {
-  const auto all = static_cast<double>(total);
-  double result = 1.0;
+long double Contingency::expected(std::size_t cell) const {
+  const auto all = static_cast<long double>(total);
+  long double result = 1;
   for (std::size_t k = 0; k < n; ++k) {
     const bool present = (cell >> (n - 1 - k) & 1) != 0;
-    const auto marginal = static_cast<double>(present ? marginals[k] : total - marginals[k]);
+    const auto marginal = static_cast<long double>(present ? marginals[k] : total - marginals[k]);
     result = k == 0 ? marginal : result * marginal / all;
   }
   return result;

@@ -22,11 +22,12 @@ struct Contingency {
 
   Contingency(std::size_t words, std::span<const std::uint64_t> observed);
 
+  // Computed in extended precision, because measures of near independence are small differences.
   // Frequency of the whole N-gram to be expected if its words were independent: total * product of marginal / total.
-  double expected_frequency() const;
+  long double expected_frequency() const;
 
   // The same for any cell; an absent word enters with total - marginal.
-  double expected(std::size_t cell) const;
+  long double expected(std::size_t cell) const;
 };
 
 }  // namespace colx::table

@@ -6,6 +6,8 @@
 #include <limits>
 #include <numbers>
 
+#include "table/deviance.h"
+
 namespace colx::table {
 
 namespace {
@@ -24,26 +26,12 @@ Real _stirling_error(Real n) {
          n;
 }
 
-// x ln(x / mean) + mean - x without cancellation when x is near the mean.
-Real _deviance(Real x, Real mean) {
-  if (std::fabs(x - mean) >= 0.1L * (x + mean)) return x * std::log(x / mean) + mean - x;
-  const Real v = (x - mean) / (x + mean);
-  Real sum = (x - mean) * v;
-  Real term = 2 * x * v;
-  for (int j = 1;; ++j) {
-    term *= v * v;
-    const Real next = sum + term / (2 * j + 1);
-    if (next == sum) return sum;
-    sum = next;
-  }
-}
-
 // Logarithm of the binomial probability of x successes in n trials of probability p, q = 1 - p.
 Real _log_binomial(Real x, Real n, Real p, Real q) {
   if (x == 0) return n == 0 ? 0 : n * (p < 0.5L ? std::log1p(-p) : std::log(q));
   if (x == n) return n * (q < 0.5L ? std::log1p(-q) : std::log(p));
-  return _stirling_error(n) - _stirling_error(x) - _stirling_error(n - x) - _deviance(x, n * p) -
-         _deviance(n - x, n * q) + 0.5L * std::log(n / (2 * std::numbers::pi_v<Real> * x * (n - x)));
+  return _stirling_error(n) - _stirling_error(x) - _stirling_error(n - x) - deviance(x, n * p) -
+         deviance(n - x, n * q) + 0.5L * std::log(n / (2 * std::numbers::pi_v<Real> * x * (n - x)));
 }
 
 // Whether the upper tail holds every possible table.
@@ -104,8 +92,16 @@ double fisher_association(std::uint64_t both, std::uint64_t first, std::uint64_t
                                                 underflow_error<ignore_error>, evaluation_error<ignore_error>>;
     const boost::math::hypergeometric_distribution<double, Quiet> distribution(
         static_cast<unsigned>(first), static_cast<unsigned>(second), static_cast<unsigned>(total));
-    const double p = boost::math::cdf(boost::math::complement(distribution, static_cast<unsigned>(both - 1)));
-    if (p > least_trusted && p <= 1) return std::max(0.0, -std::log10(p));
+    const auto below = static_cast<unsigned>(both - 1);
+    if (static_cast<double>(both) * static_cast<double>(total) <=
+        static_cast<double>(first) * static_cast<double>(second)) {
+      // The probability is near 1; what it lacks is more exact.
+      const double lacking = boost::math::cdf(distribution, below);
+      if (lacking >= 0 && lacking < 1) return -std::log1p(-lacking) / std::numbers::ln10;
+    } else {
+      const double p = boost::math::cdf(boost::math::complement(distribution, below));
+      if (p > least_trusted && p <= 1) return -std::log10(p);
+    }
   }
   return fisher_by_expansion(both, first, second, total);
 }

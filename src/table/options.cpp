@@ -14,7 +14,7 @@ namespace colx::table {
 namespace {
 
 constexpr std::array<OptionEntry, 12> _entries = {{
-    {"--columns", "LIST", "columns to print, separated by commas"},
+    {"--columns", "LIST", "columns to print instead of the default ones, separated by commas"},
     {"--cells", "", "add the cells of the contingency table"},
     {"--pattern", "", "add the N-gram as a readable tree"},
     {"--measures", "LIST",
@@ -23,7 +23,8 @@ constexpr std::array<OptionEntry, 12> _entries = {{
     {"--top", "K", "print the first K rows only"},
     {"--min-frequency", "F", "leave out N-grams that occur less than F times"},
     {"--where", "CONDITION",
-     "leave out N-grams that do not meet 'COLUMN=VALUE' or 'COLUMN~REGEX'; may be given several times"},
+     "leave out N-grams that do not meet a condition such as 'lemma1=rain', 'lemma2~^un' or 'logDice>=7'; may be given "
+     "several times"},
     {"--format", "FORMAT", "tsv, csv, jsonl, markdown, ucs or table; default table on a terminal, else tsv"},
     {"--precision", "DIGITS", "significant digits of computed measures, 1 to 17; default 10"},
     {"-h,--help", "", "print this help and exit"},

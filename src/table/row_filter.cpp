@@ -2,20 +2,23 @@
 
 #include <regex.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <new>
 
 #include <fmt/format.h>
 
 #include "companion/errors.h"
+#include "table/bracket_ranges.h"
 
 namespace colx::table {
 
 struct RowFilter::Expression {
   explicit Expression(const std::string& text) {
-    const int error = regcomp(&compiled, text.c_str(), REG_EXTENDED | REG_NEWLINE);
+    const int error = regcomp(&compiled, with_ranges_written_out(text).c_str(), REG_EXTENDED | REG_NEWLINE);
     if (error == 0) return;
     std::array<char, 200> message{};
     regerror(error, &compiled, message.data(), message.size());
@@ -30,13 +33,30 @@ struct RowFilter::Expression {
     regmatch_t range{};
     range.rm_so = 0;
     range.rm_eo = static_cast<regoff_t>(text.size());
-    return regexec(&compiled, text.data(), 0, &range, REG_STARTEND) == 0;
+    const int result = regexec(&compiled, text.data(), 0, &range, REG_STARTEND);
+    if (result == REG_ESPACE) throw std::bad_alloc();
+    return result == 0;
   }
 
   regex_t compiled{};
 };
 
 namespace {
+
+struct Operator {
+  std::string_view sign;
+  Comparison comparison;
+};
+
+// Those of two characters before those that they begin with.
+constexpr std::array<Operator, 8> _operators = {{{"!=", Comparison::unequal},
+                                                 {"!~", Comparison::matches_not},
+                                                 {"<=", Comparison::at_most},
+                                                 {">=", Comparison::at_least},
+                                                 {"=", Comparison::equal},
+                                                 {"~", Comparison::matches},
+                                                 {"<", Comparison::less},
+                                                 {">", Comparison::greater}}};
 
 double _number_from(std::string_view text, std::string_view condition) {
   if (text == "NA") return std::numeric_limits<double>::quiet_NaN();
@@ -52,9 +72,14 @@ double _number_from(std::string_view text, std::string_view condition) {
 }  // namespace
 
 RowFilter::RowFilter(std::string_view condition) {
-  const std::size_t at = condition.find_first_of("=~");
-  if (at == std::string_view::npos)
-    throw usage_error(fmt::format("the condition \"{}\" has neither = nor ~", condition));
+  const std::size_t at = condition.find_first_of("=!~<>");
+  const auto* const found = at == std::string_view::npos
+                                ? _operators.end()
+                                : std::find_if(_operators.begin(), _operators.end(), [&](const Operator& known) {
+                                    return condition.substr(at).starts_with(known.sign);
+                                  });
+  if (found == _operators.end())
+    throw usage_error(fmt::format("the condition \"{}\" has none of = != ~ !~ < <= >= >", condition));
   const auto column = find_column(condition.substr(0, at));
   if (!column.has_value())
     throw usage_error(fmt::format("the condition \"{}\" begins with no column: there is no \"{}\"", condition,
@@ -63,27 +88,45 @@ RowFilter::RowFilter(std::string_view condition) {
     throw usage_error(
         fmt::format("the condition \"{}\" asks for the {}, which is known only afterwards", condition, column->name));
   _column = *column;
-  _text = condition.substr(at + 1);
-  if (condition[at] == '~')
+  _comparison = found->comparison;
+  _text = condition.substr(at + found->sign.size());
+  if (_comparison == Comparison::matches || _comparison == Comparison::matches_not)
     _expression = std::make_shared<const Expression>(_text);
   else if (!_column.is_text())
     _number = _number_from(_text, condition);
+  else if (_comparison != Comparison::equal && _comparison != Comparison::unequal)
+    throw usage_error(fmt::format("the condition \"{}\" asks for the order of texts", condition));
 }
 
 bool RowFilter::admits(const Row& row) const {
-  if (_expression == nullptr) return _equals(row);
-  std::string scratch;
-  // The matcher wants a valid address even where there is nothing to match.
-  const std::string_view text = text_of(field_of(_column, row, scratch));
-  return _expression->matches(text.data() == nullptr ? std::string_view("") : text);
-}
-
-bool RowFilter::_equals(const Row& row) const {
   std::string scratch;
   const Field field = field_of(_column, row, scratch);
-  if (_column.is_text()) return field.content == _text;
-  const double value = value_of(field);
-  return value == _number || (std::isnan(value) && std::isnan(_number));
+  if (_expression != nullptr) {
+    // The matcher wants a valid address even where there is nothing to match.
+    const std::string_view text = text_of(field);
+    const bool matches = _expression->matches(text.data() == nullptr ? std::string_view("") : text);
+    return matches == (_comparison == Comparison::matches);
+  }
+  if (_column.is_text()) return (field.content == _text) == (_comparison == Comparison::equal);
+  return _compares(value_of(field));
+}
+
+bool RowFilter::_compares(double value) const {
+  const bool equal = value == _number || (std::isnan(value) && std::isnan(_number));
+  switch (_comparison) {
+    case Comparison::equal:
+      return equal;
+    case Comparison::unequal:
+      return !equal;
+    case Comparison::less:
+      return value < _number;
+    case Comparison::at_most:
+      return value <= _number;
+    case Comparison::at_least:
+      return value >= _number;
+    default:
+      return value > _number;
+  }
 }
 
 }  // namespace colx::table

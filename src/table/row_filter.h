@@ -11,11 +11,14 @@
 
 namespace colx::table {
 
-// One condition: `column=value` or `column~expression`.
+// How a column is compared with a value.
+enum class Comparison { equal, unequal, matches, matches_not, less, at_most, at_least, greater };
+
+// One condition: a column, one of = != ~ !~ < <= >= >, and a value.
 //
-// Equality compares texts byte by byte, and numbers by the value that is printed; NA, Inf and -Inf may be given. An
-// expression is a POSIX extended regular expression, sought anywhere in the text as it is written in a tsv table;
-// characters are those of the locale.
+// Equality compares texts byte by byte, and numbers by the value that is printed; NA, Inf and -Inf may be given. Order
+// is for numbers alone, and NA is in none. An expression, behind ~, is a POSIX extended regular expression, sought
+// anywhere in the text as it is written in a tsv table; characters are those of the locale.
 class RowFilter {
  public:
   // Throws usage_error when the condition has no column, no operator, a value that is no number for a numeric column,
@@ -30,12 +33,13 @@ class RowFilter {
  private:
   struct Expression;
 
-  bool _equals(const Row& row) const;
+  bool _compares(double value) const;
 
   Column _column;
+  Comparison _comparison = Comparison::equal;
   std::string _text;
   double _number = 0;
-  std::shared_ptr<const Expression> _expression;  // none: equality
+  std::shared_ptr<const Expression> _expression;  // for the two that match
 };
 
 }  // namespace colx::table

@@ -11,6 +11,25 @@
 
 namespace colx::table {
 
+namespace {
+
+// A number to some twelve digits. What is beyond them is the rounding of the computation, in which mathematically equal
+// values differ, and which is not the same on every machine.
+double _significant(double value) {
+  constexpr int bits = 40;
+  if (!std::isfinite(value)) return value;
+  int exponent = 0;
+  const double mantissa = std::frexp(value, &exponent);
+  return std::ldexp(std::nearbyint(std::ldexp(mantissa, bits)), exponent - bits);
+}
+
+double _sort_value(const Column& column, const Row& row) {
+  const double value = number_of(column, row);
+  return column.quantity == Quantity::association ? _significant(value) : value;
+}
+
+}  // namespace
+
 SortOrder parse_sort_order(std::string_view name) {
   SortOrder order;
   order.ascending = name.starts_with('+');
@@ -43,7 +62,7 @@ void SortedRows::add(const Row& row) {
   if (_order.column.is_text())
     candidate.key = field_of(_order.column, row, scratch).content;
   else
-    candidate.number = number_of(_order.column, row);
+    candidate.number = _sort_value(_order.column, row);
 
   const bool is_full = _limit.has_value() && _entries.size() >= *_limit;
   if (is_full) {

@@ -23,9 +23,10 @@ struct SortOrder {
 // usage_error when there is no such column or it is the rank.
 SortOrder parse_sort_order(std::string_view name);
 
-// Collects blocks and gives them back in order. Numbers are compared by value, with not-a-number last in both
-// directions; texts byte by byte. Equal rows follow the bytes of their member lines, upwards, and then the order in
-// which they were added, so the result is the same everywhere. With a limit only that many rows are held at any time.
+// Collects blocks and gives them back in order. Numbers are compared as they are printed, computed measures to twelve
+// digits, with not-a-number last in both directions; texts byte by byte. Equal rows follow the bytes of their member
+// lines, upwards, and then the order in which they were added, so the result is the same everywhere. With a limit only
+// that many rows are held at any time.
 class SortedRows {
  public:
   SortedRows(SortOrder order, std::optional<std::uint64_t> limit) : _order(std::move(order)), _limit(limit) {}

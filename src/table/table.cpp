@@ -20,24 +20,30 @@ namespace colx::table {
 
 namespace {
 
-// The columns to be printed for N-grams of n words.
+// The columns to be printed for N-grams of n words, each once; with n = 0 those that are named and exist for some n.
 std::vector<Column> _chosen_columns(const Options& options, std::size_t n) {
   std::vector<Column> columns;
-  for (const std::string& name : options.columns)
-    for (Column& column : expand_column(name, n))
-      columns.push_back(std::move(column));
-  if (!options.columns.empty()) return columns;
-  columns = default_columns(n);
   const auto add = [&](Column column) {
     if (std::find(columns.begin(), columns.end(), column) == columns.end()) columns.push_back(std::move(column));
   };
+  const auto add_all = [&](std::vector<Column> more) {
+    std::for_each(more.begin(), more.end(), [&](Column& column) { add(std::move(column)); });
+  };
+  if (options.columns.empty()) columns = default_columns(n);
+  for (const std::string& name : options.columns)
+    add_all(expand_column(name, n));
   for (const std::string& name : options.measures)
     add(*find_column(name));
-  if (options.cells)
-    for (Column& column : cell_columns(n))
-      add(std::move(column));
+  if (options.cells) add_all(cell_columns(n));
   if (options.pattern) add(*find_column("pattern"));
   return columns;
+}
+
+// Whether the columns are known without an N-gram, whose number of words would tell how many there are of a kind.
+bool _names_every_column(const Options& options) {
+  return !options.columns.empty() && !options.cells &&
+         std::none_of(options.columns.begin(), options.columns.end(),
+                      [](const std::string& name) { return expand_column(name, 0).empty(); });
 }
 
 void _check_for_n(const Options& options, Format format, std::size_t n) {
@@ -58,9 +64,9 @@ class TableRun {
     if (options.sort.has_value()) _sorted = std::make_unique<SortedRows>(*options.sort, options.top);
   }
 
-  // Takes all that follows from N and writes the header. A file without N-grams has no N, and so its table has none.
+  // Takes all that follows from N and writes the header; n = 0 when the file has no N-gram.
   void begin(std::size_t n) {
-    _check_for_n(_options, _format, n);
+    if (n != 0) _check_for_n(_options, _format, n);
     _columns = _chosen_columns(_options, n);
     if (_format == Format::ucs) _columns = ucs_columns(_columns);
     _scratch.resize(_columns.size());
@@ -135,8 +141,9 @@ void write_table(const Options& options, Output& output, bool on_terminal, bool 
   } catch (const input_error& error) {
     table.end();
     output.flush();
-    throw input_error(fmt::format("{}; the table ends before this N-gram", error.what()));
+    throw input_error(fmt::format("{}; {}", error.what(), begun ? "the table ends here" : "there is no table"));
   }
+  if (!begun && (format == Format::ucs || _names_every_column(options))) table.begin(format == Format::ucs ? 2 : 0);
   table.end();
   output.flush();
 }

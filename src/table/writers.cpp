@@ -8,29 +8,11 @@
 
 #include <fmt/format.h>
 
+#include "table/utf8.h"
+
 namespace colx::table {
 
 namespace {
-
-// Length of the UTF-8 character at the beginning of the text, 0 when there is none.
-std::size_t _character_size(std::string_view text) {
-  const auto at = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
-  const unsigned first = at(0);
-  if (first < 0x80) return 1;
-  const auto continues = [&](std::size_t i) { return (at(i) & 0xC0U) == 0x80U; };
-  if (first >= 0xC2 && first <= 0xDF) return continues(1) ? 2 : 0;
-  if (first >= 0xE0 && first <= 0xEF) {
-    const bool overlong = first == 0xE0 && at(1) < 0xA0;
-    const bool surrogate = first == 0xED && at(1) > 0x9F;
-    return continues(1) && continues(2) && !overlong && !surrogate ? 3 : 0;
-  }
-  if (first >= 0xF0 && first <= 0xF4) {
-    const bool overlong = first == 0xF0 && at(1) < 0x90;
-    const bool beyond = first == 0xF4 && at(1) > 0x8F;
-    return continues(1) && continues(2) && continues(3) && !overlong && !beyond ? 4 : 0;
-  }
-  return 0;
-}
 
 // TAB-separated values with a header line. The input has no TAB and no LF within its fields, so nothing is quoted.
 class TsvWriter : public Writer {
@@ -129,14 +111,14 @@ class JsonLinesWriter : public Writer {
   void _write(std::string_view text) {
     out() << '"';
     while (!text.empty()) {
-      const std::size_t size = _character_size(text);
-      if (size == 0)
+      const Character character = first_character(text);
+      if (!character.is_valid)
         out() << "\xEF\xBF\xBD";
-      else if (size > 1)
-        out() << text.substr(0, size);
+      else if (character.size > 1)
+        out() << text.substr(0, character.size);
       else
         _write_ascii(text[0]);
-      text.remove_prefix(std::max<std::size_t>(size, 1));
+      text.remove_prefix(character.size);
     }
     out() << '"';
   }
@@ -208,7 +190,7 @@ class AlignedWriter : public Writer {
     std::vector<std::string> line;
     line.reserve(fields.size());
     for (const Field& field : fields)
-      line.push_back(_printable(text_of(field)));
+      line.push_back(printable(text_of(field)));
     if (_settled) {
       _write(line);
       return;
@@ -231,28 +213,15 @@ class AlignedWriter : public Writer {
  private:
   static constexpr std::size_t rows_measured = 1000;
 
-  // A terminal obeys control characters, so they are not sent there.
-  static std::string _printable(std::string_view text) {
-    std::string result(text);
-    for (char& c : result)
-      if (static_cast<unsigned char>(c) < 0x20 || c == '\x7f') c = '?';
-    return result;
-  }
-
-  static std::size_t _width(std::string_view text) {
-    return static_cast<std::size_t>(std::count_if(
-        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
-  }
-
   void _hold(std::vector<std::string> line) {
     for (std::size_t i = 0; i < line.size(); ++i)
-      _widths[i] = std::max(_widths[i], _width(line[i]));
+      _widths[i] = std::max(_widths[i], display_width(line[i]));
     _held.push_back(std::move(line));
   }
 
   void _write(const std::vector<std::string>& line, std::string_view after = "") {
     for (std::size_t i = 0; i < line.size(); ++i) {
-      const std::size_t width = _width(line[i]);
+      const std::size_t width = display_width(line[i]);
       const std::string gap(_widths[i] > width ? _widths[i] - width : 0, ' ');
       if (i != 0) out() << "  ";
       if (!_is_text[i]) out() << gap;
@@ -310,8 +279,11 @@ std::vector<Column> ucs_columns(std::span<const Column> columns) {
                                 {Quantity::lemma, 1, "l2"},    {Quantity::frequency, 0, "f"},
                                 {Quantity::marginal, 0, "f1"}, {Quantity::marginal, 1, "f2"},
                                 {Quantity::total, 0, "N"}};
-  for (const Column& column : columns)
-    if (std::find(result.begin(), result.end(), column) == result.end()) result.push_back(column);
+  for (const Column& column : columns) {
+    if (std::find(result.begin(), result.end(), column) != result.end()) continue;
+    result.push_back(column);
+    std::replace(result.back().name.begin(), result.back().name.end(), '_', '.');
+  }
   return result;
 }
 

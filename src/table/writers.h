@@ -45,7 +45,8 @@ class Writer {
 std::unique_ptr<Writer> make_writer(Format format, Output& output, bool bold_header);
 
 // The columns of a ucs table: id, l1, l2, f, f1, f2, N, which are the rank, both lemmas, the frequencies and the total
-// under other names, and then all given columns that are not among them.
+// under other names, and then all given columns that are not among them, with dots for underscores, which names of that
+// format do not have.
 std::vector<Column> ucs_columns(std::span<const Column> columns);
 
 }  // namespace colx::table

@@ -1,4 +1,5 @@
-"""Proves that help and man page of a program have the same options and values, and that bash completes the same options.
+"""Proves that help and man page of a program have the same options and values, and that bash completes the same options and
+values that the program takes.
 
 usage: options_agree.py SOURCE_FOLDER PROGRAM...
 """
@@ -52,8 +53,36 @@ def of_completion(path, name):
     return set(re.findall(OPTION, re.search(r"options='(.*?)'", block, re.S).group(1)))
 
 
+def completed(source, *words):
+    """What bash completes the last of the words to."""
+    script = """source "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1))
+        _ngrex_complete "$1" "${COMP_WORDS[COMP_CWORD]}" "${COMP_WORDS[COMP_CWORD - 1]}"; printf '%s\\n' "${COMPREPLY[@]}" """
+    run = subprocess.run(["bash", "-c", script, "bash", f"{source}/completions/ngrex.bash", *words], capture_output=True,
+                         text=True, check=True, cwd=f"{source}/completions")
+    return [line for line in run.stdout.splitlines() if line]
+
+
+def refused_values(source, program, options):
+    """Values that bash completes and the program refuses, and options for which it completes the wrong kind of thing."""
+    name = os.path.basename(program)
+    refused = []
+    for option, value in options.items():
+        words = completed(source, name, option, "")
+        if value == "" or value == "FILE":
+            if words != ["ngrex.bash"]:
+                refused.append(f"{option} completes {words}, not files")
+            continue
+        for word in words:
+            run = subprocess.run([program, option, word], input="\n", capture_output=True, text=True)
+            if run.returncode != 0:
+                refused.append(f"{option} {word}: {run.stderr}")
+        if not words and value not in ("WORDS", "MASK", "K", "F", "CONDITION", "DIGITS"):
+            refused.append(f"{option} completes nothing")
+    return refused
+
+
 def main():
-    source, *programs = sys.argv[1:]
+    source, *programs = map(os.path.abspath, sys.argv[1:])
     failures = 0
     for program in programs:
         name = os.path.basename(program)
@@ -76,6 +105,16 @@ def main():
             if manual.get(option, expected[option]) != expected[option]:
                 print(f"{name}: {option} takes {expected[option]!r} in the help, {manual[option]!r} in the man page")
                 failures += 1
+        for refused in refused_values(source, program, expected) if name != "ngrex" else ():
+            print(f"{name}: {refused}")
+            failures += 1
+    for words, expected in ((("ngrex", "-n", ""), list("234567")), (("ngrex", "-tf", ""), []),
+                            (("ngrex", "-i", "ng"), ["ngrex.bash"]), (("ngrex-table", "--", "-"), []),
+                            (("ngrex-table", "--measures", "G2,lo"), ["G2,logDice"]),
+                            (("ngrex-import", "--from", "=", "d"), ["datafile"])):
+        if completed(source, *words) != expected:
+            print(f"{words} is completed to {completed(source, *words)}")
+            failures += 1
     print(f"{len(programs)} programs, {failures} disagreements")
     return 1 if failures else 0
 

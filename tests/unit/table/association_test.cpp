@@ -18,7 +18,8 @@ double _of(Association measure, std::size_t n, const Cells& cells) {
 }
 
 // Manning and Schuetze, Foundations of Statistical Natural Language Processing (1999), chapter 5: C(new) = 15828,
-// C(companies) = 4675, C(new companies) = 8, N = 14307668.
+// C(companies) = 4675, C(new companies) = 8, N = 14307668. The cells of the book's table add up to 8 more than N; these
+// add up to N.
 const Cells new_companies = {14307668 - 15828 - 4675 + 8, 4675 - 8, 15828 - 8, 8};
 
 TEST(Association, GivesTheWorkedExampleOfNewCompanies) {
@@ -26,6 +27,30 @@ TEST(Association, GivesTheWorkedExampleOfNewCompanies) {
   EXPECT_NEAR(_of(Association::t, 2, new_companies), 0.999932, 5e-7);
   EXPECT_NEAR(_of(Association::x2, 2, new_companies), 1.55, 0.005);
   EXPECT_NEAR(_of(Association::mi, 2, new_companies), std::log2(8 / (15828.0 * 4675 / 14307668)), 1e-12);
+}
+
+TEST(Association, GivesTheLogLikelihoodRatiosOfTheSwissAndOfCant) {
+  // Dunning (1993), table of bigrams of a Swiss report in English: "the swiss" 110 2442 111 29114, 270.72; "can t"
+  // 29 13 123 31612, 263.90.
+  EXPECT_NEAR(_of(Association::g2, 2, {29114, 111, 2442, 110}), 270.72, 0.005);
+  EXPECT_NEAR(_of(Association::g2, 2, {31612, 123, 13, 29}), 263.90, 0.005);
+}
+
+TEST(Association, GivesTheMutualInformationOfAyatollahRuhollah) {
+  // Manning and Schuetze (1999), chapter 5: 42 and 20 occurrences, 20 together, N = 14307668; I = 18.38.
+  EXPECT_NEAR(_of(Association::mi, 2, {14307668 - 42, 0, 22, 20}), 18.38, 0.005);
+}
+
+TEST(Association, GivesTheChiSquareOfVacheAndCow) {
+  // Manning and Schuetze (1999), chapter 5: aligned sentences with cow and vache 59, vache alone 6, cow alone 8,
+  // neither 570934; the book prints 456400.
+  EXPECT_NEAR(_of(Association::x2, 2, {570934, 6, 8, 59}), 456400, 0.5);
+}
+
+TEST(Association, KeepsItsDigitsNearIndependence) {
+  // Expected values computed with 60 decimal digits.
+  EXPECT_NEAR(_of(Association::g2, 2, {5887, 1966, 1611, 538}) / 1.262685892437988e-08, 1, 1e-9);
+  EXPECT_NEAR(_of(Association::g2, 2, {103359978, 64962143, 510700594, 320977285}) / 2.923675987137196e-10, 1, 1e-6);
 }
 
 TEST(Association, GivesTheOddsRatioOfTheAspirinStudy) {
@@ -73,7 +98,7 @@ TEST(Association, LeavesImpossibleCellsOutOfTheSums) {
 }
 
 TEST(Fisher, AgreesWithItsExpansion) {
-  for (const std::uint64_t total : {20U, 137U, 1000U, 9999U})
+  for (const std::uint64_t total : {20U, 137U, 1000U, 9999U, 10000U})
     for (std::uint64_t first = 1; first < total; first += 1 + total / 9)
       for (std::uint64_t second = 1; second < total; second += 1 + total / 7)
         for (std::uint64_t both = first + second > total ? first + second - total : 0; both <= first && both <= second;
@@ -82,6 +107,18 @@ TEST(Fisher, AgreesWithItsExpansion) {
           EXPECT_NEAR(fisher_by_expansion(both, first, second, total), expected, 1e-9 * (1 + expected))
               << both << ' ' << first << ' ' << second << ' ' << total;
         }
+}
+
+TEST(Fisher, KeepsItsDigitsWhenTheProbabilityIsNearOne) {
+  // One or more of one with n = 500, f1 = 475, f2 = 1 or 2: 1 - P(0) with P(0) = 25/500 and 25 * 24 / (500 * 499).
+  EXPECT_NEAR(fisher_association(1, 475, 1, 500), -std::log1p(-25.0 / 500) / std::log(10.0), 1e-14);
+  EXPECT_NEAR(fisher_association(1, 475, 2, 500), -std::log1p(-25.0 * 24 / (500.0 * 499)) / std::log(10.0), 1e-15);
+  // P(0) = 25! / (500 * 499 * ... * 476) for f2 = 25.
+  long double none = 1;
+  for (int i = 0; i < 25; ++i)
+    none *= (25.0L - i) / (500.0L - i);
+  const double expected = static_cast<double>(none / std::log(10.0L));
+  EXPECT_NEAR(fisher_association(1, 475, 25, 500) / expected, 1, 1e-9);
 }
 
 TEST(Fisher, StaysFiniteBeyondTheRangeOfProbabilities) {

@@ -62,6 +62,68 @@ TEST(Table, FiltersByEqualityExpressionAndFrequency) {
   EXPECT_EQ(_table(content, {"--columns=lemma1", "--where=frequency=2", "--where=log_likelihood=Inf"}), "lemma1\nb\n");
 }
 
+TEST(Table, ComparesNumbersInConditions) {
+  const std::string content = _pair("a", "b", 3, "-nan") + _pair("c", "d", 2, "7.5") + _pair("e", "f", 5, "inf") + "\n";
+  const auto lemmas = [&](const std::string& condition) {
+    std::string rows = _table(content, {"--columns=lemma1", "--where", condition}).substr(7);
+    rows.erase(std::remove(rows.begin(), rows.end(), '\n'), rows.end());
+    return rows;
+  };
+  EXPECT_EQ(lemmas("frequency>=3"), "ae");
+  EXPECT_EQ(lemmas("frequency>3"), "e");
+  EXPECT_EQ(lemmas("frequency<=3"), "ac");
+  EXPECT_EQ(lemmas("frequency<3"), "c");
+  EXPECT_EQ(lemmas("frequency!=3"), "ce");
+  EXPECT_EQ(lemmas("chi_square>=7.5"), "ce");
+  EXPECT_EQ(lemmas("chi_square<=7.5"), "c");
+  EXPECT_EQ(lemmas("chi_square!=NA"), "ce");
+  EXPECT_EQ(lemmas("lemma1!=a"), "ce");
+  EXPECT_EQ(lemmas("lemma1!~[ac]"), "e");
+  EXPECT_EQ(lemmas("lemma1=="), "");
+  EXPECT_THROW(lemmas("lemma1>a"), usage_error);
+  EXPECT_THROW(lemmas("lemma1!a"), usage_error);
+  EXPECT_THROW(lemmas("frequency>x"), usage_error);
+}
+
+TEST(Table, AddsToTheColumnsAndPrintsNoneTwice) {
+  EXPECT_EQ(_table(_pair("a", "b", 3) + "\n", {"--columns=lemma1,lemma,MI", "--measures=MI,Dice", "--pattern"}),
+            "lemma1\tlemma2\tMI\tDice\tpattern\na\tb\t1.392317423\t0.75\ta <Atr b\n");
+}
+
+TEST(Table, SortsEqualMeasuresByTheirWordsWhateverTheirRounding) {
+  // MI is log2(77771 / 5) for both, but f n / (f1 f2) is computed from other numbers.
+  const auto block = [](const std::string& lemma, unsigned f, unsigned f1, unsigned f2) {
+    return "1\t" + lemma + "\tA\t2\tAtr\n2\tx\tN\t0\tHead\n" + std::to_string(77771 - f1 - f2 + f) + "\t" +
+           std::to_string(f2 - f) + "\t" + std::to_string(f1 - f) + "\t" + std::to_string(f) + "\n1\t1\t1\t1\t1\t1\n\n";
+  };
+  const std::string content = block("b", 1, 5, 1) + block("a", 3, 3, 5) + block("c", 2, 5, 2) + "\n";
+  EXPECT_EQ(_table(content, {"--columns=lemma1", "--sort=MI"}), "lemma1\na\nb\nc\n");
+  EXPECT_EQ(_table(content, {"--columns=lemma1", "--sort=+MI"}), "lemma1\na\nb\nc\n");
+}
+
+TEST(Table, EscapesWhatMarkdownWouldTakeForItsOwn) {
+  EXPECT_EQ(_table(_pair("a|b", "*c*_d_", 3) + "\n", {"--columns=lemma,frequency", "--format=markdown"}),
+            "| lemma1 | lemma2 | frequency |\n|---|---|---:|\n| a\\|b | \\*c\\*\\_d\\_ | 3 |\n");
+}
+
+TEST(Table, MakesJsonOfBytesThatAreNoUtf8) {
+  EXPECT_EQ(_table(_pair("a\xff\xc3\xa9\xe2\x82", "\x01\"\\", 3) + "\n", {"--columns=lemma", "--format=jsonl"}),
+            "{\"lemma1\":\"a\xef\xbf\xbd\xc3\xa9\xef\xbf\xbd\xef\xbf\xbd\",\"lemma2\":\"\\u0001\\\"\\\\\"}\n");
+}
+
+TEST(Table, AlignsColumnsAndKeepsControlCharactersFromTheTerminal) {
+  EXPECT_EQ(
+      _table(_pair("long", "b\x1b", 3) + _pair("a", "c", 12) + "\n", {"--columns=lemma,frequency", "--format=table"}),
+      "lemma1  lemma2  frequency\nlong    b?              3\na       c              12\n");
+}
+
+TEST(Table, HasAHeaderWithoutNGramsWhereItsColumnsAreKnown) {
+  EXPECT_EQ(_table("\n", {}), "");
+  EXPECT_EQ(_table("\n", {"--columns=lemma"}), "");
+  EXPECT_EQ(_table("\n", {"--columns=lemma1,frequency", "--measures=G2"}), "lemma1\tfrequency\tG2\n");
+  EXPECT_TRUE(_table("\n", {"--format=ucs"}).starts_with("id\tl1\tl2\tf\tf1\tf2\tN\t"));
+}
+
 TEST(Table, ComputedMeasuresHaveTenDigitsOrAsManyAsAsked) {
   // Cells 9 1 1 3: E = 4 * 4 / 14 and MI = log2(3 * 14 / 16) = log2(2.625) = 1.3923174227787603...
   const std::string content = _pair("a", "b", 3) + "\n";
@@ -75,7 +137,9 @@ TEST(Table, ComputedMeasuresHaveTenDigitsOrAsManyAsAsked) {
 }
 
 TEST(Table, WritesUcsForPairsOnly) {
-  EXPECT_TRUE(_table(_pair("a", "b", 3) + "\n", {"--format=ucs"}).starts_with("id\tl1\tl2\tf\tf1\tf2\tN\ttag1"));
+  const std::string ucs = _table(_pair("a", "b", 3) + "\n", {"--format=ucs"});
+  EXPECT_TRUE(ucs.starts_with("id\tl1\tl2\tf\tf1\tf2\tN\ttag1"));
+  EXPECT_NE(ucs.find("\tchi.square\tlog.likelihood\t"), std::string::npos);
   const std::string triple =
       "1\tpay\t\t0\tHead\n2\tattention\t\t1\tObj\n3\tto\t\t1\tAuxP\n1\t0\t0\t0\t0\t0\t0\t1\n1\t1\n\n\n";
   EXPECT_THROW(_table(triple, {"--format=ucs"}), usage_error);

@@ -1,0 +1,11 @@
+#pragma once
+
+// How far a count is from what was expected.
+
+namespace colx::table {
+
+// x ln(x / mean) + mean - x without cancellation when x is near the mean, see C. Loader, Fast and accurate computation
+// of binomial probabilities (2000). From 0 upwards; the mean itself when x is 0. Requires mean > 0.
+long double deviance(long double x, long double mean);
+
+}  // namespace colx::table

@@ -1,0 +1,28 @@
+#pragma once
+
+// Characters of UTF-8, and what a terminal makes of them.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace colx::table {
+
+// The character at the beginning of a text that is not empty.
+struct Character {
+  char32_t code = 0;     // U+FFFD where there is none
+  std::size_t size = 1;  // in bytes
+  bool is_valid = true;
+};
+Character first_character(std::string_view text);
+
+// Appends a code point.
+void append_character(std::string& text, char32_t code);
+
+// The text as it can be sent to a terminal: control characters and bytes that are no UTF-8 become '?'.
+std::string printable(std::string_view text);
+
+// How many columns of a terminal a printable text takes: combining marks none, wide characters two.
+std::size_t display_width(std::string_view text);
+
+}  // namespace colx::table

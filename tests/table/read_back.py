@@ -1,0 +1,233 @@
+"""Property test: whatever ngrex writes, ngrex-table reads, and its tables say the same in every format.
+
+usage: read_back.py --program NGREX --table NGREX-TABLE [--seed S] [--cases K]
+
+Runs ngrex over random corpora with random command lines (those of the differential test) from a printed seed. Each output
+datafile is taken apart here, in another way than the program does it, and compared with the tables as tsv, csv and jsonl;
+computed measures are recomputed. Sorted tables must have the rows in the order that the manual promises, and of a file that is
+cut somewhere the whole N-grams before the cut must be printed.
+"""
+
+import argparse
+import codecs
+import csv
+import io
+import json
+import math
+import os
+import random
+import subprocess
+import sys
+import tempfile
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "differential"))
+import differential  # noqa: E402
+
+OWN = ["chi_square", "log_likelihood", "mutual_information", "pearson", "t_test", "z_score"]
+MEASURES = ["G2", "X2", "MI", "MI3", "logDice", "Dice", "t", "z"]
+NOT_TEXT = ("lemma", "tag", "relation", "pattern")
+
+# Every byte that is no UTF-8 becomes one replacement character.
+codecs.register_error("byte by byte", lambda error: ("\ufffd", error.start + 1))
+
+
+def blocks_of(content):
+    """The blocks of an output datafile as dictionaries of byte strings, in their order."""
+    blocks = []
+    for text in content.split(b"\n\n")[:-1]:
+        lines = text.split(b"\n")
+        members = [line.split(b"\t") for line in lines[:-2]]
+        cells = list(map(int, lines[-2].split(b"\t")))
+        blocks.append({"members": members, "key": b"".join(line + b"\n" for line in lines[:-2]), "cells": cells,
+                       "own": lines[-1].split(b"\t")})
+    return blocks
+
+
+def shown(measure):
+    text = measure.lstrip(b"-")
+    if text == b"nan":
+        return b"NA"
+    return (b"-Inf" if measure.startswith(b"-") else b"Inf") if text == b"inf" else measure
+
+
+def pattern_of(members):
+    words = []
+    for position, (_, lemma, _, parent, relation) in enumerate(members, 1):
+        distance = int(parent) - position
+        named = relation + (b":" + parent if abs(distance) != 1 else b"")
+        if int(parent) == 0:
+            words.append(lemma)
+        else:
+            words.append(lemma + b" <" + named if distance > 0 else named + b"> " + lemma)
+    return b" ".join(words)
+
+
+def marginals_of(block):
+    n = len(block["members"])
+    return [sum(count for i, count in enumerate(block["cells"]) if i >> (n - 1 - k) & 1) for k in range(n)]
+
+
+def row_of(block, rank):
+    members = block["members"]
+    row = {"rank": rank}
+    for name, field in (("lemma", 1), ("tag", 2), ("parent", 3), ("relation", 4)):
+        row.update({f"{name}{k}": member[field] for k, member in enumerate(members, 1)})
+    row["frequency"] = block["cells"][-1]
+    row.update({f"marginal{k}": value for k, value in enumerate(marginals_of(block), 1)})
+    row["total"] = sum(block["cells"])
+    row.update({name: shown(value) for name, value in zip(OWN, block["own"])})
+    row.update({f"cell{i}": count for i, count in enumerate(block["cells"])})
+    row["pattern"] = pattern_of(members)
+    return {name: value if isinstance(value, bytes) else b"%d" % value for name, value in row.items()}
+
+
+def measures_of(block):
+    """Textbook measures as floating-point numbers, None where they are not a number."""
+    cells, n = block["cells"], len(block["members"])
+    total, f, marginals = sum(cells), cells[-1], marginals_of(block)
+
+    def expected(cell):
+        product = math.prod(f_k if cell >> (n - 1 - k) & 1 else total - f_k for k, f_k in enumerate(marginals))
+        return product / total ** (n - 1)  # whole numbers up to the division
+
+    e = expected(len(cells) - 1)
+    table = [(o, expected(i)) for i, o in enumerate(cells) if expected(i) > 0]
+    return {"G2": 2 * math.fsum(o * math.log(o / x) for o, x in table if o),
+            "X2": math.fsum((o - x) ** 2 / x for o, x in table), "MI": math.log2(f / e), "MI3": math.log2(f**3 / e),
+            "Dice": n * f / sum(marginals), "logDice": 14 + math.log2(n * f / sum(marginals)),
+            "t": (f - e) / math.sqrt(f), "z": (f - e) / math.sqrt(e)}
+
+
+def close(printed, expected, block):
+    # G2 as computed here loses digits near independence, in proportion to the total.
+    return math.isclose(float(printed), expected, rel_tol=1e-8, abs_tol=1e-12 * (1 + sum(block["cells"])))
+
+
+class Disagreement(Exception):
+    pass
+
+
+def expect(condition, *what):
+    if not condition:
+        raise Disagreement(*what)
+
+
+def table_of(program, path, *options, status=0):
+    run = subprocess.run([program, *options, path], capture_output=True)
+    expect(run.returncode == status, f"status {run.returncode} with {options}", run.stderr)
+    return run.stdout
+
+
+def check_formats(program, path, blocks):
+    options = ["--cells", "--pattern", "--measures", ",".join(MEASURES)]
+    lines = table_of(program, path, *options, "--format", "tsv").split(b"\n")[:-1]
+    if not blocks:
+        expect(lines == [], "a table without N-grams", lines)
+        return
+    rows = [row_of(block, rank) for rank, block in enumerate(blocks, 1)]
+    names = [name.decode() for name in lines[0].split(b"\t")]
+    expect(set(names) == set(rows[0]) | set(MEASURES), "columns", names)
+    expect(len(lines) == len(rows) + 1, "rows", len(lines))
+    for line, row, block in zip(lines[1:], rows, blocks):
+        got = dict(zip(names, line.split(b"\t")))
+        computed = measures_of(block)
+        for name in names:
+            if name in computed:
+                expect(close(got[name], computed[name], block), name, got[name], computed[name], block)
+            else:
+                expect(got[name] == row[name], name, got[name], row[name])
+
+    text = table_of(program, path, *options, "--format", "csv").decode("latin-1")
+    read = list(csv.reader(io.StringIO(text, newline="")))
+    expect(read == [line.decode("latin-1").split("\t") for line in lines], "csv")
+
+    objects = table_of(program, path, *options, "--format", "jsonl").split(b"\n")[:-1]
+    expect(len(objects) == len(rows), "lines of jsonl", len(objects))
+    for line, text in zip(lines[1:], objects):
+        got = json.loads(text.decode())
+        expect(list(got) == names, "keys of jsonl", got)
+        for name, field in zip(names, line.split(b"\t")):
+            if name.startswith(NOT_TEXT) and name != "t":
+                expect(got[name] == field.decode("utf-8", "byte by byte"), "jsonl", name, got[name], field)
+            else:
+                number = None if field in (b"NA", b"Inf", b"-Inf") else float(field)
+                expect(got[name] == number, "jsonl", name, got[name], field)
+
+
+def check_order(program, path, blocks, r):
+    column = r.choice(["frequency", "lemma1", "log_likelihood", "pattern", "cell0"])
+    ascending = r.random() < 0.5
+    top = r.randint(0, len(blocks) + 1)
+
+    def key(item):
+        row = row_of(item[1], 1)[column]
+        return row if column in ("lemma1", "pattern") else float(row.replace(b"NA", b"nan"))
+
+    numbered = sorted(enumerate(blocks), key=lambda item: (item[1]["key"], item[0]))
+    known = [item for item in numbered if key(item) == key(item)]
+    unknown = [item for item in numbered if key(item) != key(item)]
+    ordered = sorted(known, key=key, reverse=False) if ascending else sorted(known[::-1], key=key)[::-1]
+    expected = [block for _, block in ordered + unknown][:top]
+    lines = table_of(program, path, "--sort", ("+" if ascending else "") + column, "--top", str(top), "--columns",
+                     f"lemma,tag,parent,relation,{column}", "--format", "tsv").split(b"\n")[1:-1]
+    got = [line.split(b"\t") for line in lines]
+    n = len(blocks[0]["members"])
+    wanted = [[member[field] for field in (1, 2, 3, 4) for member in block["members"]] for block in expected]
+    expect([row[: 4 * n] for row in got] == wanted, "order by", column, ascending, top)
+
+
+def check_cut(program, content, folder, r):
+    size = r.randint(0, len(content) - 1)
+    path = os.path.join(folder, "cut")
+    with open(path, "wb") as file:
+        file.write(content[:size])
+    lines = table_of(program, path, "--columns", "lemma", "--format", "tsv", status=1).split(b"\n")[:-1]
+    whole = content[:size].count(b"\n\n")
+    expect(len(lines) == (whole + 1 if whole else 0), "rows of a cut file", size, len(lines), whole)
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--program", required=True)
+    parser.add_argument("--table", required=True)
+    parser.add_argument("--seed", type=int, default=random.SystemRandom().randrange(2**32))
+    parser.add_argument("--cases", type=int, default=150)
+    parser.add_argument("--first", type=int, default=0)
+    arguments = parser.parse_args()
+    print(f"seed {arguments.seed}", flush=True)
+    program, table = os.path.abspath(arguments.program), os.path.abspath(arguments.table)
+    files = ngrams = 0
+    for number in range(arguments.first, arguments.first + arguments.cases):
+        case = differential.Generator(arguments.seed, number).make()
+        r = random.Random(f"{arguments.seed}/{number}/table")
+        if "-o" not in case.arguments[:-1]:
+            continue
+        with tempfile.TemporaryDirectory() as folder:
+            differential.write_folder(folder, case.files)
+            if differential.run_program(program, case, folder).status != 0:
+                continue
+            name = case.arguments[len(case.arguments) - case.arguments[::-1].index("-o")]
+            path = os.path.join(folder, name)
+            # Another output may have gone to the same file.
+            if not os.path.isfile(path) or case.arguments.count(name) > 1:
+                continue
+            with open(path, "rb") as file:
+                content = file.read()
+            try:
+                blocks = blocks_of(content)
+                check_formats(table, path, blocks)
+                if blocks:
+                    check_order(table, path, blocks, r)
+                check_cut(table, content, folder, r)
+            except Disagreement as disagreement:
+                print(f"case {number}: {case.arguments}")
+                print(*disagreement.args, sep="\n")
+                return 1
+            files += 1
+            ngrams += len(blocks)
+    print(f"{files} files with {ngrams} N-grams read back (seed {arguments.seed})")
+    return 0 if ngrams > arguments.cases else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
