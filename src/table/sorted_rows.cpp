@@ -23,6 +23,14 @@ double _significant(double value) {
   return std::ldexp(std::nearbyint(std::ldexp(mantissa, bits)), exponent - bits);
 }
 
+// Eight bytes of a text, ordered as the text is; a shorter one is filled up with zeros.
+std::uint64_t _prefix(std::string_view text) {
+  std::uint64_t prefix = 0;
+  for (std::size_t i = 0; i < sizeof prefix; ++i)
+    prefix = prefix << 8 | (i < text.size() ? static_cast<unsigned char>(text[i]) : 0U);
+  return prefix;
+}
+
 double _sort_value(const Column& column, const Row& row) {
   const double value = number_of(column, row);
   return column.quantity == Quantity::association ? _significant(value) : value;
@@ -43,6 +51,7 @@ SortOrder parse_sort_order(std::string_view name) {
 
 bool SortedRows::_comes_before(const Candidate& a, const Candidate& b) const {
   if (_order.column.is_text()) {
+    if (a.prefix != b.prefix) return (a.prefix < b.prefix) == _order.ascending;
     const int difference = a.key.compare(b.key);
     if (difference != 0) return (difference < 0) == _order.ascending;
   } else if (std::isnan(a.number) != std::isnan(b.number)) {
@@ -50,6 +59,7 @@ bool SortedRows::_comes_before(const Candidate& a, const Candidate& b) const {
   } else if (a.number < b.number || a.number > b.number) {
     return (a.number < b.number) == _order.ascending;
   }
+  if (a.prefix != b.prefix && !_order.column.is_text()) return a.prefix < b.prefix;
   const int difference = a.members.compare(b.members);
   return difference != 0 ? difference < 0 : a.added < b.added;
 }
@@ -58,11 +68,15 @@ void SortedRows::add(const Row& row) {
   if (_limit == 0U) return;
   const auto before = [this](const Entry& a, const Entry& b) { return _comes_before(_candidate(a), _candidate(b)); };
   std::string scratch;
-  Candidate candidate{0, {}, row.block.text.substr(0, row.block.members_size), _added++};
-  if (_order.column.is_text())
+  Candidate candidate{0, 0, {}, row.block.text.substr(0, row.block.members_size), _added++};
+  if (_order.column.is_text()) {
     candidate.key = field_of(_order.column, row, scratch).content;
-  else
+    candidate.prefix = _prefix(candidate.key);
+  } else {
     candidate.number = _sort_value(_order.column, row);
+    // All member lines begin alike, with the position and a TAB.
+    candidate.prefix = _prefix(candidate.members.substr(2));
+  }
 
   const bool is_full = _limit.has_value() && _entries.size() >= *_limit;
   if (is_full) {
@@ -73,6 +87,7 @@ void SortedRows::add(const Row& row) {
   const std::string_view text = row.block.text;
   Entry entry;
   entry.number = candidate.number;
+  entry.prefix = candidate.prefix;
   entry.added = candidate.added;
   entry.bytes = std::make_unique_for_overwrite<char[]>(text.size() + candidate.key.size());
   std::memcpy(entry.bytes.get(), text.data(), text.size());
