@@ -1,0 +1,69 @@
+// Whatever comes out of the importer, the parser of datafiles reads without a warning, word for word. The first byte
+// chooses format and conversion.
+
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "companion/errors.h"
+#include "corpus/parser.h"
+#include "corpus/word_queue.h"
+#include "import/datafile_words.h"
+#include "import/mask_search.h"
+#include "import/sentence_reader.h"
+#include "import/treebank_format.h"
+#include "import/treebank_source.h"
+#include "tests/fuzz/memory_file.h"
+#include "tests/fuzz/target.h"
+#include "tests/support/settings_guard.h"
+#include "tests/support/stream_capture.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  using namespace colx;
+  using fuzz::promise;
+  if (size == 0) return 0;
+  static constexpr TreebankFormat formats[] = {TreebankFormat::conllu, TreebankFormat::conllx, TreebankFormat::datafile,
+                                               TreebankFormat::conllu};
+  static constexpr TagSource tags[] = {TagSource::xpos, TagSource::upos, TagSource::feats, TagSource::feats};
+  const unsigned choice = bytes[0];
+  const Conversion conversion{.format = formats[choice & 3],
+                              .tag = tags[choice >> 2 & 3],
+                              .functions = (choice & 16) != 0,
+                              .protect_lemmas = (choice & 32) != 0,
+                              .protect_forms = (choice & 64) != 0};
+  const fuzz::MemoryFile file(fuzz::text_of(bytes + 1, size - 1));
+  std::string text;
+  std::vector<std::uint32_t> lengths;
+  try {
+    TreebankSource source(file.path(), false);
+    recognise_format(source.preview());
+    SentenceReader reader(source, conversion.format);
+    TreebankSentence sentence;
+    std::vector<TreebankProblem> problems;
+    while (reader.next(sentence, problems)) {
+      if (must_be_skipped(problems)) continue;
+      const std::vector<DatafileWord> words = datafile_words(sentence, conversion, problems);
+      if (must_be_skipped(problems)) continue;
+      for (std::size_t i = 0; i < words.size(); ++i)
+        text += std::to_string(i + 1) + "\t" + words[i].form + "\t" + words[i].lemma + "\t" + words[i].tag + "\t" +
+                std::to_string(sentence.words[i].parent) + "\t" + words[i].relation + "\n";
+      text += "\n";
+      lengths.push_back(static_cast<std::uint32_t>(words.size()));
+    }
+  } catch (const input_error&) {
+    return 0;  // compressed data that are none
+  }
+
+  const test::SettingsGuard guard;
+  const test::StreamCapture warnings(std::cerr);
+  std::istringstream stream(text);
+  StringStore<std::uint32_t> lemmas(65535);
+  StringStore<std::uint8_t> no_tags(65535);
+  WordQueue words;
+  Parser parser(stream, lemmas, no_tags);
+  parser.next(4294967295, ContextWindow::sentences, words);
+  promise(warnings.text().empty(), "no warning about what was imported");
+  promise(parser.sentence_lengths() == lengths, "every sentence is read whole");
+  return 0;
+}
