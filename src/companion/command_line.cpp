@@ -13,7 +13,9 @@
 
 #include <fmt/format.h>
 
+#include "companion/descriptor.h"
 #include "companion/errors.h"
+#include "companion/utf8.h"
 
 namespace colx {
 
@@ -57,6 +59,9 @@ std::vector<std::string> _backwards(const Program& program, const std::vector<st
         std::any_of(program.options.begin(), program.options.end(), [&](const OptionEntry& entry) {
           return !entry.value.empty() && argument == fmt::format("--{}=", entry.key());
         });
+    for (const OptionEntry& entry : program.options)
+      if (entry.value.empty() && argument.starts_with(fmt::format("--{}=", entry.key())))
+        throw usage_error(fmt::format("--{} takes no value, found \"{}\"", entry.key(), argument));
     result.push_back(has_empty_value ? argument.substr(0, argument.size() - 1) : argument);
     if (argument.starts_with('[')) result.back().insert(0, 1, bracket_shield);
     if (has_empty_value) result.emplace_back();
@@ -90,7 +95,8 @@ void _occupy_standard_descriptors() {
 }
 
 int _complain(const Program& program, std::string_view message, int status) {
-  std::fputs(fmt::format("{}: {}\n", program.name, message).c_str(), stderr);
+  std::fputs(fmt::format("{}: {}\n", program.name, printable(message)).c_str(), stderr);
+  if (status == 2) std::fputs(fmt::format("Try '{} --help' for more information.\n", program.name).c_str(), stderr);
   return status;
 }
 
@@ -106,7 +112,7 @@ CommandLine parse_command_line(const Program& program, const std::vector<std::st
     };
     const std::string names(entry.names);
     CLI::Option* const option = entry.value.empty()
-                                    ? app.add_flag_callback(names, [note] { note(""); })->disable_flag_override()
+                                    ? app.add_flag_callback(names, [note] { note(""); })
                                     : app.add_option_function<std::string>(names, note)->allow_extra_args(false);
     // Noted at once, options stay in their order; with "last" an option given again does not count as an error.
     option->type_name(std::string(entry.value));
@@ -115,7 +121,11 @@ CommandLine parse_command_line(const Program& program, const std::vector<std::st
   app.add_option("FILE", result.files);
   try {
     app.parse(_backwards(program, arguments));
+  } catch (const CLI::ArgumentMismatch&) {
+    throw usage_error(fmt::format("{}: expected a value, found none", arguments.back()));
   } catch (const CLI::ParseError& error) {
+    // A question that was asked before is answered all the same.
+    if (!result.options.empty() && !answer(program, result.options.front().key).empty()) return result;
     throw usage_error(error.what());
   }
   for (std::string& file : result.files)
@@ -147,9 +157,12 @@ int run_companion(const Program& program, int argc, const char* const* argv,
   std::signal(SIGPIPE, SIG_IGN);
   _occupy_standard_descriptors();
   try {
-    return work(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
+    const int status = work(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
+    // What a file system tells only now.
+    if (::close(STDOUT_FILENO) == 0) return status;
+    return _complain(program, fmt::format("cannot write to standard output: {}", system_reason()), 1);
   } catch (const usage_error& error) {
-    return _complain(program, fmt::format("{}\nTry '{} --help' for more information.", error.what(), program.name), 2);
+    return _complain(program, error.what(), 2);
   } catch (const std::bad_alloc&) {
     return _complain(program, "not enough memory", 1);
   } catch (const std::exception& error) {

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <system_error>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -13,32 +14,51 @@
 
 namespace colx {
 
-int open_for_reading(const std::string& path) {
-  if (path == "-") return STDIN_FILENO;
-  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0) throw input_error(fmt::format("cannot open {} for reading: {}", path, system_reason()));
-  return descriptor;
+namespace {
+
+std::optional<RegularFile> _regular(const struct stat& status) {
+  if (!S_ISREG(status.st_mode)) return std::nullopt;
+  return RegularFile{{status.st_dev, status.st_ino}, static_cast<std::size_t>(status.st_size)};
 }
 
-std::string input_name(const std::string& path) {
-  return path == "-" ? "standard input" : path;
+}  // namespace
+
+Descriptor::~Descriptor() {
+  if (_owned) ::close(_number);
 }
 
-void close_input(int descriptor) {
-  if (descriptor > STDIN_FILENO) ::close(descriptor);
+Descriptor::Descriptor(Descriptor&& other) noexcept
+    : _number(std::exchange(other._number, -1)), _owned(std::exchange(other._owned, false)) {}
+
+Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
+  std::swap(_number, other._number);
+  std::swap(_owned, other._owned);
+  return *this;
 }
 
-std::size_t read_some(int descriptor, void* to, std::size_t size, std::string_view name) {
+Descriptor Descriptor::standard_input() {
+  Descriptor result;
+  result._number = STDIN_FILENO;
+  return result;
+}
+
+Descriptor Descriptor::standard_output() {
+  Descriptor result;
+  result._number = STDOUT_FILENO;
+  return result;
+}
+
+std::size_t Descriptor::read_some(void* to, std::size_t size, std::string_view name) const {
   for (;;) {
-    const ssize_t count = ::read(descriptor, to, size);
+    const ssize_t count = ::read(_number, to, size);
     if (count >= 0) return static_cast<std::size_t>(count);
     if (errno != EINTR) throw input_error(fmt::format("cannot read {}: {}", name, system_reason()));
   }
 }
 
-void write_fully(int descriptor, std::string_view text, std::string_view name) {
+void Descriptor::write_fully(std::string_view text, std::string_view name) const {
   while (!text.empty()) {
-    const ssize_t count = ::write(descriptor, text.data(), text.size());
+    const ssize_t count = ::write(_number, text.data(), text.size());
     if (count >= 0)
       text.remove_prefix(static_cast<std::size_t>(count));
     else if (errno != EINTR)
@@ -46,15 +66,39 @@ void write_fully(int descriptor, std::string_view text, std::string_view name) {
   }
 }
 
+void Descriptor::close(std::string_view name) {
+  const int number = std::exchange(_number, -1);
+  if (std::exchange(_owned, false) && ::close(number) != 0)
+    throw output_error(fmt::format("cannot write to {}: {}", name, system_reason()));
+}
+
+Descriptor open_for_reading(const std::string& path) {
+  if (path == "-") return Descriptor::standard_input();
+  const int number = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (number < 0) throw input_error(fmt::format("cannot open {} for reading: {}", path, system_reason()));
+  return Descriptor(number);
+}
+
+std::string input_name(const std::string& path) {
+  return path == "-" ? "standard input" : path;
+}
+
 void write_to_standard_output(std::string_view text) {
-  write_fully(STDOUT_FILENO, text, "standard output");
+  Descriptor::standard_output().write_fully(text, "standard output");
 }
 
 std::optional<RegularFile> regular_file(const std::string& path) {
   struct stat status {};
-  const int result = path == "-" ? ::fstat(STDIN_FILENO, &status) : ::stat(path.c_str(), &status);
-  if (result != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-  return RegularFile{{status.st_dev, status.st_ino}, static_cast<std::size_t>(status.st_size)};
+  return ::stat(path.c_str(), &status) == 0 ? _regular(status) : std::nullopt;
+}
+
+std::optional<RegularFile> regular_file(const Descriptor& descriptor) {
+  struct stat status {};
+  return ::fstat(descriptor.number(), &status) == 0 ? _regular(status) : std::nullopt;
+}
+
+std::optional<RegularFile> regular_input(const std::string& path) {
+  return path == "-" ? regular_file(Descriptor::standard_input()) : regular_file(path);
 }
 
 std::string system_reason() {

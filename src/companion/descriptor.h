@@ -1,9 +1,10 @@
 #pragma once
 
-// Reading and writing of open files as the companion programs do it: whole, and never in silence.
+// Open files as the companion programs use them: read and written whole, closed once, and never in silence.
 
 #include <sys/types.h>
 
+#include <compare>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -11,22 +12,44 @@
 
 namespace colx {
 
+// An open file that it owns, or a standard stream that it does not.
+class Descriptor {
+ public:
+  Descriptor() = default;
+  // Owns a descriptor that has just been opened.
+  explicit Descriptor(int number) : _number(number), _owned(true) {}
+  ~Descriptor();
+  Descriptor(Descriptor&& other) noexcept;
+  Descriptor& operator=(Descriptor&& other) noexcept;
+
+  static Descriptor standard_input();
+  static Descriptor standard_output();
+
+  int number() const { return _number; }
+  bool is_open() const { return _number >= 0; }
+
+  // Reads up to `size` bytes and returns how many; 0 is the end. `name` is for the message. Throws input_error.
+  std::size_t read_some(void* to, std::size_t size, std::string_view name) const;
+
+  // Writes all of a text. `name` is for the message. Throws output_error, also when a reader has gone away.
+  void write_fully(std::string_view text, std::string_view name) const;
+
+  // Closes it, unless it is a standard stream. A file system may tell only now that something could not be written:
+  // throws output_error.
+  void close(std::string_view name);
+
+ private:
+  int _number = -1;
+  bool _owned = false;
+};
+
 // Opens a file for reading; "-" is standard input. Throws input_error.
-int open_for_reading(const std::string& path);
+Descriptor open_for_reading(const std::string& path);
 
 // The name of that input for messages.
 std::string input_name(const std::string& path);
 
-// Closes what open_for_reading gave, unless it is standard input.
-void close_input(int descriptor);
-
-// Reads up to `size` bytes and returns how many; 0 is the end. `name` is for the message. Throws input_error.
-std::size_t read_some(int descriptor, void* to, std::size_t size, std::string_view name);
-
-// Writes all of a text. `name` is for the message. Throws output_error, also when a reader has gone away.
-void write_fully(int descriptor, std::string_view text, std::string_view name);
-
-// The same to standard output.
+// Writes to standard output. Throws output_error.
 void write_to_standard_output(std::string_view text);
 
 // Tells regular files apart, whatever names lead to them.
@@ -34,15 +57,21 @@ struct FileIdentity {
   dev_t device = 0;
   ino_t inode = 0;
 
-  bool operator==(const FileIdentity&) const = default;
+  auto operator<=>(const FileIdentity&) const = default;
 };
 
-// A regular file and its size in bytes; nothing when there is none of that name. "-" is standard input.
+// A regular file, and its size in bytes.
 struct RegularFile {
   FileIdentity identity;
   std::size_t size = 0;
 };
+
+// The regular file of that name, or behind a descriptor; nothing when there is none.
 std::optional<RegularFile> regular_file(const std::string& path);
+std::optional<RegularFile> regular_file(const Descriptor& descriptor);
+
+// The same for an input, of which "-" is standard input.
+std::optional<RegularFile> regular_input(const std::string& path);
 
 // The text of the last error of the system, such as "No space left on device".
 std::string system_reason();

@@ -1,5 +1,7 @@
 #include "import/datafile_words.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <utility>
 

@@ -1,14 +1,13 @@
 #include "import/datafile_writer.h"
 
 #include <fcntl.h>
-#include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <utility>
 
-#include "companion/descriptor.h"
+#include <fmt/format.h>
+
 #include "companion/errors.h"
 #include "import/sentence.h"
 
@@ -60,35 +59,35 @@ DatafileWriter::DatafileWriter(std::string path, std::uint64_t split, std::vecto
   _open();
 }
 
-DatafileWriter::~DatafileWriter() {
-  if (_descriptor >= 0 && !_path.empty()) close(_descriptor);
+void DatafileWriter::_refuse(const std::optional<RegularFile>& file) const {
+  if (file.has_value() && std::find(_kept.begin(), _kept.end(), file->identity) != _kept.end())
+    throw output_error(fmt::format("cannot write to {}: it is an input or the list, and would be overwritten", _name));
 }
 
 void DatafileWriter::_open() {
   _words = 0;
   if (_path.empty()) {
     _name = "standard output";
-    _descriptor = STDOUT_FILENO;
+    _output = Descriptor::standard_output();
+    _refuse(regular_file(_output));
     return;
   }
   _name = _split == 0 ? _path : numbered_path(_path, _paths.size() + 1);
-  const auto old = regular_file(_name);
-  if (old.has_value() && std::find(_kept.begin(), _kept.end(), old->identity) != _kept.end())
-    throw output_error(fmt::format("cannot write {}: it is an input or the list, and would be overwritten", _name));
-  _descriptor = open(_name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  if (_descriptor < 0) throw output_error(fmt::format("cannot open {} for writing: {}", _name, system_reason()));
+  _refuse(regular_file(_name));
+  const int number = open(_name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  if (number < 0) throw output_error(fmt::format("cannot open {} for writing: {}", _name, system_reason()));
+  _output = Descriptor(number);
   _paths.push_back(_name);
 }
 
 void DatafileWriter::_flush() {
-  write_fully(_descriptor, _buffer, _name);
+  _output.write_fully(_buffer, _name);
   _buffer.clear();
 }
 
 void DatafileWriter::_close() {
   _flush();
-  const int descriptor = std::exchange(_descriptor, -1);
-  if (close(descriptor) != 0) throw output_error(fmt::format("cannot write to {}: {}", _name, system_reason()));
+  _output.close(_name);
 }
 
 void DatafileWriter::write(std::string_view sentence, std::uint64_t words) {

@@ -3,6 +3,7 @@
 // Writing of datafiles.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,11 +25,6 @@ class DatafileWriter {
   // An empty path is standard output. With `split` other than 0 a new file is begun where a sentence would bring the
   // one in hand above that many words. Files in `kept` are never overwritten. The first file is created here.
   DatafileWriter(std::string path, std::uint64_t split, std::vector<FileIdentity> kept);
-  ~DatafileWriter();
-
-  DatafileWriter(const DatafileWriter&) = delete;
-  DatafileWriter& operator=(const DatafileWriter&) = delete;
-
   // Writes the text of a sentence of `words` words, without the empty line behind it.
   void write(std::string_view sentence, std::uint64_t words);
 
@@ -39,6 +35,7 @@ class DatafileWriter {
   const std::vector<std::string>& paths() const { return _paths; }
 
  private:
+  void _refuse(const std::optional<RegularFile>& file) const;
   void _open();
   void _flush();
   void _close();
@@ -48,7 +45,7 @@ class DatafileWriter {
   std::vector<FileIdentity> _kept;
   std::vector<std::string> _paths;
   std::string _name;
-  int _descriptor = -1;
+  Descriptor _output;
   std::uint64_t _words = 0;  // in the file in hand
   std::string _buffer;
 };

@@ -4,6 +4,7 @@
 #include <array>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -24,7 +25,8 @@ constexpr auto _entries = std::to_array<OptionEntry>({
     {"--list", "FILE", "write the paths of the datafiles to the list FILE, or add them to it"},
     {"--mask", "MASK", "count distinct tags also under this tag mask of * and -"},
     {"--check", "", "write nothing, only report what is wrong"},
-    {"--strict", "", "exit status 1 if a sentence was skipped or, with --check, anything was wrong"},
+    {"--strict", "",
+     "exit status 1 if a sentence was skipped or, with --check, if anything was wrong or there are too many tags"},
     {"--tag-table", "", "print the letters of --tag feats and exit"},
     {"-q,--quiet", "", "no report and no progress bar"},
     {"-h,--help", "", "print this help and exit"},
@@ -97,6 +99,7 @@ void _check_conflicts(const ImportSettings& settings) {
     throw usage_error("--check writes nothing and does not go with --output, --list or --split");
   if (settings.output.empty() && settings.split != 0) throw usage_error("--split needs --output FILE");
   if (settings.output.empty() && !settings.list.empty()) throw usage_error("--list needs --output FILE");
+  if (settings.list == "-") throw usage_error("--list: expected the path of a file, found \"-\"");
   if (!settings.list.empty() && settings.output.find('\n') != std::string::npos)
     throw usage_error("a path with a line end cannot stand in a list file");
   if (std::count(settings.inputs.begin(), settings.inputs.end(), "-") > 1)
@@ -124,8 +127,9 @@ ImportSettings parse_import_options(const std::vector<std::string>& arguments) {
   for (const auto& [key, value] : line.options) {
     settings.information = key == "tag-table" ? tag_table() : answer(import_program, key);
     if (!settings.information.empty()) return settings;
-    _apply(key, value, settings);
   }
+  for (const auto& [key, value] : line.options)
+    _apply(key, value, settings);
   settings.inputs = std::move(line.files);
   if (settings.inputs.empty()) settings.inputs.emplace_back("-");
   _check_conflicts(settings);

@@ -30,8 +30,13 @@ std::string _line(std::string_view name, std::uint64_t count) {
   return _line(name, std::to_string(count));
 }
 
-std::string _line_unless_zero(std::string_view name, std::uint64_t count) {
-  return count == 0 ? "" : _line(name, count);
+std::string _words_unless_zero(std::string_view name, std::uint64_t count) {
+  return count == 0 ? "" : _line(name, fmt::format("{} words", count));
+}
+
+// A line that goes on with what the one before says.
+std::string _continued(std::string_view text) {
+  return _line("", text);
 }
 
 std::string_view _name(TreebankFormat format) {
@@ -40,9 +45,10 @@ std::string_view _name(TreebankFormat format) {
       return "CoNLL-U";
     case TreebankFormat::conllx:
       return "CoNLL-X";
-    default:
-      return "datafile";
+    case TreebankFormat::datafile:
+      break;
   }
+  return "datafile";
 }
 
 std::string_view _tag_source(const Conversion& conversion) {
@@ -52,9 +58,11 @@ std::string_view _tag_source(const Conversion& conversion) {
       return "from UPOS";
     case TagSource::feats:
       return "made from UPOS and FEATS";
-    default:
-      return "from XPOS";
+    case TagSource::xpos:
+    case TagSource::automatic:
+      break;
   }
+  return "from XPOS";
 }
 
 std::string _described(const std::string& mask, const std::vector<std::string>& tags) {
@@ -127,28 +135,27 @@ std::string ImportReport::_lemma_lines() const {
   std::string text = _line("distinct lemmas", _lemmas.size());
   if (_lemmas.size() > most_lemmas)
     text +=
-        _line("", fmt::format("ngrex tells {} lemmas apart at most; some will be counted as the same", most_lemmas));
-  text += _line_unless_zero("lemmas from forms", _lemmas_from_forms);
-  text += _line_unless_zero("protected lemmas", _protected_lemmas);
+        _continued(fmt::format("ngrex tells {} lemmas apart at most; some will be counted as the same", most_lemmas));
+  text += _words_unless_zero("lemmas from forms", _lemmas_from_forms);
+  text += _words_unless_zero("protected lemmas", _protected_lemmas);
   if (_cut_lemmas > 0)
-    text += _line("cut lemmas",
-                  fmt::format("{} will be cut by ngrex, {} of them to nothing", _cut_lemmas, _emptied_lemmas));
+    text += _line("cut lemmas", fmt::format("{} words, {} of them to nothing; --protect-lemmas keeps them whole",
+                                            _cut_lemmas, _emptied_lemmas));
   return text;
 }
 
 std::string ImportReport::_tag_lines() const {
   std::string text = _line("tags", fmt::to_string(fmt::join(_tag_sources, "; ")));
-  if (_unknown_values > 0)
-    text += _line("", fmt::format("{} words have a value without a letter (?)", _unknown_values));
+  if (_unknown_values > 0) text += _continued(fmt::format("values without a letter (?): {} words", _unknown_values));
   text += _line("distinct tags", _tags.distinct.size());
   if (_tags.too_many())
-    text += _line("", fmt::format("too many whole: ngrex takes {}; the first too many is at {}", most_distinct_tags,
-                                  _place(_tags.overflow)));
+    text += _continued(fmt::format("too many whole: ngrex -m holds {}; the first too many is at {}", most_distinct_tags,
+                                   _place(_tags.overflow)));
   if (!_mask.empty()) {
     text += _line("distinct masked tags", fmt::format("{} under {}", _masked_tags.distinct.size(), _mask));
     if (_masked_tags.too_many())
-      text += _line("", fmt::format("too many: ngrex -m {} ends with an error above {}; the first too many is at {}",
-                                    _mask, most_distinct_tags, _place(_masked_tags.overflow)));
+      text += _continued(fmt::format("too many: ngrex -m {} ends with an error above {}; the first too many is at {}",
+                                     _mask, most_distinct_tags, _place(_masked_tags.overflow)));
   }
   if (_tags.distinct.empty()) return text;
 
@@ -161,10 +168,11 @@ std::string ImportReport::_tag_lines() const {
   std::vector<std::string_view> dropped;
   for (std::size_t p = 0; made_from_features && p < mask.size(); ++p)
     if (mask[p] == '-') dropped.push_back(position_name(p));
-  if (!dropped.empty()) text += _line("", fmt::format("it leaves out {}", fmt::join(dropped, ", ")));
+  if (!dropped.empty()) text += _continued(fmt::format("it leaves out {}", fmt::join(dropped, ", ")));
   if (mask.starts_with('-')) {
     const std::string other = best_mask(tags, most_distinct_tags, true);
-    if (!other.empty()) text += _line("", fmt::format("with the first position: {}", _described(other, tags)));
+    if (!other.empty())
+      text += _continued(fmt::format("the best one with the first position: {}", _described(other, tags)));
   }
   return text;
 }
@@ -177,8 +185,10 @@ std::string ImportReport::_relation_lines() const {
     total += count;
   std::stable_sort(relations.begin(), relations.end(), [](auto& a, auto& b) { return a.second > b.second; });
   std::string text = _line("relations to Undef", total);
-  for (const auto& [name, count] : relations)
-    text += fmt::format("  {:<22}{}\n", quoted(name), count);
+  constexpr std::size_t most_shown = 100;
+  for (std::size_t i = 0; i < relations.size() && i < most_shown; ++i)
+    text += fmt::format("  {:<22}{}\n", quoted(relations[i].first), relations[i].second);
+  if (relations.size() > most_shown) text += fmt::format("  and {} other names\n", relations.size() - most_shown);
   return text;
 }
 

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
+#include <vector>
 
 #include "import/datafile_words.h"
 #include "import/sentence.h"

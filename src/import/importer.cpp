@@ -2,18 +2,22 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <iterator>
 #include <memory>
 #include <numeric>
 #include <optional>
-#include <stdexcept>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include <fmt/format.h>
 
 #include "companion/descriptor.h"
 #include "companion/errors.h"
+#include "companion/utf8.h"
 #include "import/datafile_words.h"
 #include "import/datafile_writer.h"
 #include "import/import_options.h"
@@ -37,7 +41,7 @@ void _say(const std::string& text) {
 
 std::size_t _total_size(const std::vector<std::string>& inputs) {
   return std::accumulate(inputs.begin(), inputs.end(), std::size_t{0}, [](std::size_t sum, const std::string& input) {
-    const auto file = regular_file(input);
+    const auto file = regular_input(input);
     return sum + (file ? file->size : 0);
   });
 }
@@ -52,24 +56,23 @@ class Importer {
   // Returns the exit status. Throws input_error and output_error.
   int run() {
     _open_inputs();
-    if (!_settings.list.empty()) _list.emplace(_settings.list);
-    if (!_settings.check) _open_output();
+    if (!_settings.check) _open_outputs();
     for (std::size_t i = 0; i < _inputs.size(); ++i)
       _import(_settings.inputs[i], _inputs[i]);
     _bar.clear();
     if (_writer) _writer->finish();
     if (_list) _list->add(_writer->paths());
-    if (_settings.split != 0) _warn_of_older_parts();
+    if (_writer && !_settings.output.empty()) _warn_of_others();
     const std::string tag_fault = _report.tag_fault();
     if (!_settings.quiet)
       _say(_report.text());
     else if (_settings.check && !tag_fault.empty())
       _say(fmt::format("ngrex-import: {}\n", tag_fault));
+    // The report of a check is its result.
+    if (_settings.check && std::ferror(stderr) != 0) throw output_error("cannot write to standard error");
     const bool wrong = _report.skipped() > 0 || (_settings.check && (_faults > 0 || !tag_fault.empty()));
     return _settings.strict && wrong ? 1 : 0;
   }
-
-  void clear_bar() { _bar.clear(); }
 
  private:
   // Whether all inputs have to be looked at before the first is imported.
@@ -93,6 +96,7 @@ class Importer {
         source->rewind();
       }
       if (path != "-" && regular_file(path).has_value()) source.reset();
+      if (const auto file = regular_input(path)) _kept.push_back(file->identity);
       _inputs.push_back(std::move(source));
     }
     if (_tag == TagSource::automatic) _tag = lengths.positional() ? TagSource::xpos : TagSource::feats;
@@ -100,25 +104,31 @@ class Importer {
 
   void _look_at_tags(TreebankSource& source, EqualLengths& lengths) {
     const TreebankFormat format = _format_of(source);
-    if (format == TreebankFormat::datafile) return;
     SentenceReader reader(source, format);
     TreebankSentence sentence;
     std::vector<TreebankProblem> problems;
-    while (reader.next(sentence, problems)) {
+    while (format != TreebankFormat::datafile && !lengths.decided() && reader.next(sentence, problems)) {
       _bar.update(source.bytes_read());
       if (must_be_skipped(problems)) continue;
       for (const TreebankWord& word : sentence.words)
         lengths.add(word.xpos);
     }
-    _bar.finish_input(source.bytes_read());
+    const auto file = regular_input(source.path());
+    _bar.finish_input(file ? file->size : 0);
   }
 
-  void _open_output() {
-    std::vector<FileIdentity> kept;
-    for (const std::string& path : _settings.inputs)
-      if (const auto file = regular_file(path)) kept.push_back(file->identity);
-    if (_list) kept.push_back(_list->identity());
-    _writer = std::make_unique<DatafileWriter>(_settings.output, _settings.split, std::move(kept));
+  // Opens what is written; no output may be an input, nor a datafile the list.
+  void _open_outputs() {
+    if (!_settings.list.empty()) {
+      _list.emplace(_settings.list, _kept);
+      _kept.push_back(_list->identity());
+      if (_list->has_carriage_returns())
+        _complain(
+            fmt::format("{}: expected lines that end with LF, found CR LF, of which ngrex takes the CR for a part of "
+                        "the path",
+                        _settings.list));
+    }
+    _writer = std::make_unique<DatafileWriter>(_settings.output, _settings.split, _kept);
   }
 
   TreebankFormat _format_of(TreebankSource& source) const {
@@ -161,7 +171,7 @@ class Importer {
     }
     if (sentences == 0) _complain(fmt::format("{}: expected sentences, found none", source->name()));
     if (!_settings.check && _faults_of_input > most_faults_told)
-      _say(fmt::format("ngrex-import: {}: {} more faults; --check tells them all\n", source->name(),
+      _say(fmt::format("ngrex-import: {}: further faults: {} (--check tells them all)\n", source->name(),
                        _faults_of_input - most_faults_told));
     _report.add_passed(reader.passed());
     _bar.finish_input(source->bytes_read());
@@ -188,7 +198,7 @@ class Importer {
     ++_faults_of_input;
     if (!_settings.check && _faults_of_input > most_faults_told) return;
     _bar.clear();
-    _say(fmt::format("ngrex-import: {}\n", message));
+    _say(fmt::format("ngrex-import: {}\n", printable(message)));
   }
 
   void _tell(const std::vector<TreebankProblem>& problems, const std::string& input) {
@@ -202,20 +212,31 @@ class Importer {
     }
   }
 
-  // Parts with higher numbers belong to an earlier import with a smaller limit; a list may still name them.
-  void _warn_of_older_parts() const {
-    const std::string next = numbered_path(_settings.output, _writer->paths().size() + 1);
-    if (!regular_file(next)) return;
-    const bool listed = _list && _list->names(next);
-    _say(fmt::format(
-        "ngrex-import: {} is left from an earlier import{}; what follows the last part of this one should be "
-        "removed\n",
-        next, listed ? fmt::format(" and still in the list {}", _settings.list) : ""));
+  // Tells of files that another import of the same output left, as a list may name them too: parts with higher numbers,
+  // and a whole file beside parts or parts beside a whole file.
+  void _warn_of_others() const {
+    const bool is_split = _settings.split != 0;
+    const std::string next = numbered_path(_settings.output, is_split ? _writer->paths().size() + 1 : 1);
+    _warn_of_other(next, is_split);
+    if (is_split) _warn_of_other(_settings.output, false);
+  }
+
+  void _warn_of_other(const std::string& path, bool also_unlisted) const {
+    const auto file = regular_file(path);
+    if (!file || std::find(_kept.begin(), _kept.end(), file->identity) != _kept.end()) return;
+    const bool is_listed = _list && _list->names(path);
+    if (is_listed)
+      _say(
+          fmt::format("ngrex-import: {} is in the list {} but not of this import; ngrex will count its words as well\n",
+                      path, _settings.list));
+    else if (also_unlisted)
+      _say(fmt::format("ngrex-import: {} is there already and not of this import\n", path));
   }
 
   const ImportSettings& _settings;
   TagSource _tag = TagSource::automatic;
   std::vector<std::unique_ptr<TreebankSource>> _inputs;  // null: to be opened when its turn comes
+  std::vector<FileIdentity> _kept;                       // what no datafile may overwrite
   std::optional<ListFile> _list;
   std::unique_ptr<DatafileWriter> _writer;
   ImportReport _report;
@@ -236,9 +257,10 @@ int run_import(const std::vector<std::string>& arguments) {
   Importer importer(settings);
   try {
     return importer.run();
-  } catch (const std::runtime_error& error) {
-    importer.clear_bar();
-    throw std::runtime_error(fmt::format("{}; stopping", error.what()));
+  } catch (const input_error& error) {
+    throw input_error(fmt::format("{}; stopping", error.what()));
+  } catch (const output_error& error) {
+    throw output_error(fmt::format("{}; stopping", error.what()));
   }
 }
 

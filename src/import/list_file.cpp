@@ -5,49 +5,71 @@
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 
 #include <fmt/format.h>
 
 #include "companion/errors.h"
+#include "import/treebank_format.h"
 
 namespace colx {
 
-ListFile::ListFile(const std::string& path) : _path(path) {
-  // Whether it can be written is told by opening it; what it is must be known before a pipe would be waited for.
-  const bool is_new = ::access(path.c_str(), F_OK) != 0;
-  if (!is_new && !regular_file(path).has_value())
-    throw output_error(fmt::format("cannot write the list {}: it is no regular file", path));
-  _descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
-  if (_descriptor < 0) throw output_error(fmt::format("cannot write the list {}: {}", path, system_reason()));
+ListFile::ListFile(const std::string& path, const std::vector<FileIdentity>& kept) : _path(path) {
+  const auto refuse = [&](const std::string& reason) {
+    throw output_error(fmt::format("cannot write the list {}: {}", path, reason));
+  };
+  // Opening a pipe would wait for its other end.
+  const bool is_there = ::access(path.c_str(), F_OK) == 0;
+  if (is_there && !regular_file(path).has_value()) refuse("it is no regular file");
+  const int number = ::open(path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+  if (number < 0) refuse(system_reason());
+  _file = Descriptor(number);
+  const auto file = regular_file(_file);
+  if (!file.has_value()) refuse("it is no regular file");
+  _identity = file->identity;
+  if (std::find(kept.begin(), kept.end(), _identity) != kept.end()) refuse("it is an input");
+
+  std::string content;
   std::array<char, 65536> buffer;
-  while (const std::size_t size = read_some(_descriptor, buffer.data(), buffer.size(), path))
-    _content.append(buffer.data(), size);
-  _identity = regular_file(path).value().identity;
+  while (const std::size_t size = _file.read_some(buffer.data(), buffer.size(), path))
+    content.append(buffer.data(), size);
+  if (content.find_first_not_of("\n\r") != std::string::npos && recognise_format(content).has_value())
+    refuse("it looks like a treebank");
+  for (std::size_t at = 0; at < content.size();) {
+    const std::size_t end = std::min(content.find('\n', at), content.size());
+    _note(content.substr(at, end - at));
+    at = end + 1;
+  }
+  _ends_within_line = !content.empty() && !content.ends_with('\n');
+  _has_carriage_returns = content.find("\r\n") != std::string::npos;
+  _remove = !is_there;
 }
 
 ListFile::~ListFile() {
-  if (_descriptor >= 0) ::close(_descriptor);
+  if (_remove) ::unlink(_path.c_str());
+}
+
+void ListFile::_note(const std::string& entry) {
+  _entries.insert(entry);
+  if (const auto file = regular_file(entry)) _files.insert(file->identity);
 }
 
 bool ListFile::names(const std::string& path) const {
+  if (_entries.contains(path)) return true;
   const auto file = regular_file(path);
-  for (std::size_t at = 0; at < _content.size();) {
-    const std::size_t end = std::min(_content.find('\n', at), _content.size());
-    const std::string entry = _content.substr(at, end - at);
-    if (entry == path) return true;
-    if (const auto named = regular_file(entry); file && named && named->identity == file->identity) return true;
-    at = end + 1;
-  }
-  return false;
+  return file.has_value() && _files.contains(file->identity);
 }
 
 void ListFile::add(const std::vector<std::string>& paths) {
-  std::string added = _content.empty() || _content.ends_with('\n') ? "" : "\n";
-  for (const std::string& path : paths)
-    if (!names(path)) added += path + "\n";
-  write_fully(_descriptor, added, _path);
-  _content += added;
+  std::string added;
+  for (const std::string& path : paths) {
+    if (names(path)) continue;
+    added += path + "\n";
+    _note(path);
+  }
+  if (added.empty()) return;
+  _remove = false;
+  _file.write_fully(_ends_within_line ? "\n" + added : added, _path);
+  _file.close(_path);
 }
 
 }  // namespace colx

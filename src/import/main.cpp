@@ -1,3 +1,4 @@
+#include "companion/command_line.h"
 #include "import/import_options.h"
 #include "import/importer.h"
 

@@ -126,9 +126,8 @@ class MaskSearch {
 
 std::string masked_tag(std::string_view tag, std::string_view mask) {
   std::string kept(mask.size(), '-');
-  for (std::size_t p = 0; p < mask.size() && p < tag.size(); ++p) {
+  for (std::size_t p = 0; p < mask.size() && p < tag.size(); ++p)
     if (mask[p] == '*') kept[p] = tag[p];
-  }
   return kept;
 }
 

@@ -12,6 +12,10 @@ class ReadingBar {
  public:
   // `total`: how many bytes will be read; 0, not known, shows nothing.
   ReadingBar(std::size_t total, bool wanted);
+  ~ReadingBar() { clear(); }
+
+  ReadingBar(const ReadingBar&) = delete;
+  ReadingBar& operator=(const ReadingBar&) = delete;
 
   // Sets how many bytes of the input in hand have been read.
   void update(std::uint64_t bytes);

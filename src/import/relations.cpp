@@ -5,6 +5,7 @@
 #include <iterator>
 #include <optional>
 #include <span>
+#include <unordered_map>
 
 #include "corpus/dependencies.h"
 
@@ -82,23 +83,36 @@ std::string _with_suffix(std::string_view function, std::string_view suffix) {
   return std::string(base).append(suffix);
 }
 
+// The analytical functions by their names in small letters. "Head" is no function that a treebank gives.
+const std::unordered_map<std::string, std::string_view>& _functions_by_small_name() {
+  static const auto names = [] {
+    std::unordered_map<std::string, std::string_view> result;
+    for (unsigned code = 0; code < dependencies_count; ++code) {
+      const std::string_view name = dependency2cstring(static_cast<std::uint8_t>(code));
+      if (name != "Head") result.emplace(_lower(name), name);
+    }
+    return result;
+  }();
+  return names;
+}
+
 // A name that is one of an analytical function but for upper and lower case, with or without suffix; of several or
-// unknown suffixes the last one counts that the function can have. "Head" is no function that a treebank gives.
+// unknown suffixes the last one counts that the function can have.
 std::optional<std::string> _other_spelling(std::string_view relation) {
+  const auto& functions = _functions_by_small_name();
   const std::string lower = _lower(relation);
   std::string base(_without_suffix(lower));
   std::string_view suffixes = std::string_view(lower).substr(base.size());
-  if (const auto found = _find(other_names, base)) base = _lower(*found);
-  std::string best;
-  for (unsigned code = 0; code < dependencies_count; ++code) {
-    const std::string_view name = dependency2cstring(static_cast<std::uint8_t>(code));
-    if (name == "Head" || _lower(_without_suffix(name)) != base) continue;
-    const std::string suffix = _lower(name.substr(base.size()));
-    if (suffix.empty() && best.empty()) best = name;
-    if (!suffix.empty() && suffixes.ends_with(suffix)) best = name;
+  if (const auto other = _find(other_names, base)) base = _lower(*other);
+  while (!suffixes.empty()) {
+    const std::size_t last = suffixes.rfind('_');
+    if (const auto found = functions.find(base + std::string(suffixes.substr(last))); found != functions.end())
+      return std::string(found->second);
+    suffixes = suffixes.substr(0, last);
   }
-  if (best.empty()) return std::nullopt;
-  return best;
+  const auto found = functions.find(base);
+  if (found == functions.end()) return std::nullopt;
+  return std::string(found->second);
 }
 
 // Where the function of a word comes from.
@@ -141,22 +155,44 @@ bool _consists_of(std::string_view text, std::span<const std::string_view> chara
 }
 
 // Commas and the marks that end a sentence, in the scripts that have their own.
-constexpr std::string_view commas[] = {",", "\xD8\x8C", "\xE3\x80\x81", "\xEF\xBC\x8C", "\xEF\xBD\xA4"};
-constexpr std::string_view final_marks[] = {".",
-                                            "!",
-                                            "?",
-                                            "\xE2\x80\xA6",   // ellipsis
-                                            "\xE3\x80\x82",   // ideographic full stop
-                                            "\xEF\xBC\x8E",   // fullwidth full stop
-                                            "\xEF\xBC\x81",   // fullwidth exclamation mark
-                                            "\xEF\xBC\x9F",   // fullwidth question mark
-                                            "\xEF\xBD\xA1",   // halfwidth ideographic full stop
-                                            "\xE0\xA5\xA4",   // danda
-                                            "\xE0\xA5\xA5",   // double danda
-                                            "\xD8\x9F",       // Arabic question mark
-                                            "\xDB\x94",       // Arabic full stop
-                                            "\xD6\x89",       // Armenian full stop
-                                            "\xE1\x8D\xA2"};  // Ethiopic full stop
+constexpr std::string_view commas[] = {
+    ",",
+    "\xD5\x9D",      // Armenian
+    "\xD8\x8C",      // Arabic
+    "\xE1\x8D\xA3",  // Ethiopic
+    "\xE1\x81\x8A",  // Burmese
+    "\xE3\x80\x81",  // ideographic
+    "\xEF\xBC\x8C",  // fullwidth
+    "\xEF\xBD\xA4",  // halfwidth ideographic
+};
+constexpr std::string_view final_marks[] = {
+    ".",
+    "!",
+    "?",
+    "\xCD\xBE",      // Greek question mark
+    "\xD6\x89",      // Armenian full stop
+    "\xD8\x9F",      // Arabic question mark
+    "\xDB\x94",      // Arabic full stop
+    "\xE0\xA5\xA4",  // danda
+    "\xE0\xA5\xA5",  // double danda
+    "\xE0\xBC\x8D",  // Tibetan shad
+    "\xE0\xBC\x8E",  // Tibetan double shad
+    "\xE1\x81\x8B",  // Burmese section
+    "\xE1\x8D\xA2",  // Ethiopic full stop
+    "\xE1\x8D\xA7",  // Ethiopic question mark
+    "\xE1\x9F\x94",  // Khmer khan
+    "\xE1\x9F\x95",  // Khmer bariyoosan
+    "\xE2\x80\xA6",  // ellipsis
+    "\xE2\x80\xBC",  // double exclamation mark
+    "\xE2\x81\x87",  // double question mark
+    "\xE2\x81\x88",  // question exclamation mark
+    "\xE2\x81\x89",  // exclamation question mark
+    "\xE3\x80\x82",  // ideographic full stop
+    "\xEF\xBC\x81",  // fullwidth exclamation mark
+    "\xEF\xBC\x8E",  // fullwidth full stop
+    "\xEF\xBC\x9F",  // fullwidth question mark
+    "\xEF\xBD\xA1",  // halfwidth ideographic full stop
+};
 
 // The word that ends the sentence: of the punctuation behind the last other word the last one that is a final mark, or
 // else simply the last one. The number of words when the sentence does not end with punctuation.

@@ -2,6 +2,7 @@
 
 // A sentence of a treebank as it stands in its file.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>

@@ -7,6 +7,7 @@
 #include <charconv>
 #include <utility>
 
+#include "companion/utf8.h"
 #include "import/tree_check.h"
 #include "import/treebank_format.h"
 
@@ -29,14 +30,11 @@ bool _is_number(std::string_view text, std::uint32_t& value) {
 
 std::string quoted(std::string_view text) {
   constexpr std::size_t longest = 40;
-  std::string shown = "\"";
   std::size_t size = std::min(text.size(), longest);
   // A character of several bytes is not cut in two.
   while (size < text.size() && size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80)
     --size;
-  for (const char c : text.substr(0, size))
-    shown += static_cast<unsigned char>(c) < ' ' || c == '\x7F' ? '?' : c;
-  return shown + (size < text.size() ? "...\"" : "\"");
+  return fmt::format("\"{}{}\"", printable(text.substr(0, size)), size < text.size() ? "..." : "");
 }
 
 bool must_be_skipped(const std::vector<TreebankProblem>& problems) {
@@ -53,7 +51,8 @@ bool SentenceReader::next(TreebankSentence& sentence, std::vector<TreebankProble
   std::string_view line;
   while (_source.next_line(line)) {
     _pass_byte_order_mark(line, problems);
-    if (std::all_of(line.begin(), line.end(), is_field_separator)) {
+    if (_format == TreebankFormat::datafile && line.ends_with('\r')) _note_carriage_return(problems);
+    if (_ends_sentence(line)) {
       if (_format == TreebankFormat::datafile && !line.empty() && line != "\r") {
         _note(problems, 0, "expected an empty line, found one of white space, which does not end a sentence", true);
       }
@@ -81,6 +80,18 @@ bool SentenceReader::next(TreebankSentence& sentence, std::vector<TreebankProble
 void SentenceReader::_note(std::vector<TreebankProblem>& problems, unsigned column, std::string text, bool repaired) {
   const char* const name = _format == TreebankFormat::datafile ? datafile_columns.at(column) : conll_columns.at(column);
   problems.push_back({_source.line_number(), column, name, std::move(text), repaired});
+}
+
+// An empty line, or one of white space. In the CoNLL formats one with a TAB is a row, though a broken one.
+bool SentenceReader::_ends_sentence(std::string_view line) const {
+  return std::all_of(line.begin(), line.end(), is_field_separator) &&
+         (_format == TreebankFormat::datafile || line.find('\t') == std::string_view::npos);
+}
+
+void SentenceReader::_note_carriage_return(std::vector<TreebankProblem>& problems) {
+  if (_carriage_returns_noted) return;
+  _carriage_returns_noted = true;
+  _note(problems, 0, "expected lines that end with LF, found CR LF here and possibly further down", true);
 }
 
 // A mark at the beginning of a line is left by whatever put files together. In a datafile ngrex would stumble on it.
@@ -145,8 +156,9 @@ void SentenceReader::_add_conll_row(std::string_view line, TreebankSentence& sen
   }
   const bool in_order = _check_order(columns[0], problems);
   std::uint32_t parent = 0;
-  if (!_is_number(columns[6], parent)) {
-    _note(problems, conll_head, fmt::format("expected the number of a word or 0, found {}", quoted(columns[6])));
+  if (!_is_number(columns[conll_head - 1], parent)) {
+    _note(problems, conll_head,
+          fmt::format("expected the number of a word or 0, found {}", quoted(columns[conll_head - 1])));
     return;
   }
   if (!in_order) return;
@@ -170,18 +182,15 @@ void SentenceReader::_add_datafile_row(std::string_view line, TreebankSentence& 
     return;
   }
   const bool in_order = _check_order(fields[0], problems);
-  if (line.ends_with('\r') && !_carriage_returns_noted) {
-    _carriage_returns_noted = true;
-    _note(problems, 0, "expected lines that end with LF, found CR LF here and possibly further down", true);
-  }
   if (line.ends_with('\r')) line.remove_suffix(1);
   if (is_field_separator(line.back())) {
     _note(problems, 0, "expected the line to end with its sixth field, found white space, which ends the sentence",
           true);
   }
   std::uint32_t parent = 0;
-  if (!_is_number(fields[4], parent)) {
-    _note(problems, datafile_parent, fmt::format("expected the number of a word or 0, found {}", quoted(fields[4])));
+  if (!_is_number(fields[datafile_parent - 1], parent)) {
+    _note(problems, datafile_parent,
+          fmt::format("expected the number of a word or 0, found {}", quoted(fields[datafile_parent - 1])));
     return;
   }
   if (!in_order) return;

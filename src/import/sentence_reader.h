@@ -3,6 +3,7 @@
 // Reading of treebanks sentence by sentence.
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -36,6 +37,8 @@ class SentenceReader {
   void _add_row(std::string_view line, TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
   void _add_conll_row(std::string_view line, TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
   void _add_datafile_row(std::string_view line, TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
+  bool _ends_sentence(std::string_view line) const;
+  void _note_carriage_return(std::vector<TreebankProblem>& problems);
   void _pass_byte_order_mark(std::string_view& line, std::vector<TreebankProblem>& problems);
   void _note_broken_row(std::vector<TreebankProblem>& problems, std::string text);
   bool _check_order(std::string_view text, std::vector<TreebankProblem>& problems);

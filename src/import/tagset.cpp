@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <span>
 
@@ -18,9 +19,8 @@ struct Letter {
 struct TagPosition {
   std::string_view feature;
   std::span<const Letter> letters;
-  // Names of the same feature in older treebanks, of three letters each; a value of one character is its own letter
-  // there.
-  std::string_view aliases;
+  // Names of the same feature in older treebanks, of three letters; a value of one character is its own letter there.
+  std::array<std::string_view, 2> aliases;
   // The name in the first version of the universal features.
   std::string_view former = "";
 };
@@ -56,18 +56,14 @@ constexpr Letter pronoun_types[] = {{"Prs", 'P'}, {"Rcp", 'C'}, {"Art", 'A'}, {"
 constexpr Letter polarities[] = {{"Pos", 'A'}, {"Neg", 'N'}};
 
 constexpr TagPosition positions[] = {
-    {"word class", word_classes, ""},   {"Case", cases, "cas Cas"},
-    {"Number", numbers, "Num num"},     {"Gender", genders, "Gen gen"},
-    {"Person", persons, "Per per"},     {"Tense", tenses, "Ten tem"},
-    {"Mood", moods, "mod Mod"},         {"VerbForm", verb_forms, "Vfo"},
-    {"Voice", voices, "Voi voi"},       {"Degree", degrees, "Gra grn"},
-    {"PronType", pronoun_types, "Pro"}, {"Polarity", polarities, "Neg neg", "Negative"},
+    {"word class", word_classes, {}},     {"Case", cases, {"cas", "Cas"}},
+    {"Number", numbers, {"Num", "num"}},  {"Gender", genders, {"Gen", "gen"}},
+    {"Person", persons, {"Per", "per"}},  {"Tense", tenses, {"Ten", "tem"}},
+    {"Mood", moods, {"mod", "Mod"}},      {"VerbForm", verb_forms, {"Vfo"}},
+    {"Voice", voices, {"Voi", "voi"}},    {"Degree", degrees, {"Gra", "grn"}},
+    {"PronType", pronoun_types, {"Pro"}}, {"Polarity", polarities, {"Neg", "neg"}, "Negative"},
 };
 static_assert(std::size(positions) == feature_positions);
-
-bool _is_alias(std::string_view aliases, std::string_view name) {
-  return name.size() == 3 && aliases.find(name) != std::string_view::npos;
-}
 
 char _letter(std::span<const Letter> letters, std::string_view value, bool own_letters) {
   const auto found = std::find_if(letters.begin(), letters.end(), [&](const Letter& l) { return l.value == value; });
@@ -111,10 +107,10 @@ std::string positional_tag(std::string_view upos, std::string_view feats) {
     std::string_view name;
     std::string_view value;
     _split_feature(feature, name, value);
-    if (value.empty()) continue;
+    if (name.empty() || value.empty()) continue;
     for (std::size_t p = 1; p < feature_positions; ++p) {
       const TagPosition& position = positions[p];
-      const bool alias = _is_alias(position.aliases, name);
+      const bool alias = std::find(position.aliases.begin(), position.aliases.end(), name) != position.aliases.end();
       const bool is_named = alias || name == position.feature || name == position.former;
       if (is_named && tag[p] == '-') tag[p] = _letter(position.letters, value, alias);
     }

@@ -3,11 +3,10 @@
 // Tags of imported words: a column of the treebank as it stands, or a positional tag made from the universal word class
 // and features, one ASCII letter a position.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
-
-#include "import/sentence.h"
 
 namespace colx {
 
@@ -34,6 +33,9 @@ class EqualLengths {
  public:
   void add(std::string_view xpos);
   bool positional() const { return _any && _equal; }
+
+  // Whether further tags cannot change the answer.
+  bool decided() const { return !_equal; }
 
  private:
   std::size_t _length = 0;

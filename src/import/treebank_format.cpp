@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "import/sentence_reader.h"
 #include "import/tagset.h"
 
 namespace colx {
@@ -50,6 +51,7 @@ RowKind row_kind(std::string_view id) {
 std::optional<TreebankFormat> recognise_format(std::string_view beginning) {
   bool rows = false;
   bool conll = false;
+  bool six_fields = false;
   bool comments = false;
   bool marked = false;
   bool universal = true;
@@ -69,9 +71,7 @@ std::optional<TreebankFormat> recognise_format(std::string_view beginning) {
     }
     rows = true;
     if (split_columns(line, columns) != 10) {
-      if (!conll && split_fields(line, fields) == 6 && row_kind(fields[0]) == RowKind::word) {
-        return TreebankFormat::datafile;
-      }
+      six_fields = six_fields || (split_fields(line, fields) == 6 && row_kind(fields[0]) == RowKind::word);
       continue;
     }
     const RowKind kind = row_kind(columns[0]);
@@ -79,12 +79,12 @@ std::optional<TreebankFormat> recognise_format(std::string_view beginning) {
     conll = true;
     if (kind != RowKind::word) {
       marked = true;
-    } else if (columns[3] != "_" && !is_universal_class(columns[3])) {
+    } else if (columns[3] != "_" && columns[3] != "CONJ" && !is_universal_class(columns[3])) {
       universal = false;
     }
   }
   if (!rows) return TreebankFormat::conllu;
-  if (!conll) return std::nullopt;
+  if (!conll) return six_fields ? std::optional(TreebankFormat::datafile) : std::nullopt;
   return comments || marked || universal ? TreebankFormat::conllu : TreebankFormat::conllx;
 }
 
@@ -93,11 +93,15 @@ std::string describe_first_row(std::string_view beginning) {
   std::string_view fields[6];
   for (std::uint64_t number = 1; !beginning.empty(); ++number) {
     const std::size_t end = beginning.find('\n');
-    const std::string_view line = beginning.substr(0, end);
+    std::string_view line = beginning.substr(0, end);
     beginning.remove_prefix(end == std::string_view::npos ? beginning.size() : end + 1);
+    if (line.starts_with(byte_order_mark)) line.remove_prefix(byte_order_mark.size());
     if (line.starts_with('#') || std::all_of(line.begin(), line.end(), is_field_separator)) continue;
+    const std::size_t column_count = split_columns(line, columns);
+    if (column_count == 10)
+      return fmt::format("line {} has {} where the number of a word is expected", number, quoted(columns[0]));
     return fmt::format("line {} has {} columns separated by TAB and {} fields separated by white space", number,
-                       split_columns(line, columns), split_fields(line, fields));
+                       column_count, split_fields(line, fields));
   }
   return "no row was found";
 }

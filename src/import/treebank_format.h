@@ -2,6 +2,7 @@
 
 // Recognition of the format of a treebank by its content.
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,10 +11,10 @@
 
 namespace colx {
 
-// Looks at the beginning of a text. The first row that has ten columns separated by TABs, or else six fields separated
-// by white space, decides between the CoNLL formats and a datafile. It is CoNLL-U when there is a comment, a multiword
-// range or an empty node, or when the fourth column of every row is a universal word class; else CoNLL-X. Returns
-// nothing when there are rows and none is of any format; a text without rows counts as CoNLL-U.
+// Looks at the beginning of a text. A row of ten columns separated by TABs makes it one of the CoNLL formats, else one
+// of six fields separated by white space a datafile. It is CoNLL-U when there is a comment, a multiword range or an
+// empty node, or when the fourth column of every row is a universal word class; else CoNLL-X. Returns nothing when
+// there are rows and none is of any format; a text without rows counts as CoNLL-U.
 std::optional<TreebankFormat> recognise_format(std::string_view beginning);
 
 // For the message about a text that is not recognised: what its first row looks like.

@@ -4,11 +4,10 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <filesystem>
+#include <utility>
 
 #include <fmt/format.h>
 
-#include "companion/descriptor.h"
 #include "companion/errors.h"
 
 namespace colx {
@@ -22,9 +21,9 @@ constexpr int gzip_only = 15 + 16;  // largest window, gzip header and trailer
 }  // namespace
 
 TreebankSource::TreebankSource(const std::string& path, bool rewindable)
-    : _name(input_name(path)), _descriptor(open_for_reading(path)), _raw(block_size) {
+    : _path(path), _name(input_name(path)), _input(open_for_reading(path)), _raw(block_size) {
   try {
-    if (rewindable && lseek(_descriptor, 0, SEEK_CUR) != 0) _spool();
+    if (rewindable && lseek(_input.number(), 0, SEEK_CUR) != 0) _spool();
     _start();
   } catch (...) {
     _release();
@@ -32,13 +31,8 @@ TreebankSource::TreebankSource(const std::string& path, bool rewindable)
   }
 }
 
-TreebankSource::~TreebankSource() {
-  _release();
-}
-
 void TreebankSource::_release() {
   if (_inflater_made) inflateEnd(&_inflater);
-  close_input(_descriptor);
 }
 
 void TreebankSource::_fail(const std::string& reason) const {
@@ -47,21 +41,17 @@ void TreebankSource::_fail(const std::string& reason) const {
 
 // Replaces the descriptor by one of a temporary file that holds the same bytes and disappears with it.
 void TreebankSource::_spool() {
-  std::string path = (std::filesystem::temp_directory_path() / "ngrex-import-XXXXXX").string();
-  const std::string copy_name = fmt::format("{}, a copy of {}", path, _name);
-  const int copy = mkostemp(path.data(), O_CLOEXEC);
-  if (copy < 0) throw output_error(fmt::format("cannot make {}: {}", copy_name, system_reason()));
-  try {
-    unlink(path.c_str());
-    while (const std::size_t size = read_some(_descriptor, _raw.data(), _raw.size(), _name))
-      write_fully(copy, {reinterpret_cast<const char*>(_raw.data()), size}, copy_name);
-    if (lseek(copy, 0, SEEK_SET) != 0) _fail("cannot be read again: " + system_reason());
-  } catch (...) {
-    close(copy);
-    throw;
-  }
-  close_input(_descriptor);
-  _descriptor = copy;
+  const char* const folder = std::getenv("TMPDIR");
+  std::string path = std::string(folder == nullptr || *folder == '\0' ? "/tmp" : folder) + "/ngrex-import-XXXXXX";
+  const std::string copy_name = fmt::format("{}, a copy of {} that is read twice", path, _name);
+  const int number = mkostemp(path.data(), O_CLOEXEC);
+  if (number < 0) throw output_error(fmt::format("cannot make {}: {}", copy_name, system_reason()));
+  Descriptor copy(number);
+  unlink(path.c_str());
+  while (const std::size_t size = _input.read_some(_raw.data(), _raw.size(), _name))
+    copy.write_fully({reinterpret_cast<const char*>(_raw.data()), size}, copy_name);
+  if (lseek(copy.number(), 0, SEEK_SET) != 0) _fail("cannot be read again: " + system_reason());
+  _input = std::move(copy);
 }
 
 void TreebankSource::_start() {
@@ -74,7 +64,7 @@ void TreebankSource::_start() {
   _at_end = false;
   // A pipe may give a single byte at first.
   while (_raw_end < 2) {
-    const std::size_t count = read_some(_descriptor, _raw.data() + _raw_end, _raw.size() - _raw_end, _name);
+    const std::size_t count = _input.read_some(_raw.data() + _raw_end, _raw.size() - _raw_end, _name);
     if (count == 0) break;
     _raw_end += count;
   }
@@ -98,7 +88,7 @@ bool TreebankSource::_fill() {
   for (;;) {
     if (_raw_begin == _raw_end) {
       _raw_begin = 0;
-      _raw_end = read_some(_descriptor, _raw.data(), _raw.size(), _name);
+      _raw_end = _input.read_some(_raw.data(), _raw.size(), _name);
       _bytes_read += _raw_end;
       if (_raw_end == 0) {
         if (_inside_member) _fail("the compressed data end too early; the file is truncated");
@@ -171,7 +161,7 @@ bool TreebankSource::next_line(std::string_view& line) {
 }
 
 void TreebankSource::rewind() {
-  if (lseek(_descriptor, 0, SEEK_SET) != 0) _fail("cannot be read again: " + system_reason());
+  if (lseek(_input.number(), 0, SEEK_SET) != 0) _fail("cannot be read again: " + system_reason());
   _start();
 }
 

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "companion/descriptor.h"
+
 namespace colx {
 
 // Reads one input line by line. Gzip is recognised by its first two bytes, several members in a row are one text; a
@@ -17,13 +19,16 @@ namespace colx {
 class TreebankSource {
  public:
   // Opens the input: "-" is standard input. With `rewindable` an input that cannot be read twice, such as a pipe, is
-  // first copied to a temporary file without a name, in the folder that TMPDIR names or /tmp. Throws input_error, as do
-  // all functions that read.
+  // first copied to a temporary file without a name, in the folder that TMPDIR names or /tmp; throws output_error when
+  // that cannot be written. Throws input_error, as do all functions that read.
   TreebankSource(const std::string& path, bool rewindable);
-  ~TreebankSource();
+  ~TreebankSource() { _release(); }
 
   TreebankSource(const TreebankSource&) = delete;
   TreebankSource& operator=(const TreebankSource&) = delete;
+
+  // The path as it was given.
+  const std::string& path() const { return _path; }
 
   // The name for messages.
   const std::string& name() const { return _name; }
@@ -56,8 +61,9 @@ class TreebankSource {
   bool _inflate();
   [[noreturn]] void _fail(const std::string& reason) const;
 
+  std::string _path;
   std::string _name;
-  int _descriptor;
+  Descriptor _input;
   std::vector<unsigned char> _raw;
   std::size_t _raw_begin = 0;
   std::size_t _raw_end = 0;

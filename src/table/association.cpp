@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <numbers>
 
 #include "table/deviance.h"
 #include "table/fisher.h"
@@ -12,31 +13,48 @@ namespace colx::table {
 
 namespace {
 
-constexpr long double _not_a_number = std::numeric_limits<long double>::quiet_NaN();
-
 using Real = long double;
+
+constexpr Real _not_a_number = std::numeric_limits<Real>::quiet_NaN();
 
 Real _number(std::uint64_t count) {
   return static_cast<Real>(count);
 }
 
-// The sums of observed and of expected cells are equal, so that those of the deviances are those of O ln(O / E).
+// What a cell has above its expected count. In a table of two words that is the same for all cells but for the sign.
+Real _difference(const Contingency& table, std::size_t cell, Real expected) {
+  if (table.n != 2) return _number(table.cells[cell]) - expected;
+  return cell == 0 || cell == 3 ? table.excess() : -table.excess();
+}
+
+// The sum of O ln(O / E) + E - O, which is that of O ln(O / E), because all O and all E have the same sum. Each term is
+// positive and computed without cancellation. A cell that cannot occur, because a word is never absent or never
+// present, has no part in it.
 Real _g2(const Contingency& table) {
   Real sum = 0;
   for (std::size_t i = 0; i < table.cells.size(); ++i)
-    if (const Real expected = table.expected(i); expected > 0) sum += deviance(_number(table.cells[i]), expected);
+    if (const Real expected = table.expected(i); expected > 0)
+      sum += deviance(_number(table.cells[i]), expected, _difference(table, i, expected));
   return 2 * sum;
 }
 
-// A cell that cannot occur, because a word is never absent or never present, has no part in the sum.
+// Likewise without cells that cannot occur.
 Real _x2(const Contingency& table) {
   Real sum = 0;
   for (std::size_t i = 0; i < table.cells.size(); ++i) {
     const Real expected = table.expected(i);
-    const Real difference = _number(table.cells[i]) - expected;
+    const Real difference = _difference(table, i, expected);
     if (expected > 0) sum += difference * difference / expected;
   }
   return sum;
+}
+
+// log2(f / E), near 0 from the difference of both.
+Real _mi(const Contingency& table) {
+  const Real expected = table.expected_frequency();
+  const Real relative_excess = table.excess() / expected;
+  if (std::fabs(relative_excess) < 0.5L) return std::log1p(relative_excess) / std::numbers::ln2_v<Real>;
+  return std::log2(_number(table.frequency) / expected);
 }
 
 Real _dice(const Contingency& table) {
@@ -59,17 +77,17 @@ Real _associate(Association measure, const Contingency& table) {
     case Association::x2:
       return _x2(table);
     case Association::mi:
-      return std::log2(f / table.expected_frequency());
+      return _mi(table);
     case Association::mi3:
-      return std::log2(f * f * f / table.expected_frequency());
+      return _mi(table) + 2 * std::log2(f);
     case Association::log_dice:
       return 14 + std::log2(_dice(table));
     case Association::dice:
       return _dice(table);
     case Association::t:
-      return (f - table.expected_frequency()) / std::sqrt(f);
+      return table.excess() / std::sqrt(f);
     case Association::z:
-      return (f - table.expected_frequency()) / std::sqrt(table.expected_frequency());
+      return table.excess() / std::sqrt(table.expected_frequency());
     case Association::fisher:
       return fisher_association(table.frequency, table.marginals[0], table.marginals[1], table.total);
     case Association::odds_ratio:

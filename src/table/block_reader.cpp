@@ -1,15 +1,14 @@
 #include "table/block_reader.h"
 
 #include <charconv>
-#include <cmath>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include <fmt/format.h>
 
-#include "companion/descriptor.h"
 #include "companion/errors.h"
-#include "table/utf8.h"
+#include "companion/utf8.h"
 
 namespace colx::table {
 
@@ -178,7 +177,6 @@ ParseStatus _parse_member(LineWalk& walk, const std::array<std::string_view, mem
 }
 
 ParseStatus _parse_cells(LineWalk& walk, std::string_view line, Block& block) {
-  static_assert(most_cells == 128);
   std::array<std::string_view, most_cells> fields;
   const std::size_t count = _split(line, fields);
   if (count != block.cell_count())
@@ -233,13 +231,16 @@ ParseStatus parse_block(std::string_view bytes, Block& block, Fault& fault) {
       return walk.malformed_before(
           block.n - k, fmt::format("the parent {} is no word of an N-gram of {}", block.members[k].parent, block.n));
   if (!_is_tree(block))
-    return walk.malformed_before(1, "the parents of the words above make no tree with one top word");
+    return walk.malformed_before(1, "the parents of the words up to here make no tree with one top word");
   if (_parse_cells(walk, line, block) != ParseStatus::complete) return ParseStatus::malformed;
   if (!walk.take(line)) return ParseStatus::incomplete;
   if (_parse_measures(walk, line, block) != ParseStatus::complete) return ParseStatus::malformed;
   if (!walk.take(line)) return ParseStatus::incomplete;
   if (!line.empty()) return walk.malformed("expected an empty line below the measures, found " + _shown(line));
   block.text = bytes.substr(0, bytes.size() - walk.rest().size());
+  if (block.text.find('\r') != std::string_view::npos)
+    return walk.malformed_before(block.n + 2,
+                                 "expected lines that end with LF, found a carriage return in this N-gram");
   return ParseStatus::complete;
 }
 
@@ -256,16 +257,12 @@ double measure_value(std::string_view text) {
 BlockReader::BlockReader(const std::string& path, std::size_t buffer)
     : _name(input_name(path)), _buffer(buffer == 0 ? 1 : buffer), _file(open_for_reading(path)) {}
 
-BlockReader::~BlockReader() {
-  close_input(_file);
-}
-
 bool BlockReader::_refill() {
   std::memmove(_buffer.data(), _buffer.data() + _begin, _end - _begin);
   _end -= _begin;
   _begin = 0;
   if (_end == _buffer.size()) _buffer.resize(2 * _buffer.size());
-  const std::size_t got = read_some(_file, _buffer.data() + _end, _buffer.size() - _end, _name);
+  const std::size_t got = _file.read_some(_buffer.data() + _end, _buffer.size() - _end, _name);
   _end += got;
   return got > 0;
 }

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "companion/descriptor.h"
 #include "table/block.h"
 
 namespace colx::table {
@@ -22,7 +23,7 @@ struct Fault {
 
 // Parses the block at the beginning of `bytes`. When the bytes end before the block does, the result is `incomplete`
 // and `fault` says where they end; nothing is said about bytes behind the block.
-ParseStatus parse_block(std::string_view bytes, Block& block, Fault& fault);
+[[nodiscard]] ParseStatus parse_block(std::string_view bytes, Block& block, Fault& fault);
 
 // The value of a measure as the program prints it; `inf`, `nan` and both with a minus sign are numbers here.
 double measure_value(std::string_view text);
@@ -34,11 +35,6 @@ class BlockReader {
 
   // Opens a file; `-` is standard input. `buffer` is the number of bytes asked for at a time. Throws input_error.
   explicit BlockReader(const std::string& path, std::size_t buffer = default_buffer);
-  ~BlockReader();
-
-  BlockReader(const BlockReader&) = delete;
-  BlockReader& operator=(const BlockReader&) = delete;
-
   // Takes the next block, whose texts stay valid until the next call; false at the end of a complete file. Throws
   // input_error with the name of the input and the number of the line when the input is malformed or truncated.
   bool next(Block& block);
@@ -52,7 +48,7 @@ class BlockReader {
   std::size_t _n = 0;        // of the first block
   std::uint64_t _lines = 0;  // before the block at _begin
   std::vector<char> _buffer;
-  int _file;
+  Descriptor _file;
   std::size_t _begin = 0;
   std::size_t _end = 0;
 };

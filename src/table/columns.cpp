@@ -5,6 +5,7 @@
 #include <cmath>
 #include <iterator>
 #include <limits>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -52,7 +53,8 @@ void _append_columns(std::vector<Column>& columns, const Name& name, std::size_t
     columns.push_back(_numbered_column(name, i));
 }
 
-std::string _positions(std::string_view relation, std::uint32_t parent, bool is_neighbour) {
+// A relation in a pattern, with the position of the parent where that is not the neighbour.
+std::string _relation_label(std::string_view relation, std::uint32_t parent, bool is_neighbour) {
   return is_neighbour ? std::string(relation) : fmt::format("{}:{}", relation, parent);
 }
 
@@ -89,9 +91,17 @@ std::uint64_t _count_of_row(const Column& column, const Row& row) {
       return row.contingency.marginals[column.index];
     case Quantity::cell:
       return row.block.cells[column.index];
-    default:
+    case Quantity::total:
       return row.contingency.total;
+    case Quantity::lemma:
+    case Quantity::tag:
+    case Quantity::relation:
+    case Quantity::own_measure:
+    case Quantity::pattern:
+    case Quantity::association:
+      break;  // no counts
   }
+  return 0;
 }
 
 }  // namespace
@@ -133,7 +143,7 @@ void check_column(const Column& column, std::size_t n) {
     for (const Name& numbered : _numbered)
       if (column.quantity == numbered.quantity) exists = column.index < _count_of(column.quantity, n);
   }
-  if (!exists) throw usage_error(fmt::format("N-grams of {} words, as in this file, have no {}", n, column.name));
+  if (!exists) throw usage_error(fmt::format("N-grams of {} words have no {}", n, column.name));
 }
 
 std::vector<Column> expand_column(std::string_view name, std::size_t n) {
@@ -171,10 +181,10 @@ void write_pattern(const Block& block, std::string& out) {
     const std::size_t position = k + 1;
     if (k != 0) out += ' ';
     if (member.parent != 0 && member.parent < position)
-      out += _positions(member.relation, member.parent, member.parent + 1 == position) + "> ";
+      out += _relation_label(member.relation, member.parent, member.parent + 1 == position) + "> ";
     out += member.lemma;
     if (member.parent > position)
-      out += " <" + _positions(member.relation, member.parent, member.parent == position + 1);
+      out += " <" + _relation_label(member.relation, member.parent, member.parent == position + 1);
   }
 }
 
@@ -193,9 +203,11 @@ double value_of(const Field& field) {
       return std::numeric_limits<double>::infinity();
     case FieldKind::minus_infinity:
       return -std::numeric_limits<double>::infinity();
-    default:
-      return measure_value(field.content);
+    case FieldKind::text:
+    case FieldKind::number:
+      break;
   }
+  return measure_value(field.content);
 }
 
 Field field_of(const Column& column, const Row& row, std::string& scratch) {
@@ -213,9 +225,15 @@ Field field_of(const Column& column, const Row& row, std::string& scratch) {
       return _own_measure_field(row.block.measures[column.index]);
     case Quantity::association:
       return _computed_field(number_of(column, row), row.precision, scratch);
-    default:
-      return _count_field(_count_of_row(column, row), scratch);
+    case Quantity::rank:
+    case Quantity::parent:
+    case Quantity::frequency:
+    case Quantity::marginal:
+    case Quantity::total:
+    case Quantity::cell:
+      break;
   }
+  return _count_field(_count_of_row(column, row), scratch);
 }
 
 std::string_view text_of(const Field& field) {
@@ -226,9 +244,11 @@ std::string_view text_of(const Field& field) {
       return "Inf";
     case FieldKind::minus_infinity:
       return "-Inf";
-    default:
-      return field.content;
+    case FieldKind::text:
+    case FieldKind::number:
+      break;
   }
+  return field.content;
 }
 
 }  // namespace colx::table

@@ -40,6 +40,7 @@ struct Column {
   // Whether the column depends on the N-gram alone, and not on its place in the table.
   bool is_of_block() const { return quantity != Quantity::rank; }
 
+  // The same column, under whatever name.
   bool operator==(const Column& other) const { return quantity == other.quantity && index == other.index; }
 };
 

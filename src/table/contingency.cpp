@@ -26,4 +26,13 @@ long double Contingency::expected(std::size_t cell) const {
   return result;
 }
 
+long double Contingency::excess() const {
+  if (n != 2 || total == 0) return static_cast<long double>(frequency) - expected_frequency();
+  // f n - f1 f2, of numbers below 2^54 each
+  __extension__ using Wide = __int128;
+  const Wide difference = static_cast<Wide>(frequency) * static_cast<Wide>(total) -
+                          static_cast<Wide>(marginals[0]) * static_cast<Wide>(marginals[1]);
+  return static_cast<long double>(difference) / static_cast<long double>(total);
+}
+
 }  // namespace colx::table

@@ -22,12 +22,16 @@ struct Contingency {
 
   Contingency(std::size_t words, std::span<const std::uint64_t> observed);
 
-  // Computed in extended precision, because measures of near independence are small differences.
   // Frequency of the whole N-gram to be expected if its words were independent: total * product of marginal / total.
+  // Extended precision, as measures near independence are small differences.
   long double expected_frequency() const;
 
   // The same for any cell; an absent word enters with total - marginal.
   long double expected(std::size_t cell) const;
+
+  // How far the frequency is above the expected one, or a negative number. For pairs the difference is exact before it
+  // is divided by the total.
+  long double excess() const;
 };
 
 }  // namespace colx::table

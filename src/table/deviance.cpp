@@ -4,16 +4,17 @@
 
 namespace colx::table {
 
-long double deviance(long double x, long double mean) {
+long double deviance(long double x, long double mean, long double difference) {
   if (x == 0) return mean;
-  if (std::fabs(x - mean) >= 0.1L * (x + mean)) return x * std::log(x / mean) + mean - x;
-  const long double v = (x - mean) / (x + mean);
-  long double sum = (x - mean) * v;
+  if (std::fabs(difference) >= 0.1L * (x + mean)) return x * std::log(x / mean) - difference;
+  const long double v = difference / (x + mean);
+  long double sum = difference * v;
   long double term = 2 * x * v;
   for (int j = 1;; ++j) {
     term *= v * v;
-    const long double next = sum + term / (2 * j + 1);
-    if (next == sum) return sum;
+    const long double next = sum + term / static_cast<long double>(2 * j + 1);
+    // The terms fall by v^2 < 1/100 each, so that one soon adds nothing.
+    if (!(next > sum || next < sum)) return sum;
     sum = next;
   }
 }

@@ -30,13 +30,13 @@ Real _stirling_error(Real n) {
 Real _log_binomial(Real x, Real n, Real p, Real q) {
   if (x == 0) return n == 0 ? 0 : n * (p < 0.5L ? std::log1p(-p) : std::log(q));
   if (x == n) return n * (q < 0.5L ? std::log1p(-q) : std::log(p));
-  return _stirling_error(n) - _stirling_error(x) - _stirling_error(n - x) - deviance(x, n * p) -
-         deviance(n - x, n * q) + 0.5L * std::log(n / (2 * std::numbers::pi_v<Real> * x * (n - x)));
+  return _stirling_error(n) - _stirling_error(x) - _stirling_error(n - x) - deviance(x, n * p, x - n * p) -
+         deviance(n - x, n * q, n - x - n * q) + 0.5L * std::log(n / (2 * std::numbers::pi_v<Real> * x * (n - x)));
 }
 
 // Whether the upper tail holds every possible table.
 bool _is_certain(std::uint64_t both, std::uint64_t first, std::uint64_t second, std::uint64_t total) {
-  return both == 0 || first == total || second == total || first + second == total + both;
+  return both == 0 || first + second == total + both;
 }
 
 }  // namespace
@@ -63,8 +63,9 @@ double fisher_by_expansion(std::uint64_t both, std::uint64_t first, std::uint64_
       sum += term;
     }
     const Real log_tail = log_probability(f) + std::log(sum);
-    return static_cast<double>(std::max<Real>(0, -log_tail / std::numbers::ln10_v<Real>));
+    if (log_tail < -std::numbers::ln2_v<Real>) return static_cast<double>(-log_tail / std::numbers::ln10_v<Real>);
   }
+  // The tail is near 1; what it lacks is more exact.
   Real sum = 1;
   Real term = 1;
   const Real least = a + b > all ? a + b - all : 0;
@@ -72,8 +73,8 @@ double fisher_by_expansion(std::uint64_t both, std::uint64_t first, std::uint64_
     term /= ratio(x - 1);
     sum += term;
   }
-  const Real lower_tail = std::exp(log_probability(f - 1)) * sum;
-  return static_cast<double>(std::max<Real>(0, -std::log1p(-lower_tail) / std::numbers::ln10_v<Real>));
+  const Real lacking = std::exp(log_probability(f - 1)) * sum;
+  return static_cast<double>(std::max<Real>(0, -std::log1p(-lacking) / std::numbers::ln10_v<Real>));
 }
 
 double fisher_association(std::uint64_t both, std::uint64_t first, std::uint64_t second, std::uint64_t total) {
@@ -81,7 +82,7 @@ double fisher_association(std::uint64_t both, std::uint64_t first, std::uint64_t
   // The library's distribution takes far longer for large totals, counts in 32 bits, and its probabilities end where
   // those of a double do.
   constexpr double least_trusted = 1e-290;
-  constexpr std::uint64_t largest_quick_total = 10000;
+  constexpr std::uint64_t largest_quick_total = 1000;
   if (total <= largest_quick_total) {
     using boost::math::policies::domain_error;
     using boost::math::policies::evaluation_error;
@@ -93,15 +94,10 @@ double fisher_association(std::uint64_t both, std::uint64_t first, std::uint64_t
     const boost::math::hypergeometric_distribution<double, Quiet> distribution(
         static_cast<unsigned>(first), static_cast<unsigned>(second), static_cast<unsigned>(total));
     const auto below = static_cast<unsigned>(both - 1);
-    if (static_cast<double>(both) * static_cast<double>(total) <=
-        static_cast<double>(first) * static_cast<double>(second)) {
-      // The probability is near 1; what it lacks is more exact.
-      const double lacking = boost::math::cdf(distribution, below);
-      if (lacking >= 0 && lacking < 1) return -std::log1p(-lacking) / std::numbers::ln10;
-    } else {
-      const double p = boost::math::cdf(boost::math::complement(distribution, below));
-      if (p > least_trusted && p <= 1) return -std::log10(p);
-    }
+    const double tail = boost::math::cdf(boost::math::complement(distribution, below));
+    if (tail > least_trusted && tail < 0.5) return -std::log10(tail);
+    const double lacking = boost::math::cdf(distribution, below);
+    if (lacking > least_trusted && lacking <= 0.5) return -std::log1p(-lacking) / std::numbers::ln10;
   }
   return fisher_by_expansion(both, first, second, total);
 }

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <string_view>
-#include <utility>
 
 #include <fmt/format.h>
 
@@ -21,10 +20,11 @@ constexpr std::array<OptionEntry, 12> _entries = {{
      "add textbook measures, separated by commas: G2, X2, MI, MI3, logDice, Dice, t, z; for pairs Fisher, odds_ratio"},
     {"--sort", "COLUMN", "sort by a column, descending; +COLUMN ascending"},
     {"--top", "K", "print the first K rows only"},
-    {"--min-frequency", "F", "leave out N-grams that occur less than F times"},
+    {"--min-frequency", "F", "leave out N-grams that occur fewer than F times"},
     {"--where", "CONDITION",
-     "leave out N-grams that do not meet a condition such as 'lemma1=rain', 'lemma2~^un' or 'logDice>=7'; may be given "
-     "several times"},
+     "leave out N-grams that do not meet a condition such as 'lemma1=rain', 'lemma2~^un' or 'logDice>=7', with one of "
+     "= "
+     "!= ~ !~ < <= >= >; may be given several times"},
     {"--format", "FORMAT", "tsv, csv, jsonl, markdown, ucs or table; default table on a terminal, else tsv"},
     {"--precision", "DIGITS", "significant digits of computed measures, 1 to 17; default 10"},
     {"-h,--help", "", "print this help and exit"},
@@ -113,8 +113,9 @@ Options parse_options(const std::vector<std::string>& arguments) {
   for (const auto& [key, value] : line.options) {
     options.information = answer(program, key);
     if (!options.information.empty()) return options;
-    _apply(key, value, options);
   }
+  for (const auto& [key, value] : line.options)
+    _apply(key, value, options);
   if (!line.files.empty()) options.input = line.files.front();
   _check_names(options);
   return options;

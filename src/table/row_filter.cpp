@@ -18,8 +18,9 @@ namespace colx::table {
 
 struct RowFilter::Expression {
   explicit Expression(const std::string& text) {
-    const int error = regcomp(&compiled, with_ranges_written_out(text).c_str(), REG_EXTENDED | REG_NEWLINE);
+    const int error = regcomp(&compiled, with_ranges_written_out(text).c_str(), REG_EXTENDED);
     if (error == 0) return;
+    if (error == REG_ESPACE) throw std::bad_alloc();
     std::array<char, 200> message{};
     regerror(error, &compiled, message.data(), message.size());
     throw usage_error(fmt::format("the regular expression \"{}\" cannot be used: {}", text, message.data()));
@@ -63,9 +64,14 @@ double _number_from(std::string_view text, std::string_view condition) {
   if (text == "Inf") return std::numeric_limits<double>::infinity();
   if (text == "-Inf") return -std::numeric_limits<double>::infinity();
   double value = 0;
+  // Only digits begin a number here, not the names that the library knows.
+  const std::size_t begin = text.find_first_of("0123456789.");
+  const bool is_number = begin == 0 || (begin == 1 && text[0] == '-');
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size())
+  if (!is_number || end != text.data() + text.size())
     throw usage_error(fmt::format("\"{}\" compares a numeric column with something that is no number", condition));
+  if (error == std::errc::result_out_of_range)
+    throw usage_error(fmt::format("\"{}\" compares with a number that is too large or too small", condition));
   return value;
 }
 
@@ -94,18 +100,19 @@ RowFilter::RowFilter(std::string_view condition) {
     _expression = std::make_shared<const Expression>(_text);
   else if (!_column.is_text())
     _number = _number_from(_text, condition);
-  else if (_comparison != Comparison::equal && _comparison != Comparison::unequal)
+  const bool asks_for_order = _comparison == Comparison::less || _comparison == Comparison::at_most ||
+                              _comparison == Comparison::at_least || _comparison == Comparison::greater;
+  if (asks_for_order && _column.is_text())
     throw usage_error(fmt::format("the condition \"{}\" asks for the order of texts", condition));
+  if (asks_for_order && std::isnan(_number))
+    throw usage_error(fmt::format("the condition \"{}\" can never be met, as NA has no order", condition));
 }
 
 bool RowFilter::admits(const Row& row) const {
   std::string scratch;
   const Field field = field_of(_column, row, scratch);
   if (_expression != nullptr) {
-    // The matcher wants a valid address even where there is nothing to match.
-    const std::string_view text = text_of(field);
-    const bool matches = _expression->matches(text.data() == nullptr ? std::string_view("") : text);
-    return matches == (_comparison == Comparison::matches);
+    return _expression->matches(text_of(field)) == (_comparison == Comparison::matches);
   }
   if (_column.is_text()) return (field.content == _text) == (_comparison == Comparison::equal);
   return _compares(value_of(field));
@@ -124,9 +131,13 @@ bool RowFilter::_compares(double value) const {
       return value <= _number;
     case Comparison::at_least:
       return value >= _number;
-    default:
+    case Comparison::greater:
       return value > _number;
+    case Comparison::matches:
+    case Comparison::matches_not:
+      break;  // no comparisons of numbers
   }
+  return false;
 }
 
 }  // namespace colx::table

@@ -2,7 +2,6 @@
 
 // Conditions that a row must meet to be in the table.
 
-#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>

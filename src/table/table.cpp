@@ -6,8 +6,10 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -15,6 +17,8 @@
 #include "companion/descriptor.h"
 #include "companion/errors.h"
 #include "table/block_reader.h"
+#include "table/sorted_rows.h"
+#include "table/writers.h"
 
 namespace colx::table {
 
@@ -76,16 +80,16 @@ class TableRun {
 
   // False when no further block can change the table.
   bool add(const Block& block) {
-    if (!_sorted && _options.top.has_value() && _printed >= *_options.top) return false;
-    if (block.cells[block.cell_count() - 1] < _options.min_frequency) return true;
+    if (_is_full()) return false;
     const Row row(block, _printed + 1, _options.precision);
+    if (row.contingency.frequency < _options.min_frequency) return true;
     for (const RowFilter& filter : _options.filters)
       if (!filter.admits(row)) return true;
     if (_sorted)
       _sorted->add(row);
     else
       _print(row);
-    return _sorted || !_options.top.has_value() || _printed < *_options.top;
+    return !_is_full();
   }
 
   void end() {
@@ -94,7 +98,8 @@ class TableRun {
       Block block;
       Fault fault;
       for (std::size_t i = 0; i < _sorted->size(); ++i) {
-        parse_block(_sorted->text(i), block, fault);
+        // What was kept had been a block before.
+        if (parse_block(_sorted->text(i), block, fault) != ParseStatus::complete) throw std::logic_error(fault.message);
         _print(Row(block, _printed + 1, _options.precision));
       }
     }
@@ -102,6 +107,9 @@ class TableRun {
   }
 
  private:
+  // Whether all rows that are wanted have been printed.
+  bool _is_full() const { return !_sorted && _options.top.has_value() && _printed >= *_options.top; }
+
   void _print(const Row& row) {
     for (std::size_t i = 0; i < _columns.size(); ++i)
       _fields[i] = field_of(_columns[i], row, _scratch[i]);
@@ -159,7 +167,9 @@ int run(const std::vector<std::string>& arguments) {
   try {
     write_table(options, output, on_terminal, on_terminal && !_is_set("NO_COLOR"));
   } catch (const std::bad_alloc&) {
-    throw output_error("not enough memory to sort this table; --top K needs less, and without --sort none is needed");
+    if (!options.sort.has_value()) throw;
+    throw std::runtime_error(
+        "not enough memory to sort this table; --top K needs less, and without --sort none is needed");
   }
   return 0;
 }

@@ -8,7 +8,7 @@
 
 #include <fmt/format.h>
 
-#include "table/utf8.h"
+#include "companion/utf8.h"
 
 namespace colx::table {
 
@@ -196,10 +196,16 @@ class AlignedWriter : public Writer {
       return;
     }
     _hold(std::move(line));
-    if (_held.size() > rows_measured) end();
+    if (_held.size() > rows_measured) _settle();
   }
 
-  void end() override {
+  void end() override { _settle(); }
+
+ private:
+  static constexpr std::size_t rows_measured = 1000;
+
+  // Writes what was held back to measure it.
+  void _settle() {
     if (!_settled && !_held.empty()) {
       if (_bold_header) out() << "\x1b[1m";
       _write(_held[0], _bold_header ? "\x1b[0m" : "");
@@ -209,9 +215,6 @@ class AlignedWriter : public Writer {
     _held.clear();
     _settled = true;
   }
-
- private:
-  static constexpr std::size_t rows_measured = 1000;
 
   void _hold(std::vector<std::string> line) {
     for (std::size_t i = 0; i < line.size(); ++i)
@@ -269,9 +272,11 @@ std::unique_ptr<Writer> make_writer(Format format, Output& output, bool bold_hea
       return std::make_unique<MarkdownWriter>(output);
     case Format::aligned:
       return std::make_unique<AlignedWriter>(output, bold_header);
-    default:
-      return std::make_unique<TsvWriter>(output);
+    case Format::tsv:
+    case Format::ucs:
+      break;
   }
+  return std::make_unique<TsvWriter>(output);
 }
 
 std::vector<Column> ucs_columns(std::span<const Column> columns) {

@@ -83,8 +83,8 @@ TEST_F(ImportTest, ReportsItsFigures) {
             "skipped sentences:      0\n"
             "multiword ranges:       1 passed over\n"
             "distinct lemmas:        4\n"
-            "lemmas from forms:      1\n"
-            "protected lemmas:       1\n"
+            "lemmas from forms:      1 words\n"
+            "protected lemmas:       1 words\n"
             "tags:                   from XPOS\n"
             "distinct tags:          4\n"
             "distinct masked tags:   4 under *-\n"
@@ -129,28 +129,45 @@ TEST_F(ImportTest, OverwritesNeitherAnInputNorTheListWithAPart) {
   folder.write("d-0002.dat", rain + rain + rain);
   const ToolResult result = run({"-q", "--split", "4", "-o", "d.dat", "d-0002.dat"});
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.err,
-            "ngrex-import: cannot write d-0002.dat: it is an input or the list, and would be overwritten; stopping\n");
+  EXPECT_EQ(
+      result.err,
+      "ngrex-import: cannot write to d-0002.dat: it is an input or the list, and would be overwritten; stopping\n");
   EXPECT_EQ(read("d-0002.dat"), rain + rain + rain);
   EXPECT_EQ(run({"-q", "-o", "same", "--list", "same"}, rain).status, 1);
-  EXPECT_EQ(read("same"), "");
+  folder.write("list", "other.dat\n");
+  EXPECT_EQ(run({"-q", "-o", "list", "--list", "list"}, rain).status, 1);
+  EXPECT_EQ(read("list"), "other.dat\n");
+  folder.write("bank", rain);
+  EXPECT_EQ(run({"-q", "-o", "d.dat", "--list", "bank", "bank"}).status, 1);
+  EXPECT_EQ(read("bank"), rain);
+  ToolOptions onto_input;
+  onto_input.output_path = folder.path("bank");
+  onto_input.append_output = true;
+  EXPECT_EQ(run_tool("ngrex-import", {"-q", folder.path("bank")}, "", onto_input).status, 1);
+  EXPECT_EQ(read("bank"), rain);
 }
 
 TEST_F(ImportTest, FailsBeforeTheWorkWhenTheListCannotBeWritten) {
+  folder.write("d.dat", "what was there");
   EXPECT_EQ(run({"-o", "d.dat", "--list", "/dev/full"}, rain).status, 1);
   const ToolResult result = run({"-o", "d.dat", "--list", "no/list"}, rain);
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.err, "ngrex-import: cannot write the list no/list: No such file or directory; stopping\n");
-  EXPECT_EQ(read("d.dat"), "");
+  EXPECT_EQ(read("d.dat"), "what was there");
 }
 
 TEST_F(ImportTest, WarnsOfPartsThatAnEarlierImportLeft) {
   EXPECT_EQ(run({"-q", "-o", "d.dat", "--split", "4", "--list", "list"}, rain + rain + rain).err, "");
   const ToolResult result = run({"-q", "-o", "d.dat", "--split", "8", "--list", "list"}, rain + rain + rain);
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.err,
-            "ngrex-import: d-0003.dat is left from an earlier import and still in the list list; what follows the last "
-            "part of this one should be removed\n");
+  EXPECT_EQ(
+      result.err,
+      "ngrex-import: d-0003.dat is in the list list but not of this import; ngrex will count its words as well\n");
+  EXPECT_EQ(run({"-q", "-o", "d.dat", "--split", "8"}, rain + rain + rain).err,
+            "ngrex-import: d-0003.dat is there already and not of this import\n");
+  EXPECT_EQ(
+      run({"-q", "-o", "d.dat", "--list", "list"}, rain).err,
+      "ngrex-import: d-0001.dat is in the list list but not of this import; ngrex will count its words as well\n");
 }
 
 TEST_F(ImportTest, TellsWhatNgrexWouldNotReadInADatafile) {
@@ -168,7 +185,7 @@ TEST_F(ImportTest, TellsFiftyFaultsAndCountsTheRest) {
   const auto lines = [](const std::string& told) { return std::count(told.begin(), told.end(), '\n'); };
   const ToolResult result = run({"-q"}, text);
   EXPECT_EQ(lines(result.err), 51);
-  EXPECT_TRUE(result.err.ends_with("ngrex-import: standard input: 3 more faults; --check tells them all\n"));
+  EXPECT_TRUE(result.err.ends_with("ngrex-import: standard input: further faults: 3 (--check tells them all)\n"));
   EXPECT_EQ(lines(run({"-q", "--check"}, text).err), 53);
 }
 

@@ -87,7 +87,8 @@ ToolResult run_tool(const std::string& program, const std::vector<std::string>& 
     out_descriptor = unread[1];
   } else if (!options.output_path.empty()) {
     close(out_descriptor);
-    out_descriptor = open(options.output_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    const int mode = options.append_output ? O_APPEND : O_TRUNC;
+    out_descriptor = open(options.output_path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | mode, 0666);
   }
   if (out_descriptor < 0) _fail("standard output");
 

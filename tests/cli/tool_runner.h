@@ -11,6 +11,7 @@ namespace colx::cli {
 struct ToolOptions {
   std::string working_directory;      // empty: the directory of the test process
   std::string output_path;            // where standard output goes; empty: it is caught
+  bool append_output = false;         // write behind what is there
   bool output_closed_pipe = false;    // standard output is a pipe that nobody reads
   std::vector<std::string> settings;  // NAME=VALUE, added to the environment
 };

@@ -3,7 +3,6 @@
 // A file in memory for code that opens its input by name.
 
 #include <sys/mman.h>
-#include <unistd.h>
 
 #include <string>
 #include <string_view>
@@ -14,19 +13,15 @@ namespace colx::fuzz {
 
 class MemoryFile {
  public:
-  explicit MemoryFile(std::string_view content) : _descriptor(::memfd_create("fuzz", MFD_CLOEXEC)) {
-    write_fully(_descriptor, content, "a file in memory");
+  explicit MemoryFile(std::string_view content) : _file(::memfd_create("fuzz", MFD_CLOEXEC)) {
+    _file.write_fully(content, "a file in memory");
   }
-  ~MemoryFile() { ::close(_descriptor); }
-
-  MemoryFile(const MemoryFile&) = delete;
-  MemoryFile& operator=(const MemoryFile&) = delete;
 
   // A path under which it is opened anew, from its beginning.
-  std::string path() const { return "/proc/self/fd/" + std::to_string(_descriptor); }
+  std::string path() const { return "/proc/self/fd/" + std::to_string(_file.number()); }
 
  private:
-  int _descriptor;
+  Descriptor _file;
 };
 
 }  // namespace colx::fuzz

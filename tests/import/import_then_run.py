@@ -5,7 +5,8 @@ usage: import_then_run.py --import PROGRAM --program NGREX [--seed S] [--cases K
 Makes random treebanks (CoNLL-U, CoNLL-X or datafiles, many of their lines damaged, some with far more tags than ngrex can
 hold) from a printed seed, imports each with random options and runs ngrex over the result, without a mask, with the mask that
 the importer suggests, or with a random one. The words, sentences and tags that the importer reports must be those that ngrex
-counts. What was written must pass the importer's own check.
+counts. What was written must pass the importer's own check, and a datafile that passes the check as it is must be read by
+ngrex without a word.
 """
 
 import argparse
@@ -52,13 +53,32 @@ def sentence(random_, form, many_tags):
             rows.append("\t".join([random_.choice([f"{i}.1", f"{i}-{i + 1}"])] + ["_"] * 9))
     if form == "conllu" and random_.random() < 0.5:
         rows.insert(0, "# text = " + field(random_))
-    end = random_.choice(["\n", "\n", "\r\n"])
-    return end.join(rows) + end + end
+    end = random_.choice(["\n", "\n", "\n", "\r\n"])
+    between = random_.choice([end, end, end, end, "\n", "\r\n", " \n", "\t\n", "\n\n"])
+    return end.join(rows) + end + between
 
 
 def counted(pattern, text):
     found = re.search(pattern, text)
     return int(found.group(1)) if found else None
+
+
+def unfounded_approval(arguments, folder):
+    """What is wrong when the check approves a datafile of which ngrex complains or reads other words."""
+    check = subprocess.run([arguments.importer, "--check", "--strict", "--from", "datafile", "--mask", "-", "treebank"],
+                           cwd=folder, capture_output=True)
+    if check.returncode != 0:
+        return None
+    with open(os.path.join(folder, "own.list"), "w", encoding="utf-8") as own_list:
+        own_list.write("treebank\n")
+    run = subprocess.run([arguments.program, "-i", "own.list", "-n", "2", "-o", "pairs", "-s", "counts"], cwd=folder,
+                         capture_output=True)
+    with open(os.path.join(folder, "counts"), encoding="utf-8") as counts:
+        read = counted(r"# of words: (\d+)", counts.read().split("Overall datafiles statistics:")[1])
+    told = counted(r"words: +(\d+)", check.stderr.decode())
+    if run.stderr or read != told:
+        return f"the check approves {told} words, ngrex reads {read}: {run.stderr.decode()}"
+    return None
 
 
 def main():
@@ -80,6 +100,9 @@ def main():
             text = "".join(sentence(random_, form, many_tags) for _ in range(sentences))
             with open(os.path.join(folder, "treebank"), "wb") as treebank:
                 treebank.write(text.encode() if random_.random() < 0.9 else text.rstrip().encode())
+            if form == "datafile" and (complaint := unfounded_approval(arguments, folder)):
+                print(f"case {case}: {complaint}")
+                return 1
             options = ["--from", form, "-o", "words.dat", "--list", "list"]
             options += random_.choice([[], ["--tag", "feats"], ["--tag", "upos"], ["--no-protect-lemmas"],
                                        ["--relations", "keep"], ["--tag", "xpos"]])

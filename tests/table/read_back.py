@@ -11,6 +11,7 @@ cut somewhere the whole N-grams before the cut must be printed.
 import argparse
 import codecs
 import csv
+import fractions
 import io
 import json
 import math
@@ -25,7 +26,7 @@ import differential  # noqa: E402
 
 OWN = ["chi_square", "log_likelihood", "mutual_information", "pearson", "t_test", "z_score"]
 MEASURES = ["G2", "X2", "MI", "MI3", "logDice", "Dice", "t", "z"]
-NOT_TEXT = ("lemma", "tag", "relation", "pattern")
+TEXTS = ("lemma", "tag", "relation", "pattern")
 
 # Every byte that is no UTF-8 becomes one replacement character.
 codecs.register_error("byte by byte", lambda error: ("\ufffd", error.start + 1))
@@ -91,14 +92,31 @@ def measures_of(block):
         return product / total ** (n - 1)  # whole numbers up to the division
 
     e = expected(len(cells) - 1)
+    pairs = {}
+    if n == 2:
+        pairs["Fisher"] = fisher(f, *marginals, total)
+        product = cells[1] * cells[2]
+        pairs["odds_ratio"] = cells[0] * f / product if product else None if cells[0] * f == 0 else math.inf
     table = [(o, expected(i)) for i, o in enumerate(cells) if expected(i) > 0]
     return {"G2": 2 * math.fsum(o * math.log(o / x) for o, x in table if o),
             "X2": math.fsum((o - x) ** 2 / x for o, x in table), "MI": math.log2(f / e), "MI3": math.log2(f**3 / e),
             "Dice": n * f / sum(marginals), "logDice": 14 + math.log2(n * f / sum(marginals)),
-            "t": (f - e) / math.sqrt(f), "z": (f - e) / math.sqrt(e)}
+            "t": (f - e) / math.sqrt(f), "z": (f - e) / math.sqrt(e), **pairs}
+
+
+def fisher(f, f1, f2, total):
+    """-log10 of the upper tail, by whole numbers."""
+    below = sum(math.comb(f1, x) * math.comb(total - f1, f2 - x) for x in range(max(0, f1 + f2 - total), f))
+    everything = math.comb(total, f2)
+    lacking = fractions.Fraction(below, everything)
+    if lacking < fractions.Fraction(1, 2):
+        return -math.log1p(-float(lacking)) / math.log(10)
+    return math.log10(everything) - math.log10(everything - below)
 
 
 def close(printed, expected, block):
+    if expected is None or math.isinf(expected):
+        return printed == (b"NA" if expected is None else b"Inf")
     # G2 as computed here loses digits near independence, in proportion to the total.
     return math.isclose(float(printed), expected, rel_tol=1e-8, abs_tol=1e-12 * (1 + sum(block["cells"])))
 
@@ -119,14 +137,15 @@ def table_of(program, path, *options, status=0):
 
 
 def check_formats(program, path, blocks):
-    options = ["--cells", "--pattern", "--measures", ",".join(MEASURES)]
+    of_pairs = ["Fisher", "odds_ratio"] if blocks and len(blocks[0]["members"]) == 2 else []
+    options = ["--cells", "--pattern", "--measures", ",".join(MEASURES + of_pairs)]
     lines = table_of(program, path, *options, "--format", "tsv").split(b"\n")[:-1]
     if not blocks:
         expect(lines == [], "a table without N-grams", lines)
         return
     rows = [row_of(block, rank) for rank, block in enumerate(blocks, 1)]
     names = [name.decode() for name in lines[0].split(b"\t")]
-    expect(set(names) == set(rows[0]) | set(MEASURES), "columns", names)
+    expect(set(names) == set(rows[0]) | set(MEASURES + of_pairs), "columns", names)
     expect(len(lines) == len(rows) + 1, "rows", len(lines))
     for line, row, block in zip(lines[1:], rows, blocks):
         got = dict(zip(names, line.split(b"\t")))
@@ -147,7 +166,7 @@ def check_formats(program, path, blocks):
         got = json.loads(text.decode())
         expect(list(got) == names, "keys of jsonl", got)
         for name, field in zip(names, line.split(b"\t")):
-            if name.startswith(NOT_TEXT) and name != "t":
+            if name.startswith(TEXTS):
                 expect(got[name] == field.decode("utf-8", "byte by byte"), "jsonl", name, got[name], field)
             else:
                 number = None if field in (b"NA", b"Inf", b"-Inf") else float(field)
@@ -174,6 +193,13 @@ def check_order(program, path, blocks, r):
     n = len(blocks[0]["members"])
     wanted = [[member[field] for field in (1, 2, 3, 4) for member in block["members"]] for block in expected]
     expect([row[: 4 * n] for row in got] == wanted, "order by", column, ascending, top)
+
+
+def check_measure_order(program, path, r):
+    measure = r.choice(MEASURES)
+    lines = table_of(program, path, "--sort", measure, "--columns", measure, "--format", "tsv").split(b"\n")[1:-1]
+    values = [float(line.replace(b"Inf", b"inf").replace(b"NA", b"nan")) for line in lines]
+    expect(all(not b > a for a, b in zip(values, values[1:])), "falling values of", measure, values)
 
 
 def check_cut(program, content, folder, r):
@@ -218,6 +244,7 @@ def main():
                 check_formats(table, path, blocks)
                 if blocks:
                     check_order(table, path, blocks, r)
+                    check_measure_order(table, path, r)
                 check_cut(table, content, folder, r)
             except Disagreement as disagreement:
                 print(f"case {number}: {case.arguments}")

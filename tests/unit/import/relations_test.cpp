@@ -70,6 +70,7 @@ TEST(Relations, GivesTheFinalFunctionToTheMarkThatEndsTheSentence) {
   EXPECT_EQ(last({".", "\""}), (Functions{"AuxK", "AuxG"}));
   EXPECT_EQ(last({"?!", "...", ")"}), (Functions{"AuxG", "AuxK", "AuxG"}));
   EXPECT_EQ(last({".", "a", ":"}), (Functions{"AuxG", "Obj", "AuxK"}));
+  EXPECT_EQ(last({"\xE1\x8D\xA7", "\xC2\xBB"}), (Functions{"AuxK", "AuxG"}));
   EXPECT_EQ(last({"\xE3\x80\x81", "\xE3\x80\x82"}), (Functions{"AuxX", "AuxK"}));
 }
 
@@ -87,8 +88,8 @@ TEST(Relations, RecognisesOtherSpellings) {
 }
 
 TEST(Relations, TakesTheLastSuffixThatTheFunctionCanHave) {
-  EXPECT_EQ(analytical_functions(_sentence({{0, "ATR_AP_CO"}, {1, "Sb_M"}, {1, "SBJ_XX"}})),
-            (Functions{"Atr_Co", "Sb", "Sb"}));
+  EXPECT_EQ(analytical_functions(_sentence({{0, "ATR_AP_CO"}, {1, "Sb_M"}, {1, "SBJ_XX"}, {1, "ATR_CO_M"}})),
+            (Functions{"Atr_Co", "Sb", "Sb", "Atr_Co"}));
 }
 
 TEST(Relations, RecognisesUniversalRelationsOfTheFirstVersionAndInCapitals) {

@@ -31,6 +31,7 @@ TEST(Tagset, TakesTheFirstOfSeveralValues) {
 
 TEST(Tagset, TakesNoNameWithoutValueForAShortFeature) {
   EXPECT_EQ(positional_tag("NOUN", "Case|Perf|Prop"), "N-----------");
+  EXPECT_EQ(positional_tag("NOUN", "=Nom|=|Case="), "N-----------");
   EXPECT_EQ(positional_tag("NOUN", "Case=Nom|Case=Gen"), "NN----------");
   EXPECT_EQ(positional_tag("CONJ", "Negative=Neg|Case=Sbl"), "JU---------N");
 }

@@ -93,6 +93,8 @@ TEST(TreebankFormat, IsRecognisedByContent) {
   EXPECT_EQ(recognise_format("1\tf\tl\tN\tN\t_\t0\tPred\t_\t_\n"), TreebankFormat::conllx);
   EXPECT_EQ(recognise_format("# x\n1\tf\tl\tN\tN\t_\t0\tPred\t_\t_\n"), TreebankFormat::conllu);
   EXPECT_EQ(recognise_format("\n1 f l t 0 Pred\n"), TreebankFormat::datafile);
+  EXPECT_EQ(recognise_format("1 f l t 0 Pred\n" + _row("1", "0")), TreebankFormat::conllu);
+  EXPECT_EQ(recognise_format("1\tf\tl\tCONJ\tN\t_\t0\tPred\t_\t_\n"), TreebankFormat::conllu);
   EXPECT_EQ(recognise_format("Once upon a time there was\n"), std::nullopt);
 }
 
@@ -115,6 +117,12 @@ TEST(SentenceReader, PassesOverCommentsRangesAndEmptyNodes) {
   EXPECT_EQ(seen.problems, Problems{});
 }
 
+TEST(SentenceReader, TakesARowOfEmptyColumnsForABrokenOne) {
+  const Seen seen = _read(_row("1", "0") + "\t\t\t\t\t\t\t\t\t\n" + _row("3", "1"), TreebankFormat::conllu);
+  EXPECT_EQ(seen.lengths, Lengths{});
+  EXPECT_EQ(seen.problems.front(), "2:1 expected the number 2, found \"\"");
+}
+
 TEST(SentenceReader, NamesLineAndColumnOfWhatIsWrongAndSkipsThatSentenceOnly) {
   const Seen seen = _read(_row("1", "0") + "\n" + _row("1", "x") + _row("3", "0") + "\n" + "1\tshort\n\n" +
                               _row("1", "2") + "\n" + _row("1", "2") + _row("2", "1") + "\n" + _row("1", "0"),
@@ -131,7 +139,13 @@ TEST(SentenceReader, NotesWhatNgrexWouldStumbleOnInADatafile) {
   const Seen seen =
       _read("1 f l t 0 Pred \n2 f l t 1 Atr\n \n1 f l t 0\n\n1 f l t 0 Pred\r\n", TreebankFormat::datafile);
   EXPECT_EQ(seen.lengths, (Lengths{2, 1}));
-  EXPECT_EQ(seen.problems.size(), 4U);
+  EXPECT_EQ(seen.problems,
+            (Problems{"1:0 expected the line to end with its sixth field, found white space, which ends the sentence",
+                      "3:0 expected an empty line, found one of white space, which does not end a sentence",
+                      "4:0 expected 6 fields separated by white space, found 5",
+                      "6:0 expected lines that end with LF, found CR LF here and possibly further down"}));
+  EXPECT_EQ(_read("1 f l t 0 Pred\n\r\n1 f l t 0 Pred\n", TreebankFormat::datafile).problems,
+            (Problems{"2:0 expected lines that end with LF, found CR LF here and possibly further down"}));
 }
 
 TEST(SentenceReader, RefusesZeroBytesAndSentencesThatAreTooLong) {

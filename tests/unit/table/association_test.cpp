@@ -49,8 +49,8 @@ TEST(Association, GivesTheChiSquareOfVacheAndCow) {
 
 TEST(Association, KeepsItsDigitsNearIndependence) {
   // Expected values computed with 60 decimal digits.
-  EXPECT_NEAR(_of(Association::g2, 2, {5887, 1966, 1611, 538}) / 1.262685892437988e-08, 1, 1e-9);
-  EXPECT_NEAR(_of(Association::g2, 2, {103359978, 64962143, 510700594, 320977285}) / 2.923675987137196e-10, 1, 1e-6);
+  EXPECT_NEAR(_of(Association::g2, 2, {5887, 1966, 1611, 538}) / 1.262685892437988e-08, 1, 1e-13);
+  EXPECT_NEAR(_of(Association::g2, 2, {103359978, 64962143, 510700594, 320977285}) / 2.923675987137196e-10, 1, 1e-13);
 }
 
 TEST(Association, GivesTheOddsRatioOfTheAspirinStudy) {
@@ -98,13 +98,13 @@ TEST(Association, LeavesImpossibleCellsOutOfTheSums) {
 }
 
 TEST(Fisher, AgreesWithItsExpansion) {
-  for (const std::uint64_t total : {20U, 137U, 1000U, 9999U, 10000U})
+  for (const std::uint64_t total : {20U, 137U, 999U, 1000U})
     for (std::uint64_t first = 1; first < total; first += 1 + total / 9)
       for (std::uint64_t second = 1; second < total; second += 1 + total / 7)
         for (std::uint64_t both = first + second > total ? first + second - total : 0; both <= first && both <= second;
              both += 1 + total / 11) {
           const double expected = fisher_association(both, first, second, total);
-          EXPECT_NEAR(fisher_by_expansion(both, first, second, total), expected, 1e-9 * (1 + expected))
+          EXPECT_NEAR(fisher_by_expansion(both, first, second, total), expected, 1e-11 * expected)
               << both << ' ' << first << ' ' << second << ' ' << total;
         }
 }
@@ -121,10 +121,33 @@ TEST(Fisher, KeepsItsDigitsWhenTheProbabilityIsNearOne) {
   EXPECT_NEAR(fisher_association(1, 475, 25, 500) / expected, 1, 1e-9);
 }
 
+TEST(Fisher, KeepsItsDigitsWhenAlmostEveryTableIsInTheTail) {
+  // f1 = f = 6 and f2 = n - 1: the one word that lacks the second is not among the six, P = (n - 6) / n.
+  for (const std::uint64_t total : {1000U, 1000000U, 1000000000U}) {
+    const double expected = -std::log1p(-6.0 / static_cast<double>(total)) / std::log(10.0);
+    EXPECT_NEAR(fisher_association(6, 6, total - 1, total) / expected, 1, 1e-12) << total;
+  }
+}
+
+TEST(Association, FindsIndependenceExactly) {
+  // f n = f1 f2 with numbers whose products leave 64 bits.
+  const std::uint64_t k = 3000000019U;
+  const Cells cells = {2 * k, k, 2 * k, k};
+  for (const Association measure : {Association::g2, Association::x2, Association::mi, Association::t, Association::z})
+    EXPECT_EQ(_of(measure, 2, cells), 0);
+}
+
+TEST(Association, GivesTheZeroPointOfLogDice) {
+  // Rychly (2008): the score is 0 where less than 1 of 16,000 (2^14) occurrences of either word is a common one.
+  EXPECT_NEAR(_of(Association::log_dice, 2, {1000000, 16383, 16383, 1}), 0, 1e-12);
+}
+
 TEST(Fisher, StaysFiniteBeyondTheRangeOfProbabilities) {
-  // 1 / (10^10 choose 1000): Stirling gives log10 = 1000 * 10 - log10(1000!) and a term of 10^-4.3.
-  const double log_factorial = std::lgamma(1001.0) / std::log(10.0);
-  EXPECT_NEAR(fisher_association(1000, 1000, 1000, 10000000000U), 10000 - log_factorial, 1e-3);
+  // 1 / (10^10 choose 1000)
+  long double expected = 0;
+  for (int i = 0; i < 1000; ++i)
+    expected += std::log10((1e10L - i) / (1000.0L - i));
+  EXPECT_NEAR(fisher_association(1000, 1000, 1000, 10000000000U) / static_cast<double>(expected), 1, 1e-14);
 }
 
 }  // namespace

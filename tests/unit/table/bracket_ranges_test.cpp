@@ -11,7 +11,11 @@ namespace {
 
 TEST(BracketRanges, WritesLettersOutsideAsciiOut) {
   EXPECT_EQ(with_ranges_written_out("^[\xd0\xb0-\xd0\xb3x]+$"), "^[\xd0\xb0\xd0\xb1\xd0\xb2\xd0\xb3x]+$");
-  EXPECT_EQ(with_ranges_written_out("[^~-\xc2\x81]"), "[^~\x7f\xc2\x80\xc2\x81]");
+  EXPECT_EQ(with_ranges_written_out("[^~-\xc2\x81]"), "[^~-\x7f\xc2\x80\xc2\x81]");
+  EXPECT_EQ(with_ranges_written_out("[A-\xc2\x80]]"), "[A-\x7f\xc2\x80]]");
+  EXPECT_EQ(with_ranges_written_out("[]-\xc2\x80]"), "[]-\x7f\xc2\x80]");
+  EXPECT_EQ(with_ranges_written_out("[^]-\xc2\x80x]"), "[^]-\x7f\xc2\x80x]");
+  EXPECT_EQ(with_ranges_written_out("[--\xc2\x80]"), "[--\x7f\xc2\x80]");
   EXPECT_EQ(with_ranges_written_out("[\xc3\xa9-\xc3\xa9]"), "[\xc3\xa9]");
 }
 

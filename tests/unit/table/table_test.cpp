@@ -91,14 +91,24 @@ TEST(Table, AddsToTheColumnsAndPrintsNoneTwice) {
 }
 
 TEST(Table, SortsEqualMeasuresByTheirWordsWhateverTheirRounding) {
-  // MI is log2(77771 / 5) for both, but f n / (f1 f2) is computed from other numbers.
-  const auto block = [](const std::string& lemma, unsigned f, unsigned f1, unsigned f2) {
-    return "1\t" + lemma + "\tA\t2\tAtr\n2\tx\tN\t0\tHead\n" + std::to_string(77771 - f1 - f2 + f) + "\t" +
-           std::to_string(f2 - f) + "\t" + std::to_string(f1 - f) + "\t" + std::to_string(f) + "\n1\t1\t1\t1\t1\t1\n\n";
+  // Three times as many occurrences of the first word, and of all three: the same MI, but 24.118539673357503 is
+  // computed for the one and 24.1185396733575 for the other (with long doubles of 80 bits).
+  const auto block = [](const std::string& lemma, unsigned f, unsigned f1) {
+    const unsigned f2 = 78;
+    const unsigned f3 = 181;
+    const unsigned none = 1000003 - f - (f1 - f) - (f2 - f) - (f3 - f);
+    std::string cells;
+    for (const unsigned cell : {none, f3 - f, f2 - f, 0U, f1 - f, 0U, 0U})
+      cells += std::to_string(cell) + "\t";
+    return "1\t" + lemma + "\tA\t2\tAtr\n2\tx\tN\t0\tHead\n3\ty\tN\t2\tObj\n" + cells + std::to_string(f) +
+           "\n1\t1\n\n";
   };
-  const std::string content = block("b", 1, 5, 1) + block("a", 3, 3, 5) + block("c", 2, 5, 2) + "\n";
-  EXPECT_EQ(_table(content, {"--columns=lemma1", "--sort=MI"}), "lemma1\na\nb\nc\n");
-  EXPECT_EQ(_table(content, {"--columns=lemma1", "--sort=+MI"}), "lemma1\na\nb\nc\n");
+  for (const std::string order : {"MI", "+MI"}) {
+    EXPECT_EQ(_table(block("b", 9, 35) + block("a", 27, 105) + "\n", {"--columns=lemma1", "--sort", order}),
+              "lemma1\na\nb\n");
+    EXPECT_EQ(_table(block("a", 9, 35) + block("b", 27, 105) + "\n", {"--columns=lemma1", "--sort", order}),
+              "lemma1\na\nb\n");
+  }
 }
 
 TEST(Table, EscapesWhatMarkdownWouldTakeForItsOwn) {

@@ -1,11 +1,11 @@
-#include "table/utf8.h"
+#include "companion/utf8.h"
 
 #include <gtest/gtest.h>
 
 #include <clocale>
 #include <string>
 
-namespace colx::table {
+namespace colx {
 namespace {
 
 TEST(Utf8, ReadsBackEveryCodePoint) {
@@ -30,6 +30,7 @@ TEST(Utf8, RefusesWhatIsNoCharacter) {
 }
 
 TEST(Utf8, SendsNoControlCharacterToATerminal) {
+  EXPECT_EQ(printable("\xef\xbb\xbf\xe2\x80\xaex\xe2\x80\x8c"), "??x\xe2\x80\x8c");
   EXPECT_EQ(printable("a\x1b[1m\tb\x7f\xc2\x9b\xc3\xa9\xff"), "a?[1m?b??\xc3\xa9?");
 }
 
@@ -44,4 +45,4 @@ TEST(Utf8, CountsColumnsAsATerminalDoes) {
 }
 
 }  // namespace
-}  // namespace colx::table
+}  // namespace colx

@@ -1,17 +1,16 @@
-#include "table/utf8.h"
+#include "companion/utf8.h"
 
 #include <wchar.h>
 
-#include <algorithm>
-
-namespace colx::table {
+namespace colx {
 
 namespace {
 
 constexpr char32_t replacement = 0xFFFD;
 
 bool _is_control(char32_t code) {
-  return code < 0x20 || (code >= 0x7F && code < 0xA0);
+  return code < 0x20 || (code >= 0x7F && code < 0xA0) || (code >= 0x202A && code <= 0x202E) ||
+         (code >= 0x2066 && code <= 0x2069) || code == 0xFEFF;
 }
 
 }  // namespace
@@ -75,4 +74,4 @@ std::size_t display_width(std::string_view text) {
   return width;
 }
 
-}  // namespace colx::table
+}  // namespace colx

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace colx::table {
+namespace colx {
 
 // The character at the beginning of a text that is not empty.
 struct Character {
@@ -19,10 +19,11 @@ Character first_character(std::string_view text);
 // Appends a code point.
 void append_character(std::string& text, char32_t code);
 
-// The text as it can be sent to a terminal: control characters and bytes that are no UTF-8 become '?'.
+// The text as it can be sent to a terminal: control characters, marks that turn the direction of writing, byte order
+// marks and bytes that are no UTF-8 become '?'.
 std::string printable(std::string_view text);
 
 // How many columns of a terminal a printable text takes: combining marks none, wide characters two.
 std::size_t display_width(std::string_view text);
 
-}  // namespace colx::table
+}  // namespace colx
