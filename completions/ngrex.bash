@@ -12,7 +12,7 @@ _ngrex_complete_list() {
 _ngrex_value_of() {
   local measures='G2 X2 MI MI3 logDice Dice t z Fisher odds_ratio'
   local columns='frequency total pattern chi_square log_likelihood mutual_information pearson t_test z_score'
-  columns+=" $measures $(printf '%s ' {lemma,tag,parent,relation,marginal}{1,2,3})"
+  columns+=" $measures $(printf '%s ' {lemma,tag,parent,relation,marginal}{1,2,3,4,5,6,7})"
   case $1:$2 in
     ngrex:-n) echo '2 3 4 5 6 7' ;;
     ngrex:-cs) echo '0 1 2' ;;

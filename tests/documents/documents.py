@@ -4,7 +4,8 @@ usage: documents.py SOURCE_FOLDER BUILD_FOLDER
 
 Every relative link leads somewhere, in the source tree and among the installed documents. Every place that names the
 version names that of the build. The tables of docs/import.md are those of the program. Every command of the tutorial and of
-the examples, run here, prints what stands below it, but for lines that are left out ("[...]") and times.
+the examples, run here, prints what stands below it, but for lines that are left out ("[...]") and times; the lines for pandas
+and R are not run.
 """
 
 import os

@@ -62,8 +62,16 @@ def completed(source, *words):
     return [line for line in run.stdout.splitlines() if line]
 
 
+def help_words(program, option):
+    """The words of an option's paragraph in the help."""
+    text = subprocess.run([program, "--help"], capture_output=True, text=True, check=True).stdout
+    paragraph = re.search(rf"^ +(?:-\w, )?{option} .*\n(?:  {{20,}}.*\n)*", text, re.M).group(0)
+    return set(re.findall(r"\w+", paragraph)) - {option[2:]}
+
+
 def refused_values(source, program, options):
-    """Values that bash completes and the program refuses, and options for which it completes the wrong kind of thing."""
+    """Values that bash completes and the program refuses, words of the help that the program takes and bash does not
+    complete, and options for which it completes the wrong kind of thing."""
     name = os.path.basename(program)
     refused = []
     for option, value in options.items():
@@ -72,10 +80,13 @@ def refused_values(source, program, options):
             if words != ["ngrex.bash"]:
                 refused.append(f"{option} completes {words}, not files")
             continue
-        for word in words:
-            run = subprocess.run([program, option, word], input="\n", capture_output=True, text=True)
-            if run.returncode != 0:
-                refused.append(f"{option} {word}: {run.stderr}")
+        def takes(word):
+            return subprocess.run([program, option, word], input="\n", capture_output=True, text=True).returncode == 0
+
+        refused += [f"{option} {word} is completed and refused" for word in words if not takes(word)]
+        if value in ("FORMAT", "SOURCE", "HOW") or option == "--measures":
+            lacking = [word for word in help_words(program, option) if word not in words and takes(word)]
+            refused += [f"{option} {word} is not completed" for word in lacking]
         if not words and value not in ("WORDS", "MASK", "K", "F", "CONDITION", "DIGITS"):
             refused.append(f"{option} completes nothing")
     return refused
