@@ -50,21 +50,25 @@ std::string _unshielded(const std::string& argument) {
   return argument.starts_with(std::string{bracket_shield, '['}) ? argument.substr(1) : argument;
 }
 
-// The arguments as the parser takes them, from the last to the first. An empty value behind "=" becomes an argument of
-// its own; the parser would take the next one for it.
+// The arguments as the parser takes them, from the last to the first, with brackets shielded. An empty value behind "="
+// becomes an argument of its own; the parser would take the next one for it. Throws usage_error for a switch with a
+// value, which the parser would take for its opposite or for itself.
 std::vector<std::string> _backwards(const Program& program, const std::vector<std::string>& arguments) {
   std::vector<std::string> result;
   for (const std::string& argument : arguments) {
-    const bool has_empty_value =
-        std::any_of(program.options.begin(), program.options.end(), [&](const OptionEntry& entry) {
-          return !entry.value.empty() && argument == fmt::format("--{}=", entry.key());
-        });
-    for (const OptionEntry& entry : program.options)
-      if (entry.value.empty() && argument.starts_with(fmt::format("--{}=", entry.key())))
+    bool has_empty_value = false;
+    for (const OptionEntry& entry : program.options) {
+      const std::string with_value = fmt::format("--{}=", entry.key());
+      if (entry.value.empty() && argument.starts_with(with_value))
         throw usage_error(fmt::format("--{} takes no value, found \"{}\"", entry.key(), argument));
-    result.push_back(has_empty_value ? argument.substr(0, argument.size() - 1) : argument);
-    if (argument.starts_with('[')) result.back().insert(0, 1, bracket_shield);
-    if (has_empty_value) result.emplace_back();
+      has_empty_value = has_empty_value || argument == with_value;
+    }
+    if (has_empty_value) {
+      result.push_back(argument.substr(0, argument.size() - 1));
+      result.emplace_back();
+    } else {
+      result.push_back(argument.starts_with('[') ? bracket_shield + argument : argument);
+    }
   }
   std::reverse(result.begin(), result.end());
   return result;
@@ -115,7 +119,6 @@ CommandLine parse_command_line(const Program& program, const std::vector<std::st
                                     ? app.add_flag_callback(names, [note] { note(""); })
                                     : app.add_option_function<std::string>(names, note)->allow_extra_args(false);
     // Noted at once, options stay in their order; with "last" an option given again does not count as an error.
-    option->type_name(std::string(entry.value));
     option->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)->trigger_on_parse();
   }
   app.add_option("FILE", result.files);
