@@ -157,12 +157,15 @@ std::string ImportReport::_tag_lines() const {
       text += _continued(fmt::format("too many: ngrex -m {} ends with an error above {}; the first too many is at {}",
                                      _mask, most_distinct_tags, _place(_masked_tags.overflow)));
   }
-  if (_tags.distinct.empty()) return text;
+  return text;
+}
 
+std::string ImportReport::_mask_lines() const {
+  if (_tags.distinct.empty()) return "";
   std::vector<std::string> tags(_tags.distinct.begin(), _tags.distinct.end());
   std::sort(tags.begin(), tags.end());
   const std::string mask = best_mask(tags, most_distinct_tags);
-  text += _line("suggested mask", _described(mask, tags));
+  std::string text = _line("suggested mask", _described(mask, tags));
   const bool made_from_features =
       _tag_sources.size() == 1 && *_tag_sources.begin() == _tag_source({.tag = TagSource::feats});
   std::vector<std::string_view> dropped;
@@ -199,7 +202,7 @@ std::string ImportReport::text() const {
   text += _line("skipped sentences", _skipped);
   if (_passed.ranges > 0) text += _line("multiword ranges", fmt::format("{} passed over", _passed.ranges));
   if (_passed.empty_nodes > 0) text += _line("empty nodes", fmt::format("{} passed over", _passed.empty_nodes));
-  text += _lemma_lines() + _tag_lines() + _relation_lines();
+  text += _lemma_lines() + _tag_lines() + _mask_lines() + _relation_lines();
   if (_most_children > 0)
     text += _line("widest node", fmt::format("{} children at {}", _most_children, _place(_widest)));
   if (_most_words > 0) text += _line("longest sentence", fmt::format("{} words at {}", _most_words, _place(_longest)));

@@ -59,6 +59,7 @@ class ImportReport {
   void _add_word(const TreebankWord& source, const DatafileWord& word, const std::string& input);
   std::string _lemma_lines() const;
   std::string _tag_lines() const;
+  std::string _mask_lines() const;
   std::string _relation_lines() const;
 
   std::string _mask;
