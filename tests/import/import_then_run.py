@@ -88,6 +88,7 @@ def main():
     parser.add_argument("--seed", type=int, default=random.SystemRandom().randrange(2**32))
     parser.add_argument("--cases", type=int, default=150)
     arguments = parser.parse_args()
+    arguments.importer, arguments.program = map(os.path.abspath, (arguments.importer, arguments.program))
     print(f"seed {arguments.seed}", flush=True)
     runs = 0
     too_many = 0

@@ -26,6 +26,7 @@ import differential  # noqa: E402
 
 OWN = ["chi_square", "log_likelihood", "mutual_information", "pearson", "t_test", "z_score"]
 MEASURES = ["G2", "X2", "MI", "MI3", "logDice", "Dice", "t", "z"]
+LARGEST = 4_000_000  # bytes of an output datafile that are taken apart here in reasonable time
 TEXTS = ("lemma", "tag", "relation", "pattern")
 
 # Every byte that is no UTF-8 becomes one replacement character.
@@ -235,7 +236,7 @@ def main():
             name = case.arguments[len(case.arguments) - case.arguments[::-1].index("-o")]
             path = os.path.join(folder, name)
             # Another output may have gone to the same file.
-            if not os.path.isfile(path) or case.arguments.count(name) > 1:
+            if not os.path.isfile(path) or case.arguments.count(name) > 1 or os.path.getsize(path) > LARGEST:
                 continue
             with open(path, "rb") as file:
                 content = file.read()
