@@ -124,12 +124,13 @@ CommandLine parse_command_line(const Program& program, const std::vector<std::st
   app.add_option("FILE", result.files);
   try {
     app.parse(_backwards(program, arguments));
-  } catch (const CLI::ArgumentMismatch&) {
-    throw usage_error(fmt::format("{}: expected a value, found none", arguments.back()));
   } catch (const CLI::ParseError& error) {
-    // A question that was asked before is answered all the same.
-    if (!result.options.empty() && !answer(program, result.options.front().key).empty()) return result;
-    throw usage_error(error.what());
+    // A question is answered all the same.
+    const bool was_asked = std::any_of(result.options.begin(), result.options.end(),
+                                       [&](const GivenOption& option) { return !answer(program, option.key).empty(); });
+    if (was_asked) return result;
+    if (error.get_name() != "ArgumentMismatch") throw usage_error(error.what());
+    throw usage_error(fmt::format("{}: expected a value, found none", arguments.back()));
   }
   for (std::string& file : result.files)
     file = _unshielded(file);

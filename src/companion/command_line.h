@@ -43,7 +43,8 @@ struct CommandLine {
 };
 
 // Takes the arguments, without the program's name, apart. A value may begin with a hyphen; "--" ends the options.
-// Throws usage_error for an option that the program does not have, a value too few or too many, and too many files.
+// Throws usage_error for an option that the program does not have, a value too few or too many, and too many files,
+// unless --help or --version was given as well.
 CommandLine parse_command_line(const Program& program, const std::vector<std::string>& arguments);
 
 // What --help and --version print; empty for every other option.

@@ -26,7 +26,6 @@ class Descriptor {
   static Descriptor standard_output();
 
   int number() const { return _number; }
-  bool is_open() const { return _number >= 0; }
 
   // Reads up to `size` bytes and returns how many; 0 is the end. `name` is for the message. Throws input_error.
   std::size_t read_some(void* to, std::size_t size, std::string_view name) const;

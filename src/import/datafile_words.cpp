@@ -74,8 +74,9 @@ std::vector<DatafileWord> datafile_words(const TreebankSentence& sentence, const
     _convert_lemma(word, conversion, result);
     _convert_tag(word, conversion, result);
     result.relation = conversion.functions ? functions[i] : datafile_field(word.relation);
-    result.relation_is_undefined =
-        word.relation != "Undef" && (result.relation == "Undef" || !is_analytical_function(result.relation));
+    const bool is_known =
+        result.relation != "Undef" && (conversion.functions || is_analytical_function(result.relation));
+    result.relation_is_undefined = !is_known && word.relation != "Undef";
     _check_length(kept_lemma(result.lemma), _lemma_column(conversion, result), word.line, problems);
     _check_length(result.tag, _tag_column(conversion), word.line, problems);
   }

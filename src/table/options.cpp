@@ -22,9 +22,8 @@ constexpr std::array<OptionEntry, 12> _entries = {{
     {"--top", "K", "print the first K rows only"},
     {"--min-frequency", "F", "leave out N-grams that occur fewer than F times"},
     {"--where", "CONDITION",
-     "leave out N-grams that do not meet a condition such as 'lemma1=rain', 'lemma2~^un' or 'logDice>=7', with one of "
-     "= "
-     "!= ~ !~ < <= >= >; may be given several times"},
+     "leave out N-grams that do not meet a condition, such as 'lemma1=rain', 'lemma2~^un' or 'logDice>=7'; operators "
+     "are = != ~ !~ < <= >= >; may be given several times"},
     {"--format", "FORMAT", "tsv, csv, jsonl, markdown, ucs or table; default table on a terminal, else tsv"},
     {"--precision", "DIGITS", "significant digits of computed measures, 1 to 17; default 10"},
     {"-h,--help", "", "print this help and exit"},

@@ -51,7 +51,7 @@ TEST(CommandLine, TakesAnyValueAndEndsOptionsAtTwoHyphens) {
 TEST(CommandLine, RefusesWhatItDoesNotKnow) {
   EXPECT_NE(_error({"--lou"}), "");
   EXPECT_NE(_error({"-x"}), "");
-  EXPECT_NE(_error({"-o"}), "");
+  EXPECT_EQ(_error({"--loud", "-o"}), "-o: expected a value, found none");
   EXPECT_NE(_error({"--loud=much"}), "");
   EXPECT_NE(_error({"--loud=false"}), "");
   EXPECT_EQ(_error({"a", ""}), "expected the name of a FILE, found \"\"");
@@ -71,6 +71,15 @@ TEST(CommandLine, HelpBreaksLongLinesAndAlignsTheRest) {
             "                            a name that fills its column\n"
             "\n"
             "Notes.\n");
+}
+
+TEST(CommandLine, AnswersAQuestionWhateverElseIsWrong) {
+  constexpr std::array<OptionEntry, 2> with_help = {{{"-o,--output", "FILE", "where to"}, {"--help", "", "this"}}};
+  const Program asked = {"tool", "", "", "", with_help, 0};
+  EXPECT_EQ(parse_command_line(asked, {"-o", "x", "--help", "--bogus"}).options.size(), 2U);
+  EXPECT_EQ(parse_command_line(asked, {"--help", "-o"}).options.size(), 1U);
+  EXPECT_EQ(parse_command_line(asked, {"--bogus", "--help"}).options.size(), 1U);
+  EXPECT_THROW(parse_command_line(asked, {"--bogus", "-o", "--help"}), usage_error);
 }
 
 TEST(CommandLine, WholeNumbersHaveNoSignAndNoRest) {
