@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "bench/synthetic.h"
-#include "corpus/tagged_lemma.h"
 #include "model/context.h"
+#include "model/tagged_lemma.h"
 
 namespace colx::bench {
 namespace {

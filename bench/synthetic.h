@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
+#include "base/config.h"
 #include "corpus/word.h"
 #include "model/ngram.h"
 #include "model/occurrence_batch.h"
-#include "run/config.h"
 
 namespace colx::bench {
 

@@ -7,10 +7,10 @@
 #include <cstdint>
 #include <deque>
 
+#include "base/config.h"
 #include "corpus/parser.h"
 #include "corpus/word.h"
 #include "corpus/word_queue.h"
-#include "run/config.h"
 
 namespace colx {
 

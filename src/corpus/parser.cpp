@@ -2,12 +2,12 @@
 
 #include <array>
 #include <cstring>
+#include <string>
 #include <string_view>
 
+#include "base/notifier.h"
 #include "corpus/dependencies.h"
-#include "corpus/tagged_lemma.h"
-#include "output/utils.h"
-#include "run/notifier.h"
+#include "model/tagged_lemma.h"
 
 namespace colx {
 
@@ -72,16 +72,16 @@ bool Parser::next(std::uint32_t limit, ContextWindow::Mode mode, WordQueue& word
     const Line line = _read_word_line(fields);
     if (line == Line::incomplete) break;
     if (line == Line::malformed) {
-      _warn("Incorrect input format detected at line " + unsigned2str(_line));
+      _warn("Incorrect input format detected at line " + std::to_string(_line));
       drop_sentence();
     } else if (length == constants::max_sentence_length) {
-      _warn("Word order overflow detected at line " + unsigned2str(_line) + ". Got word ordered as " +
-            unsigned2str(length + 1) + ", while maximum allowed value for word order is " +
-            unsigned2str(constants::max_sentence_length));
+      _warn("Word order overflow detected at line " + std::to_string(_line) + ". Got word ordered as " +
+            std::to_string(length + 1) + ", while maximum allowed value for word order is " +
+            std::to_string(constants::max_sentence_length));
       drop_sentence();
     } else if (fields.order != length + 1) {
-      _warn("Word order mismatch detected at line " + unsigned2str(_line) + ". Got word ordered as " +
-            unsigned2str(fields.order) + ", while expecting " + unsigned2str(length + 1));
+      _warn("Word order mismatch detected at line " + std::to_string(_line) + ". Got word ordered as " +
+            std::to_string(fields.order) + ", while expecting " + std::to_string(length + 1));
       drop_sentence();
     } else {
       words.push_back(_make_word(fields));

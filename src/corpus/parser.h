@@ -15,11 +15,11 @@
 #include <string_view>
 #include <vector>
 
+#include "base/config.h"
 #include "corpus/input.h"
 #include "corpus/string_store.h"
 #include "corpus/text_cache.h"
 #include "corpus/word_queue.h"
-#include "run/config.h"
 
 namespace colx {
 

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <string>
 
-#include "run/errors.h"
+#include "base/errors.h"
 #include "util/hashing.h"
 
 namespace colx {

@@ -1,6 +1,6 @@
 #include "evaluation/ngrams_processor.h"
 
-#include "run/config.h"
+#include "base/config.h"
 
 namespace colx {
 

@@ -3,9 +3,9 @@
 #include <cmath>
 #include <cstddef>
 
+#include "base/config.h"
 #include "evaluation/measures.h"
 #include "model/ngram.h"
-#include "run/config.h"
 
 namespace colx {
 

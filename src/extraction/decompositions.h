@@ -14,7 +14,7 @@
 #include <cstdint>
 #include <span>
 
-#include "run/config.h"
+#include "base/config.h"
 
 namespace colx {
 

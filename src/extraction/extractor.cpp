@@ -6,13 +6,13 @@
 #include <optional>
 #include <span>
 
+#include "base/notifier.h"
+#include "base/progress_bar.h"
 #include "corpus/buffer.h"
 #include "corpus/parser.h"
 #include "corpus/persistent.h"
 #include "extraction/ntree.h"
 #include "extraction/occurrence.h"
-#include "run/notifier.h"
-#include "run/progress_bar.h"
 
 namespace colx {
 

@@ -18,9 +18,9 @@
 #include <span>
 #include <vector>
 
+#include "base/config.h"
 #include "corpus/word.h"
 #include "extraction/decompositions.h"
-#include "run/config.h"
 
 namespace colx {
 

@@ -1,8 +1,8 @@
 #include "extraction/occurrence.h"
 
+#include "base/config.h"
 #include "corpus/dependencies.h"
 #include "corpus/persistent.h"
-#include "run/config.h"
 
 namespace colx {
 

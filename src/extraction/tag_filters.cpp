@@ -1,6 +1,6 @@
 #include "extraction/tag_filters.h"
 
-#include "run/config.h"
+#include "base/config.h"
 #include "util/hashing.h"
 
 namespace colx {

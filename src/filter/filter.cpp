@@ -5,8 +5,8 @@
 #include <fstream>
 #include <utility>
 
-#include "run/config.h"
-#include "run/files.h"
+#include "base/config.h"
+#include "base/files.h"
 
 namespace colx {
 

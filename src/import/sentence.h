@@ -40,6 +40,12 @@ struct TreebankProblem {
   bool repaired = false;  // the sentence is read all the same
 };
 
+// Whether a sentence with these problems has to be skipped.
+bool must_be_skipped(const std::vector<TreebankProblem>& problems);
+
+// A text for a message: in quotes, at most some forty bytes of it, control characters replaced.
+std::string quoted(std::string_view text);
+
 // The most words that a sentence may have, and the most bytes of a lemma or a tag.
 inline constexpr std::size_t longest_treebank_sentence = 65535;
 inline constexpr std::size_t longest_treebank_text = 65535;

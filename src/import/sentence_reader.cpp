@@ -7,7 +7,6 @@
 #include <charconv>
 #include <utility>
 
-#include "companion/utf8.h"
 #include "import/tree_check.h"
 #include "import/treebank_format.h"
 
@@ -27,19 +26,6 @@ bool _is_number(std::string_view text, std::uint32_t& value) {
 }
 
 }  // namespace
-
-std::string quoted(std::string_view text) {
-  constexpr std::size_t longest = 40;
-  std::size_t size = std::min(text.size(), longest);
-  // A character of several bytes is not cut in two.
-  while (size < text.size() && size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80)
-    --size;
-  return fmt::format("\"{}{}\"", printable(text.substr(0, size)), size < text.size() ? "..." : "");
-}
-
-bool must_be_skipped(const std::vector<TreebankProblem>& problems) {
-  return std::any_of(problems.begin(), problems.end(), [](const TreebankProblem& p) { return !p.repaired; });
-}
 
 bool SentenceReader::next(TreebankSentence& sentence, std::vector<TreebankProblem>& problems) {
   sentence.words.clear();

@@ -53,10 +53,4 @@ class SentenceReader {
   std::uint64_t _rows = 0;  // word rows of the sentence in hand, good or bad
 };
 
-// Whether a sentence with these problems has to be skipped.
-bool must_be_skipped(const std::vector<TreebankProblem>& problems);
-
-// A text for a message: in quotes, at most some forty bytes of it, control characters replaced.
-std::string quoted(std::string_view text);
-
 }  // namespace colx

@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-#include "import/sentence_reader.h"
+#include "import/sentence.h"
 #include "import/tagset.h"
 
 namespace colx {

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "model/context.h"
+#include "model/part_of_context.h"
 
 namespace colx {
 

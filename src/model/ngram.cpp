@@ -3,7 +3,7 @@
 #include <bit>
 #include <new>
 
-#include "run/config.h"
+#include "base/config.h"
 
 namespace colx {
 

@@ -14,8 +14,8 @@
 #include <span>
 #include <vector>
 
-#include "corpus/tagged_lemma.h"
 #include "model/context.h"
+#include "model/tagged_lemma.h"
 
 namespace colx {
 
@@ -39,8 +39,8 @@ class NGram {
     constexpr Member(std::uint32_t lemma, std::uint8_t tag, std::uint8_t parent, std::uint8_t dependency)
         : _bits(TaggedLemma::pack(lemma, tag) | std::uint64_t{parent} << 32 | std::uint64_t{dependency} << 40) {}
 
-    // Reads a member from where it stands in a record. Its two parts are joined in a register: read as one piece of memory
-    // just written in two, the number would be waited for.
+    // Reads a member from where it stands in a record. Its two parts are joined in a register: read as one piece of
+    // memory just written in two, the number would be waited for.
     static Member load(const unsigned char* bytes) {
       std::uint32_t tagged_lemma;
       std::uint16_t rest;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "run/config.h"
+#include "base/config.h"
 
 namespace colx {
 

@@ -7,8 +7,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/config.h"
 #include "model/ngram.h"
-#include "run/config.h"
 #include "util/hashing.h"
 
 namespace colx {

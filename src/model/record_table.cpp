@@ -1,8 +1,8 @@
 #include "model/record_table.h"
 
+#include "base/config.h"
 #include "model/listed_order.h"
 #include "model/ngram_hash.h"
-#include "run/config.h"
 
 namespace colx {
 

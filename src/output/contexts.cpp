@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/progress_bar.h"
 #include "corpus/persistent.h"
 #include "output/members.h"
-#include "run/progress_bar.h"
 
 namespace colx {
 

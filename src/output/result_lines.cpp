@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <limits>
 
+#include "base/config.h"
 #include "model/ngram.h"
 #include "output/number_format.h"
-#include "run/config.h"
 #include "util/hashing.h"
 
 namespace colx {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "base/config.h"
 #include "corpus/persistent.h"
-#include "run/config.h"
 
 namespace colx {
 

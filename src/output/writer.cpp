@@ -3,13 +3,13 @@
 #include <cstddef>
 #include <string_view>
 
+#include "base/config.h"
+#include "base/progress_bar.h"
 #include "corpus/persistent.h"
 #include "evaluation/ngrams_processor.h"
 #include "output/members.h"
 #include "output/result_lines.h"
 #include "output/text_buffer.h"
-#include "run/config.h"
-#include "run/progress_bar.h"
 
 namespace colx {
 

@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
+#include "base/config.h"
+#include "base/errors.h"
+#include "base/notifier.h"
 #include "output/contexts.h"
 #include "output/statistics.h"
 #include "output/writer.h"
-#include "run/config.h"
-#include "run/errors.h"
 #include "run/init.h"
-#include "run/notifier.h"
 #include "run/params.h"
 #include "run/processor.h"
 

@@ -4,12 +4,12 @@
 #include <string_view>
 #include <utility>
 
+#include "base/config.h"
+#include "base/files.h"
+#include "base/notifier.h"
 #include "corpus/persistent.h"
 #include "model/ngram.h"
 #include "model/ngram_hash.h"
-#include "run/config.h"
-#include "run/files.h"
-#include "run/notifier.h"
 
 namespace colx {
 

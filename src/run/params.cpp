@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "run/config.h"
+#include "base/config.h"
 
 namespace colx {
 

@@ -4,12 +4,12 @@
 #include <limits>
 #include <new>
 
+#include "base/errors.h"
+#include "base/files.h"
+#include "base/notifier.h"
 #include "corpus/persistent.h"
 #include "extraction/extractor.h"
 #include "output/utils.h"
-#include "run/errors.h"
-#include "run/files.h"
-#include "run/notifier.h"
 
 namespace colx {
 

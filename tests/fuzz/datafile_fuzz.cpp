@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "base/errors.h"
 #include "corpus/parser.h"
 #include "corpus/word_queue.h"
-#include "run/errors.h"
 #include "tests/fuzz/target.h"
 #include "tests/reference/plain_parser.h"
 #include "tests/support/settings_guard.h"

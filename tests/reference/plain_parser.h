@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "base/config.h"
 #include "corpus/dependencies.h"
-#include "run/config.h"
 #include "tests/reference/plain_string_store.h"
 
 namespace colx::reference {

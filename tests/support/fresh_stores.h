@@ -5,8 +5,8 @@
 #include <memory>
 #include <utility>
 
+#include "base/config.h"
 #include "corpus/persistent.h"
-#include "run/config.h"
 
 namespace colx::test {
 

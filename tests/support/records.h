@@ -10,10 +10,10 @@
 #include <vector>
 
 #include "corpus/dependencies.h"
-#include "corpus/tagged_lemma.h"
 #include "model/ngram.h"
 #include "model/ngrams.h"
 #include "model/occurrence_batch.h"
+#include "model/tagged_lemma.h"
 
 namespace colx::test {
 

@@ -6,8 +6,8 @@
 #include <map>
 #include <utility>
 
+#include "base/config.h"
 #include "model/ngram.h"
-#include "run/config.h"
 
 namespace colx::test {
 

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "run/errors.h"
+#include "base/errors.h"
 #include "tests/support/random.h"
 #include "tests/support/settings_guard.h"
 

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "base/errors.h"
 #include "corpus/parser.h"
 #include "corpus/word_queue.h"
-#include "run/errors.h"
 #include "tests/support/settings_guard.h"
 #include "tests/support/stream_capture.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "run/errors.h"
+#include "base/errors.h"
 #include "tests/reference/plain_string_store.h"
 #include "tests/support/random.h"
 

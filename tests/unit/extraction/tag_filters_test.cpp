@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "base/config.h"
 #include "model/ngram.h"
-#include "run/config.h"
 #include "tests/support/random.h"
 #include "tests/support/settings_guard.h"
 

@@ -12,8 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/config.h"
 #include "model/ngram_hash.h"
-#include "run/config.h"
 #include "tests/reference/chained_table.h"
 #include "tests/support/records.h"
 #include "tests/support/settings_guard.h"

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "base/notifier.h"
 #include "corpus/persistent.h"
-#include "run/notifier.h"
 #include "tests/support/fresh_stores.h"
 #include "tests/support/records.h"
 #include "tests/support/settings_guard.h"

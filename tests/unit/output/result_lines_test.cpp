@@ -11,10 +11,10 @@
 #include <string_view>
 #include <vector>
 
+#include "base/config.h"
 #include "evaluation/thresholds.h"
 #include "model/ngram.h"
 #include "output/number_format.h"
-#include "run/config.h"
 #include "tests/support/random.h"
 #include "tests/support/settings_guard.h"
 

@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
+#include "base/config.h"
+#include "base/notifier.h"
 #include "corpus/persistent.h"
-#include "run/config.h"
-#include "run/notifier.h"
 #include "tests/support/fresh_stores.h"
 #include "tests/support/records.h"
 #include "tests/support/settings_guard.h"

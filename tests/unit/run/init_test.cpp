@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "run/config.h"
+#include "base/config.h"
 #include "tests/support/settings_guard.h"
 #include "tests/support/stream_capture.h"
 #include "tests/support/temporary_folder.h"

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <vector>
 
-#include "run/config.h"
+#include "base/config.h"
 #include "tests/support/settings_guard.h"
 
 namespace colx {

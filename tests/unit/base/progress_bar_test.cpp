@@ -1,4 +1,4 @@
-#include "run/progress_bar.h"
+#include "base/progress_bar.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "run/boost_progress.h"
+#include "base/boost_progress.h"
 #include "tests/support/random.h"
 #include "tests/support/stream_capture.h"
 

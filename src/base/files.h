@@ -1,6 +1,6 @@
 #pragma once
 
-// Opening files for reading. Ground floor: any room may include it.
+// Opening files for reading.
 
 #include <fstream>
 #include <string>

@@ -1,4 +1,4 @@
-#include "run/notifier.h"
+#include "base/notifier.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "run/files.h"
+#include "base/files.h"
 
 #include <gtest/gtest.h>
 

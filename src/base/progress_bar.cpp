@@ -1,7 +1,7 @@
-#include "run/progress_bar.h"
+#include "base/progress_bar.h"
 
-#include "run/boost_progress.h"
-#include "run/notifier.h"
+#include "base/boost_progress.h"
+#include "base/notifier.h"
 
 namespace colx {
 

@@ -1,9 +1,9 @@
-#include "run/notifier.h"
+#include "base/notifier.h"
 
 #include <cstdlib>
 #include <iostream>
 
-#include "run/boost_progress.h"
+#include "base/boost_progress.h"
 
 namespace colx {
 

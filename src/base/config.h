@@ -1,7 +1,7 @@
 #pragma once
 
 // The run's parameters: process-wide settings, written once by the command-line parser and read everywhere, and the
-// fixed limits beside them. This is the ground floor: it includes nothing of the project.
+// fixed limits beside them. It includes nothing of the project.
 
 #include <cstdint>
 #include <limits>

@@ -1,4 +1,4 @@
-#include "run/config.h"
+#include "base/config.h"
 
 #include <cstring>
 

@@ -1,0 +1,119 @@
+#!/usr/bin/env python3
+"""Holds the include lines of src/ against the order of rooms that docs/internals.md prints.
+
+usage: rooms.py SOURCE_FOLDER
+
+A room may use itself and what stands before it; programs, behind the bar, do not use one another. Headers do not include
+corpus/persistent.h. Units (a header with its source file) never depend on each other, straight or in a ring.
+"""
+
+import pathlib
+import re
+import sys
+
+HEADING = "## Rooms and arrows"
+LONG_LIVED = "corpus/persistent.h"
+
+
+def printed_order(internals):
+    """The rooms as the document lists them: those that everybody may use, and the programs."""
+    section = internals.split(HEADING, 1)[1].split("\n## ", 1)[0]
+    listed = re.search(r"^    (.+)\|(.+)$", section, re.MULTILINE)
+    return listed.group(1).split(), listed.group(2).split()
+
+
+def includes_of(text):
+    return re.findall(r'^#include "([^"]+)"', text, re.MULTILINE)
+
+
+def complaints_about_rooms(files, shared, programs):
+    """One sentence for each include line that the order forbids; `files` maps paths below src/ to their include lines."""
+    order = shared + programs
+    for path, included in files.items():
+        room = path.split("/")[0]
+        if room not in order:
+            yield f"src/{path}: the room {room} is not listed under '{HEADING}'"
+            continue
+        for header in included:
+            other = header.split("/")[0]
+            if other == room:
+                continue
+            if other not in shared:
+                yield f"src/{path} includes {header}, which belongs to a program or to no room"
+            elif order.index(other) > order.index(room):
+                yield f"src/{path} includes {header}, but {other} comes after {room}"
+        if path.endswith(".h") and LONG_LIVED in included:
+            yield f"src/{path} is a header and includes {LONG_LIVED}"
+
+
+def ring(files):
+    """A ring of units that depend on one another, as a list that ends where it begins; empty when there is none."""
+    needs = {}
+    for path, included in files.items():
+        unit = path.rsplit(".", 1)[0]
+        needs.setdefault(unit, set()).update(header.rsplit(".", 1)[0] for header in included)
+        needs[unit].discard(unit)
+    done, path = set(), []
+
+    def search(unit):
+        if unit in path:
+            return path[path.index(unit):] + [unit]
+        if unit in done:
+            return []
+        path.append(unit)
+        for other in sorted(needs.get(unit, ())):
+            found = search(other)
+            if found:
+                return found
+        path.pop()
+        done.add(unit)
+        return []
+
+    for unit in sorted(needs):
+        found = search(unit)
+        if found:
+            return found
+    return []
+
+
+def complaints(files, shared, programs):
+    found = list(complaints_about_rooms(files, shared, programs))
+    circle = ring(files)
+    if circle:
+        found.append("these depend on one another: " + " -> ".join(circle))
+    return found
+
+
+def check_the_check():
+    """Every rule finds its own breach."""
+    breaches = [
+        {"low/a.h": ["high/b.h"]},
+        {"high/a.h": ["program/b.h"]},
+        {"program/a.h": ["other/b.h"]},
+        {"unknown/a.h": []},
+        {"high/a.h": [LONG_LIVED]},
+        {"low/a.h": ["low/b.h"], "low/b.cpp": ["low/a.h"]},
+    ]
+    for files in breaches:
+        assert complaints(files, ["low", "corpus", "high"], ["program", "other"]), files
+    assert not complaints({"high/a.cpp": ["low/b.h", "high/a.h", LONG_LIVED]}, ["low", "corpus", "high"], ["program"])
+
+
+def main():
+    check_the_check()
+    source = pathlib.Path(sys.argv[1])
+    shared, programs = printed_order((source / "docs/internals.md").read_text())
+    files = {
+        str(path.relative_to(source / "src")): includes_of(path.read_text())
+        for pattern in ("*.h", "*.cpp")
+        for path in sorted((source / "src").rglob(pattern))
+    }
+    found = complaints(files, shared, programs)
+    for complaint in found:
+        print(complaint)
+    print(f"{len(files)} files in {len(shared)} rooms and {len(programs)} programs, {len(found)} complaints")
+    return 1 if found else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
