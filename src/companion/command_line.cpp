@@ -1,9 +1,9 @@
 #include "companion/command_line.h"
 
 #include <fcntl.h>
+#include <getopt.h>
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
 #include <csignal>
@@ -43,52 +43,60 @@ void _append_wrapped(std::string& text, std::string_view words) {
   text += '\n';
 }
 
-// Stands before a bracket at the beginning of an argument, as the parser would take [a,b] for a list of two.
-constexpr char bracket_shield = '\x01';
+// The table of options as getopt_long reads it. What it returns for an option is `first_row` and the number of its row.
+class Grammar {
+ public:
+  explicit Grammar(std::span<const OptionEntry> entries) : _letters("-:") {
+    // Reserved, so that the texts of short names stay where they are.
+    _names.reserve(entries.size());
+    for (const OptionEntry& entry : entries) {
+      const int argument = entry.value.empty() ? no_argument : required_argument;
+      const int row = static_cast<int>(_names.size());
+      _names.emplace_back(entry.key());
+      _options.push_back({_names.back().c_str(), argument, nullptr, first_row + row});
+      if (entry.names.starts_with("--")) continue;
+      _rows_of_letters.emplace_back(entry.names[1], row);
+      _letters += entry.names[1];
+      if (argument == required_argument) _letters += ':';
+    }
+    _options.push_back({nullptr, 0, nullptr, 0});
+  }
 
-std::string _unshielded(const std::string& argument) {
-  return argument.starts_with(std::string{bracket_shield, '['}) ? argument.substr(1) : argument;
+  static constexpr int first_row = 256;
+
+  // In order, files as the option 1, and a missing value told apart from an unknown option.
+  const char* letters() const { return _letters.c_str(); }
+  const ::option* options() const { return _options.data(); }
+
+  // The row of an option by what getopt_long returned for it.
+  std::size_t row(int code) const {
+    if (code >= first_row) return static_cast<std::size_t>(code - first_row);
+    const auto found = std::find_if(_rows_of_letters.begin(), _rows_of_letters.end(),
+                                    [&](const auto& letter) { return letter.first == code; });
+    return static_cast<std::size_t>(found->second);
+  }
+
+ private:
+  std::string _letters;
+  std::vector<std::string> _names;
+  std::vector<::option> _options;
+  std::vector<std::pair<char, int>> _rows_of_letters;
+};
+
+// The long name that a word gives, or an empty text.
+std::string_view _long_name(std::string_view word) {
+  if (!word.starts_with("--")) return {};
+  return word.substr(2, word.find('=') - 2);
 }
 
-// The arguments as the parser takes them, from the last to the first, with brackets shielded. An empty value behind "="
-// becomes an argument of its own; the parser would take the next one for it. Throws usage_error for a switch with a
-// value, which the parser would take for its opposite or for itself.
-std::vector<std::string> _backwards(const Program& program, const std::vector<std::string>& arguments) {
-  std::vector<std::string> result;
-  for (const std::string& argument : arguments) {
-    bool has_empty_value = false;
-    for (const OptionEntry& entry : program.options) {
-      const std::string with_value = fmt::format("--{}=", entry.key());
-      if (entry.value.empty() && argument.starts_with(with_value))
-        throw usage_error(fmt::format("--{} takes no value, found \"{}\"", entry.key(), argument));
-      has_empty_value = has_empty_value || argument == with_value;
-    }
-    if (has_empty_value) {
-      result.push_back(argument.substr(0, argument.size() - 1));
-      result.emplace_back();
-    } else {
-      result.push_back(argument.starts_with('[') ? bracket_shield + argument : argument);
-    }
-  }
-  std::reverse(result.begin(), result.end());
-  return result;
-}
-
-std::string _help(const Program& program) {
-  std::string text =
-      fmt::format("Usage: {} [options] {}\n{}\n\nOptions:\n", program.name, program.operands, program.purpose);
-  for (const OptionEntry& entry : program.options) {
-    std::string line = entry.names.starts_with("--") ? "      " : "  ";
-    for (const char c : entry.names)
-      line += c == ',' ? ", " : std::string(1, c);
-    if (!entry.value.empty()) line.append(" ").append(entry.value);
-    if (line.size() + 2 > help_column)
-      text += line + '\n' + std::string(help_column, ' ');
-    else
-      text += line + std::string(help_column - line.size(), ' ');
-    _append_wrapped(text, entry.help);
-  }
-  return text + fmt::format("\n{}\n", program.notes);
+// Why getopt_long did not take the option that begins with this word; `letter` is the short option in question, or 0.
+std::string _why_refused(const Program& program, std::string_view word, int letter) {
+  const std::string_view name = _long_name(word);
+  if (name.empty()) return fmt::format("there is no option -{}", static_cast<char>(letter));
+  const bool known = std::any_of(program.options.begin(), program.options.end(),
+                                 [&](const OptionEntry& entry) { return entry.key() == name; });
+  if (known) return fmt::format("--{} takes no value, found \"{}\"", name, word);
+  return fmt::format("there is no option --{}", name);
 }
 
 // Opens those of the three standard descriptors that are closed, so that no file takes their place and gets what was
@@ -106,54 +114,84 @@ int _complain(const Program& program, std::string_view message, int status) {
 
 }  // namespace
 
-CommandLine parse_command_line(const Program& program, const std::vector<std::string>& arguments) {
-  CommandLine result;
-  CLI::App app;
-  app.set_help_flag();
+CommandLine split_command_line(const Program& program, const std::vector<std::string>& arguments) {
+  const Grammar grammar(program.options);
+  std::vector<std::string> words(arguments);
+  words.emplace(words.begin(), program.name);
+  std::vector<char*> argv;
+  for (std::string& word : words)
+    argv.push_back(word.data());
+  argv.push_back(nullptr);
+  const int argc = static_cast<int>(words.size());
+
+  CommandLine line;
+  const auto complain = [&](std::string complaint) {
+    if (line.complaint.empty()) line.complaint = std::move(complaint);
+  };
+  ::opterr = 0;
+  ::optind = 0;  // begin anew
+  for (;;) {
+    const int at = std::max(::optind, 1);
+    const int code = ::getopt_long(argc, argv.data(), grammar.letters(), grammar.options(), nullptr);
+    if (code == -1) break;
+    const std::string_view word = words[static_cast<std::size_t>(at)];
+    if (code == 1) {
+      line.files.emplace_back(::optarg);
+    } else if (code == '?') {
+      complain(_why_refused(program, word, ::optopt));
+    } else if (code == ':') {
+      complain(fmt::format("{}: expected a value, found none", word));
+    } else {
+      const std::size_t row = grammar.row(code);
+      const std::string_view key = program.options[row].key();
+      if (code >= Grammar::first_row && _long_name(word) != key) {
+        complain(fmt::format("there is no option --{}", _long_name(word)));
+        continue;
+      }
+      line.options.push_back({row, key, program.options[row].value.empty() ? "" : ::optarg});
+    }
+  }
+  line.files.insert(line.files.end(), words.begin() + ::optind, words.end());
+  if (std::find(line.files.begin(), line.files.end(), "") != line.files.end())
+    complain("expected the name of a FILE, found \"\"");
+  if (line.files.size() > program.most_files)
+    complain(fmt::format("expected {} FILE at most, found a further one: {}", program.most_files,
+                         line.files[program.most_files]));
+  return line;
+}
+
+std::string help(const Program& program) {
+  std::string text =
+      fmt::format("Usage: {} [options] {}\n{}\n\nOptions:\n", program.name, program.operands, program.purpose);
   for (const OptionEntry& entry : program.options) {
-    const auto note = [&result, key = entry.key()](const std::string& value) {
-      result.options.push_back({key, _unshielded(value)});
-    };
-    const std::string names(entry.names);
-    CLI::Option* const option = entry.value.empty()
-                                    ? app.add_flag_callback(names, [note] { note(""); })
-                                    : app.add_option_function<std::string>(names, note)->allow_extra_args(false);
-    // Noted at once, options stay in their order; with "last" an option given again does not count as an error.
-    option->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)->trigger_on_parse();
+    std::string line = entry.names.starts_with("--") ? "      " : "  ";
+    for (const char c : entry.names)
+      line += c == ',' ? ", " : std::string(1, c);
+    if (!entry.value.empty()) line.append(" ").append(entry.value);
+    if (line.size() + 2 > help_column)
+      text += line + '\n' + std::string(help_column, ' ');
+    else
+      text += line + std::string(help_column - line.size(), ' ');
+    _append_wrapped(text, entry.help);
   }
-  app.add_option("FILE", result.files);
-  try {
-    app.parse(_backwards(program, arguments));
-  } catch (const CLI::ParseError& error) {
-    // A question is answered all the same.
-    const bool was_asked = std::any_of(result.options.begin(), result.options.end(),
-                                       [&](const GivenOption& option) { return !answer(program, option.key).empty(); });
-    if (was_asked) return result;
-    if (error.get_name() != "ArgumentMismatch") throw usage_error(error.what());
-    throw usage_error(fmt::format("{}: expected a value, found none", arguments.back()));
-  }
-  for (std::string& file : result.files)
-    file = _unshielded(file);
-  if (std::find(result.files.begin(), result.files.end(), "") != result.files.end())
-    throw usage_error("expected the name of a FILE, found \"\"");
-  if (result.files.size() > program.most_files)
-    throw usage_error(fmt::format("expected {} FILE at most, found a further one: {}", program.most_files,
-                                  result.files[program.most_files]));
-  return result;
+  return text + fmt::format("\n{}\n", program.notes);
 }
 
-std::string answer(const Program& program, std::string_view key) {
-  if (key == "help") return _help(program);
-  if (key == "version") return fmt::format("{} {}\n", program.name, NGREX_VERSION);
-  return "";
+std::string version(const Program& program) {
+  return fmt::format("{} {}\n", program.name, NGREX_VERSION);
 }
 
-std::size_t whole_number(std::string_view key, std::string_view value, std::size_t least) {
+std::size_t whole_number(const GivenOption& given, std::size_t least) {
+  const std::string& value = given.value;
   std::size_t number = 0;
   const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
   if (error != std::errc() || end != value.data() + value.size() || number < least)
-    throw usage_error(fmt::format("--{}: expected a whole number from {}, found \"{}\"", key, least, value));
+    reject(given, fmt::format("a whole number from {}", least));
   return number;
+}
+
+void reject(const GivenOption& given, std::string_view expected) {
+  throw usage_error(fmt::format("--{}: expected {}, found \"{}\"", given.key, expected, given.value));
 }
 
 int run_companion(const Program& program, int argc, const char* const* argv,

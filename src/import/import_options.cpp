@@ -4,9 +4,6 @@
 #include <array>
 #include <limits>
 #include <string_view>
-#include <utility>
-
-#include <fmt/format.h>
 
 #include "companion/errors.h"
 
@@ -14,84 +11,77 @@ namespace colx {
 
 namespace {
 
-constexpr auto _entries = std::to_array<OptionEntry>({
-    {"-o,--output", "FILE", "write the datafile to FILE; - is standard output, the default"},
-    {"--from", "FORMAT", "format of the input: conllu, conllx or datafile; recognised by content where not given"},
-    {"--tag", "SOURCE", "tags: xpos, upos or feats; default xpos when all are of equal length, else feats"},
-    {"--relations", "HOW", "keep relations or turn them into analytical functions: keep, functions (default)"},
-    {"--protect-lemmas", "", "replace ' : ; ^ _ in lemmas by look-alikes; default for CoNLL-U"},
-    {"--no-protect-lemmas", "", "leave lemmas as they are; default for CoNLL-X and datafiles"},
-    {"--split", "WORDS", "several datafiles of at most WORDS words, numbered before the extension of FILE"},
-    {"--list", "FILE", "write the paths of the datafiles to the list FILE, or add them to it"},
-    {"--mask", "MASK", "count distinct tags also under this tag mask of * and -"},
-    {"--check", "", "write nothing, only report what is wrong"},
-    {"--strict", "",
-     "exit status 1 if a sentence was skipped or, with --check, if anything was wrong or there are too many tags"},
-    {"--tag-table", "", "print the letters of --tag feats and exit"},
-    {"-q,--quiet", "", "no report and no progress bar"},
-    {"-h,--help", "", "print this help and exit"},
-    {"--version", "", "print the version and exit"},
+using Row = Option<ImportSettings>;
+
+const std::string& _path(const GivenOption& given) {
+  if (given.value.empty()) reject(given, "the path of a file");
+  return given.value;
+}
+
+TreebankFormat _format(const GivenOption& given) {
+  if (given.value == "conllu") return TreebankFormat::conllu;
+  if (given.value == "conllx") return TreebankFormat::conllx;
+  if (given.value == "datafile") return TreebankFormat::datafile;
+  reject(given, "conllu, conllx or datafile");
+}
+
+TagSource _tag_source(const GivenOption& given) {
+  if (given.value == "xpos") return TagSource::xpos;
+  if (given.value == "upos") return TagSource::upos;
+  if (given.value == "feats") return TagSource::feats;
+  reject(given, "xpos, upos or feats");
+}
+
+bool _wants_functions(const GivenOption& given) {
+  if (given.value != "keep" && given.value != "functions") reject(given, "keep or functions");
+  return given.value == "functions";
+}
+
+const std::string& _mask(const GivenOption& given) {
+  if (given.value.empty() || given.value.find_first_not_of("*-") != std::string::npos)
+    reject(given, "a mask of * and -");
+  return given.value;
+}
+
+constexpr auto _rows = std::to_array<Row>({
+    {{"-o,--output", "FILE", "write the datafile to FILE; - is standard output, the default"},
+     [](ImportSettings& settings, const GivenOption& given) {
+       settings.output = _path(given) == "-" ? "" : given.value;
+     }},
+    {{"--from", "FORMAT", "format of the input: conllu, conllx or datafile; recognised by content where not given"},
+     [](ImportSettings& settings, const GivenOption& given) { settings.format = _format(given); }},
+    {{"--tag", "SOURCE", "tags: xpos, upos or feats; default xpos when all are of equal length, else feats"},
+     [](ImportSettings& settings, const GivenOption& given) { settings.tag = _tag_source(given); }},
+    {{"--relations", "HOW", "keep relations or turn them into analytical functions: keep, functions (default)"},
+     [](ImportSettings& settings, const GivenOption& given) { settings.functions = _wants_functions(given); }},
+    {{"--protect-lemmas", "", "replace ' : ; ^ _ in lemmas by look-alikes; default for CoNLL-U"},
+     [](ImportSettings& settings, const GivenOption&) { settings.protect_lemmas = true; }},
+    {{"--no-protect-lemmas", "", "leave lemmas as they are; default for CoNLL-X and datafiles"},
+     [](ImportSettings& settings, const GivenOption&) { settings.protect_lemmas = false; }},
+    {{"--split", "WORDS", "several datafiles of at most WORDS words, numbered before the extension of FILE"},
+     [](ImportSettings& settings, const GivenOption& given) { settings.split = whole_number(given, 1); }},
+    {{"--list", "FILE", "write the paths of the datafiles to the list FILE, or add them to it"},
+     [](ImportSettings& settings, const GivenOption& given) { settings.list = _path(given); }},
+    {{"--mask", "MASK", "count distinct tags also under this tag mask of * and -"},
+     [](ImportSettings& settings, const GivenOption& given) { settings.mask = _mask(given); }},
+    {{"--check", "", "write nothing, only report what is wrong"},
+     [](ImportSettings& settings, const GivenOption&) { settings.check = true; }},
+    {{"--strict", "",
+      "exit status 1 if a sentence was skipped or, with --check, if anything was wrong or there are too many tags"},
+     [](ImportSettings& settings, const GivenOption&) { settings.strict = true; }},
+    {{"--tag-table", "", "print the letters of --tag feats and exit"},
+     [](ImportSettings& settings, const GivenOption&) { settings.information = tag_table(); },
+     true},
+    {{"-q,--quiet", "", "no report and no progress bar"},
+     [](ImportSettings& settings, const GivenOption&) { settings.quiet = true; }},
+    {{"-h,--help", "", "print this help and exit"},
+     [](ImportSettings& settings, const GivenOption&) { settings.information = help(import_program); },
+     true},
+    {{"--version", "", "print the version and exit"},
+     [](ImportSettings& settings, const GivenOption&) { settings.information = version(import_program); },
+     true},
 });
-
-[[noreturn]] void _reject(std::string_view key, std::string_view value, std::string_view expected) {
-  throw usage_error(fmt::format("--{}: expected {}, found \"{}\"", key, expected, value));
-}
-
-const std::string& _path(std::string_view key, const std::string& value) {
-  if (value.empty()) _reject(key, value, "the path of a file");
-  return value;
-}
-
-TreebankFormat _format(std::string_view key, std::string_view value) {
-  if (value == "conllu") return TreebankFormat::conllu;
-  if (value == "conllx") return TreebankFormat::conllx;
-  if (value == "datafile") return TreebankFormat::datafile;
-  _reject(key, value, "conllu, conllx or datafile");
-}
-
-TagSource _tag_source(std::string_view key, std::string_view value) {
-  if (value == "xpos") return TagSource::xpos;
-  if (value == "upos") return TagSource::upos;
-  if (value == "feats") return TagSource::feats;
-  _reject(key, value, "xpos, upos or feats");
-}
-
-bool _wants_functions(std::string_view key, std::string_view value) {
-  if (value != "keep" && value != "functions") _reject(key, value, "keep or functions");
-  return value == "functions";
-}
-
-const std::string& _mask(std::string_view key, const std::string& value) {
-  if (value.empty() || value.find_first_not_of("*-") != std::string::npos) _reject(key, value, "a mask of * and -");
-  return value;
-}
-
-void _apply(std::string_view key, const std::string& value, ImportSettings& settings) {
-  if (key == "output")
-    settings.output = _path(key, value) == "-" ? "" : value;
-  else if (key == "from")
-    settings.format = _format(key, value);
-  else if (key == "tag")
-    settings.tag = _tag_source(key, value);
-  else if (key == "relations")
-    settings.functions = _wants_functions(key, value);
-  else if (key == "protect-lemmas")
-    settings.protect_lemmas = true;
-  else if (key == "no-protect-lemmas")
-    settings.protect_lemmas = false;
-  else if (key == "split")
-    settings.split = whole_number(key, value, 1);
-  else if (key == "list")
-    settings.list = _path(key, value);
-  else if (key == "mask")
-    settings.mask = _mask(key, value);
-  else if (key == "check")
-    settings.check = true;
-  else if (key == "strict")
-    settings.strict = true;
-  else if (key == "quiet")
-    settings.quiet = true;
-}
+constexpr auto _entries = entries_of(_rows);
 
 // Refuses what the options do not allow together.
 void _check_conflicts(const ImportSettings& settings) {
@@ -122,15 +112,8 @@ constinit const Program import_program = {
 };
 
 ImportSettings parse_import_options(const std::vector<std::string>& arguments) {
-  CommandLine line = parse_command_line(import_program, arguments);
   ImportSettings settings;
-  for (const auto& [key, value] : line.options) {
-    settings.information = key == "tag-table" ? tag_table() : answer(import_program, key);
-    if (!settings.information.empty()) return settings;
-  }
-  for (const auto& [key, value] : line.options)
-    _apply(key, value, settings);
-  settings.inputs = std::move(line.files);
+  if (apply_command_line(import_program, _rows, arguments, settings, settings.inputs)) return settings;
   if (settings.inputs.empty()) settings.inputs.emplace_back("-");
   _check_conflicts(settings);
   return settings;

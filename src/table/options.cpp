@@ -12,71 +12,65 @@ namespace colx::table {
 
 namespace {
 
-constexpr std::array<OptionEntry, 12> _entries = {{
-    {"--columns", "LIST", "columns to print instead of the default ones, separated by commas"},
-    {"--cells", "", "add the cells of the contingency table"},
-    {"--pattern", "", "add the N-gram as a readable tree"},
-    {"--measures", "LIST",
-     "add textbook measures, separated by commas: G2, X2, MI, MI3, logDice, Dice, t, z; for pairs Fisher, odds_ratio"},
-    {"--sort", "COLUMN", "sort by a column, descending; +COLUMN ascending"},
-    {"--top", "K", "print the first K rows only"},
-    {"--min-frequency", "F", "leave out N-grams that occur fewer than F times"},
-    {"--where", "CONDITION",
-     "leave out N-grams that do not meet a condition, such as 'lemma1=rain', 'lemma2~^un' or 'logDice>=7'; operators "
-     "are = != ~ !~ < <= >= >; may be given several times"},
-    {"--format", "FORMAT", "tsv, csv, jsonl, markdown, ucs or table; default table on a terminal, else tsv"},
-    {"--precision", "DIGITS", "significant digits of computed measures, 1 to 17; default 10"},
-    {"-h,--help", "", "print this help and exit"},
-    {"--version", "", "print the version and exit"},
-}};
+using Row = Option<Options>;
 
-std::vector<std::string> _split_list(std::string_view key, std::string_view list) {
+std::vector<std::string> _split_list(const GivenOption& given) {
   std::vector<std::string> result;
+  std::string_view list = given.value;
   for (;;) {
     const std::size_t comma = list.find(',');
     result.emplace_back(list.substr(0, comma));
-    if (result.back().empty()) throw usage_error(fmt::format("--{}: the list has an empty name", key));
+    if (result.back().empty()) throw usage_error(fmt::format("--{}: the list has an empty name", given.key));
     if (comma == std::string_view::npos) return result;
     list.remove_prefix(comma + 1);
   }
 }
 
-int _precision(std::string_view key, std::string_view value) {
+int _precision(const GivenOption& given) {
   constexpr std::size_t most = 17;  // which tell any two doubles apart
-  const std::size_t digits = whole_number(key, value, 1);
-  if (digits > most) throw usage_error(fmt::format("--{}: expected at most {}, found \"{}\"", key, most, value));
+  const std::size_t digits = whole_number(given, 1);
+  if (digits > most) reject(given, fmt::format("at most {}", most));
   return static_cast<int>(digits);
 }
 
-Format _format_named(const std::string& name) {
-  const auto format = find_format(name);
-  if (!format.has_value())
-    throw usage_error(fmt::format("--format: expected tsv, csv, jsonl, markdown, ucs or table, found \"{}\"", name));
+Format _format(const GivenOption& given) {
+  const auto format = find_format(given.value);
+  if (!format.has_value()) reject(given, "tsv, csv, jsonl, markdown, ucs or table");
   return *format;
 }
 
-void _apply(std::string_view key, const std::string& value, Options& options) {
-  if (key == "columns")
-    options.columns = _split_list(key, value);
-  else if (key == "cells")
-    options.cells = true;
-  else if (key == "pattern")
-    options.pattern = true;
-  else if (key == "measures")
-    options.measures = _split_list(key, value);
-  else if (key == "sort")
-    options.sort = parse_sort_order(value);
-  else if (key == "top")
-    options.top = whole_number(key, value, 0);
-  else if (key == "min-frequency")
-    options.min_frequency = whole_number(key, value, 0);
-  else if (key == "where")
-    options.filters.emplace_back(value);
-  else if (key == "precision")
-    options.precision = _precision(key, value);
-  else if (key == "format")
-    options.format = _format_named(value);
-}
+constexpr auto _rows = std::to_array<Row>({
+    {{"--columns", "LIST", "columns to print instead of the default ones, separated by commas"},
+     [](Options& options, const GivenOption& given) { options.columns = _split_list(given); }},
+    {{"--cells", "", "add the cells of the contingency table"},
+     [](Options& options, const GivenOption&) { options.cells = true; }},
+    {{"--pattern", "", "add the N-gram as a readable tree"},
+     [](Options& options, const GivenOption&) { options.pattern = true; }},
+    {{"--measures", "LIST",
+      "add textbook measures, separated by commas: G2, X2, MI, MI3, logDice, Dice, t, z; for pairs Fisher, odds_ratio"},
+     [](Options& options, const GivenOption& given) { options.measures = _split_list(given); }},
+    {{"--sort", "COLUMN", "sort by a column, descending; +COLUMN ascending"},
+     [](Options& options, const GivenOption& given) { options.sort = parse_sort_order(given.value); }},
+    {{"--top", "K", "print the first K rows only"},
+     [](Options& options, const GivenOption& given) { options.top = whole_number(given, 0); }},
+    {{"--min-frequency", "F", "leave out N-grams that occur fewer than F times"},
+     [](Options& options, const GivenOption& given) { options.min_frequency = whole_number(given, 0); }},
+    {{"--where", "CONDITION",
+      "leave out N-grams that do not meet a condition, such as 'lemma1=rain', 'lemma2~^un' or 'logDice>=7'; operators "
+      "are = != ~ !~ < <= >= >; may be given several times"},
+     [](Options& options, const GivenOption& given) { options.filters.emplace_back(given.value); }},
+    {{"--format", "FORMAT", "tsv, csv, jsonl, markdown, ucs or table; default table on a terminal, else tsv"},
+     [](Options& options, const GivenOption& given) { options.format = _format(given); }},
+    {{"--precision", "DIGITS", "significant digits of computed measures, 1 to 17; default 10"},
+     [](Options& options, const GivenOption& given) { options.precision = _precision(given); }},
+    {{"-h,--help", "", "print this help and exit"},
+     [](Options& options, const GivenOption&) { options.information = help(program); },
+     true},
+    {{"--version", "", "print the version and exit"},
+     [](Options& options, const GivenOption&) { options.information = version(program); },
+     true},
+});
+constexpr auto _entries = entries_of(_rows);
 
 void _check_names(const Options& options) {
   for (const std::string& name : options.columns)
@@ -107,15 +101,10 @@ constinit const Program program = {
 };
 
 Options parse_options(const std::vector<std::string>& arguments) {
-  const CommandLine line = parse_command_line(program, arguments);
   Options options;
-  for (const auto& [key, value] : line.options) {
-    options.information = answer(program, key);
-    if (!options.information.empty()) return options;
-  }
-  for (const auto& [key, value] : line.options)
-    _apply(key, value, options);
-  if (!line.files.empty()) options.input = line.files.front();
+  std::vector<std::string> files;
+  if (apply_command_line(program, _rows, arguments, options, files)) return options;
+  if (!files.empty()) options.input = files.front();
   _check_names(options);
   return options;
 }

@@ -21,7 +21,7 @@ TEST(ImportOptions, TakesTheLastOfRepeatedOptionsAndValuesThatLookLikeOptions) {
 
 TEST(ImportOptions, AnswersTheFirstQuestionAndNothingElse) {
   EXPECT_EQ(parse_import_options({"--quiet", "--version", "--help", "--tag", "nothing"}).information,
-            answer(import_program, "version"));
+            version(import_program));
 }
 
 TEST(ImportOptions, RefusesWhatDoesNotGoTogether) {
