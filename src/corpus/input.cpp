@@ -18,8 +18,9 @@ constexpr std::size_t low_water = std::size_t{4} << 10;
 
 Input::Input(std::istream& stream) : _source(stream.rdbuf()), _buffer(buffer_size) {}
 
-// Moves what is left to the front of the buffer and reads as much as fits behind it. Returns whether anything came. A
-// source that fails is not read again; the input is bad from where its bytes end.
+// Moves what is left to the front of the buffer and reads as much as fits behind it. Returns whether anything came;
+// fewer bytes than fit are not the end. A source that fails is not read again; the input is bad from where its bytes
+// end.
 bool Input::_refill() {
   std::memmove(_buffer.data(), _buffer.data() + _begin, _end - _begin);
   _read_before += static_cast<std::int64_t>(_begin);
@@ -32,11 +33,13 @@ bool Input::_refill() {
     _source_failed = true;
   }
   _end += static_cast<std::size_t>(read);
-  return read > 0;
+  _source_dry = read == 0;
+  return !_source_dry;
 }
 
+// A source that gave nothing is asked again only when the last byte is consumed, as a stream would do it.
 std::string_view Input::buffered() {
-  if (_end - _begin < low_water && good() && !_source_failed) _refill();
+  if (_end - _begin < low_water && good() && !_source_dry) _refill();
   return {_buffer.data() + _begin, _end - _begin};
 }
 

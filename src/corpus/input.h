@@ -60,6 +60,7 @@ class Input {
   bool _fail = false;
   bool _bad = false;
   bool _source_failed = false;
+  bool _source_dry = false;  // it gave nothing when it was asked last
 };
 
 // Tells whether a byte is white space in the classic locale.

@@ -34,6 +34,24 @@ class BreakingBuffer : public std::streambuf {
   bool _given = false;
 };
 
+// Counts how often it is asked.
+class CountingBuffer : public std::stringbuf {
+ public:
+  explicit CountingBuffer(const std::string& text)
+      : std::stringbuf(text, std::ios::in | std::ios::out | std::ios::ate) {}
+
+  int asked() const { return _asked; }
+
+ protected:
+  std::streamsize xsgetn(char* out, std::streamsize count) override {
+    ++_asked;
+    return std::stringbuf::xsgetn(out, count);
+  }
+
+ private:
+  int _asked = 0;
+};
+
 // Does random things to both and compares what comes of them.
 void expect_same_steps(const std::string& text, test::Random& random) {
   std::istringstream plain(text);
@@ -144,6 +162,57 @@ TEST(InputTest, CountsItsPositionAcrossManyBuffers) {
     input.ignore(5000, '\n');
   }
   EXPECT_FALSE(input.eof());
+}
+
+TEST(InputTest, ASourceThatGaveNothingIsAskedAgainAtTheLastByteOnly) {
+  CountingBuffer buffer("1\n2\n3\n4\n");
+  std::istream stream(&buffer);
+  Input input(stream);
+  for (const std::string_view left : {"1\n2\n3\n4\n", "2\n3\n4\n", "3\n4\n", "4\n"}) {
+    EXPECT_EQ(input.buffered(), left);
+    input.consume(2);
+  }
+  EXPECT_EQ(buffer.asked(), 2);
+  EXPECT_EQ(input.buffered(), "");
+  EXPECT_EQ(input.peek(), Input::end_of_input);
+  EXPECT_TRUE(input.eof());
+  EXPECT_EQ(buffer.asked(), 3);
+}
+
+TEST(InputTest, ASourceThatGrowsIsReadOn) {
+  CountingBuffer buffer("1\n2");
+  std::istream stream(&buffer);
+  Input input(stream);
+  EXPECT_EQ(input.buffered(), "1\n2");
+  EXPECT_EQ(input.buffered(), "1\n2");  // nothing came
+  buffer.sputn("3\n4\n", 4);
+  std::uint32_t number = 0;
+  input.read(number);
+  EXPECT_EQ(number, 1U);
+  input.read(number);
+  EXPECT_EQ(number, 23U);
+  EXPECT_TRUE(input.good());
+  EXPECT_EQ(input.buffered(), "\n4\n");
+  input.consume(3);
+  EXPECT_EQ(input.peek(), Input::end_of_input);
+  input.clear();
+  buffer.sputn("5\n", 2);
+  EXPECT_EQ(input.get(), '5');
+  EXPECT_EQ(input.buffered(), "\n");
+}
+
+TEST(InputTest, AShortReadIsNotTheEnd) {
+  test::Random random;
+  const std::string text(9000, 'x');
+  test::PiecewiseBuffer pieces(text, 7, random);
+  std::istream stream(&pieces);
+  Input input(stream);
+  std::size_t seen = 0;
+  while (!input.buffered().empty()) {
+    input.consume(1);
+    ++seen;
+  }
+  EXPECT_EQ(seen, text.size());
 }
 
 TEST(InputTest, AStreamThatBreaksIsAFailureAndNotTheEnd) {
