@@ -57,7 +57,8 @@ void _check_length(std::string_view text, ColumnName column, std::uint64_t line,
   if (text.size() <= longest_treebank_text) return;
   problems.push_back({line, column.number, column.name,
                       fmt::format("expected a text that takes at most {} bytes in a datafile, found {}",
-                                  longest_treebank_text, text.size())});
+                                  longest_treebank_text, text.size()),
+                      Fault::text_too_long});
 }
 
 }  // namespace

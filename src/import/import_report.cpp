@@ -199,7 +199,8 @@ std::string ImportReport::text() const {
   std::string text = _line("format", fmt::to_string(fmt::join(_formats, ", ")));
   text += _line("words", _words);
   text += _line("sentences", _sentences);
-  text += _line("skipped sentences", _skipped);
+  text += _skipped == 0 ? _line("skipped sentences", _skipped)
+                        : _line("skipped sentences", fmt::format("{} with {} words", _skipped, _skipped_words));
   if (_passed.ranges > 0) text += _line("multiword ranges", fmt::format("{} passed over", _passed.ranges));
   if (_passed.empty_nodes > 0) text += _line("empty nodes", fmt::format("{} passed over", _passed.empty_nodes));
   text += _lemma_lines() + _tag_lines() + _mask_lines() + _relation_lines();

@@ -33,7 +33,11 @@ class ImportReport {
   void add_input(const Conversion& conversion);
   // Counts a sentence, given with its words as they are written.
   void add_sentence(const TreebankSentence& sentence, const std::vector<DatafileWord>& words, const std::string& input);
-  void add_skipped() { ++_skipped; }
+  // Counts a sentence that was skipped, with its words.
+  void add_skipped(std::uint64_t words) {
+    ++_skipped;
+    _skipped_words += words;
+  }
   void add_passed(const PassedRows& passed);
 
   std::uint64_t skipped() const { return _skipped; }
@@ -68,6 +72,7 @@ class ImportReport {
   std::uint64_t _words = 0;
   std::uint64_t _sentences = 0;
   std::uint64_t _skipped = 0;
+  std::uint64_t _skipped_words = 0;
   PassedRows _passed;
   std::unordered_set<std::string> _lemmas;
   std::uint64_t _lemmas_from_forms = 0;

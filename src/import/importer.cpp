@@ -32,7 +32,7 @@ namespace colx {
 
 namespace {
 
-// The most faults of an input that are told one by one, unless finding them is all that is wanted.
+// The most faults of an input that cost sentences and are told one by one, unless finding them is all that is wanted.
 constexpr std::uint64_t most_faults_told = 50;
 
 void _say(const std::string& text) {
@@ -65,7 +65,7 @@ class Importer {
     if (_writer && !_settings.output.empty()) _warn_of_others();
     const std::string tag_fault = _report.tag_fault();
     if (!_settings.quiet)
-      _say(_report.text());
+      _say(_report.text() + _counts.text());
     else if (_settings.check && !tag_fault.empty())
       _say(fmt::format("ngrex-import: {}\n", tag_fault));
     // The report of a check is its result.
@@ -162,17 +162,21 @@ class Importer {
     TreebankSentence sentence;
     std::vector<TreebankProblem> problems;
     std::uint64_t sentences = 0;
-    _faults_of_input = 0;
-    for (; reader.next(sentence, problems); ++sentences) {
+    _faults_of_input = {};
+    _costly_of_input = 0;
+    _untold = 0;
+    while (reader.next(sentence, problems)) {
       _bar.update(source->bytes_read());
-      if (!must_be_skipped(problems)) _convert(sentence, conversion, source->name(), problems);
+      if (sentence.rows > 0) ++sentences;
+      if (sentence.rows > 0 && !must_be_skipped(problems)) _convert(sentence, conversion, source->name(), problems);
       _tell(problems, source->name());
-      if (must_be_skipped(problems)) _report.add_skipped();
+      if (must_be_skipped(problems)) _report.add_skipped(sentence.rows);
     }
     if (sentences == 0) _complain(fmt::format("{}: expected sentences, found none", source->name()));
-    if (!_settings.check && _faults_of_input > most_faults_told)
-      _say(fmt::format("ngrex-import: {}: further faults: {} (--check tells them all)\n", source->name(),
-                       _faults_of_input - most_faults_told));
+    if (_untold > 0)
+      _say(fmt::format("ngrex-import: {}: further faults: {} (--check tells them all)\n", source->name(), _untold));
+    // They were told as one fault.
+    if (reader.carriage_returns() > 1) _counts.add(Fault::carriage_return, reader.carriage_returns() - 1);
     _report.add_passed(reader.passed());
     _bar.finish_input(source->bytes_read());
   }
@@ -195,8 +199,6 @@ class Importer {
 
   void _complain(const std::string& message) {
     ++_faults;
-    ++_faults_of_input;
-    if (!_settings.check && _faults_of_input > most_faults_told) return;
     _bar.clear();
     _say(fmt::format("ngrex-import: {}\n", printable(message)));
   }
@@ -206,10 +208,23 @@ class Importer {
                                     : _settings.check          ? "the sentence would be skipped"
                                                                : "the sentence is skipped";
     for (const TreebankProblem& problem : problems) {
+      _counts.add(problem.fault);
+      if (!_is_told(problem.fault)) {
+        ++_untold;
+        continue;
+      }
       const std::string column =
           problem.column == 0 ? "" : fmt::format("column {} ({}): ", problem.column, problem.column_name);
       _complain(fmt::format("{}:{}: {}{}; {}", input, problem.line, column, problem.text, consequence));
     }
+  }
+
+  // Whether another fault of the input in hand is told: of those that cost sentences the first so many, of every other
+  // kind the first.
+  bool _is_told(Fault fault) {
+    const bool is_first = _faults_of_input.of(fault) == 0;
+    _faults_of_input.add(fault);
+    return _settings.check || (costs_sentence(fault) ? ++_costly_of_input <= most_faults_told : is_first);
   }
 
   // Tells of files that another import of the same output left, as a list may name them too: parts with higher numbers,
@@ -243,7 +258,10 @@ class Importer {
   ReadingBar _bar;
   std::string _text;  // of the sentence in hand
   std::uint64_t _faults = 0;
-  std::uint64_t _faults_of_input = 0;
+  FaultCounts _counts;
+  FaultCounts _faults_of_input;
+  std::uint64_t _costly_of_input = 0;
+  std::uint64_t _untold = 0;  // of the input in hand
 };
 
 }  // namespace

@@ -18,7 +18,8 @@ std::string quoted(std::string_view text) {
 }
 
 bool must_be_skipped(const std::vector<TreebankProblem>& problems) {
-  return std::any_of(problems.begin(), problems.end(), [](const TreebankProblem& p) { return !p.repaired; });
+  return std::any_of(problems.begin(), problems.end(),
+                     [](const TreebankProblem& p) { return costs_sentence(p.fault); });
 }
 
 }  // namespace colx

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "import/fault.h"
+
 namespace colx {
 
 // The formats that are read.
@@ -28,6 +30,7 @@ struct TreebankWord {
 // The words in order; the position of a word is its index and 1.
 struct TreebankSentence {
   std::vector<TreebankWord> words;
+  std::uint64_t rows = 0;  // rows of words, those that are lost by a fault included
   std::uint64_t line = 0;  // of its first row
 };
 
@@ -36,8 +39,8 @@ struct TreebankProblem {
   std::uint64_t line = 0;
   unsigned column = 0;  // from 1; 0: the line as a whole
   const char* column_name = "";
-  std::string text;       // what was expected and what was found
-  bool repaired = false;  // the sentence is read all the same
+  std::string text;  // what was expected and what was found
+  Fault fault = Fault::columns;
 };
 
 // Whether a sentence with these problems has to be skipped.

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "import/line_scan.h"
+#include "import/other_rows.h"
 #include "import/sentence.h"
 #include "import/treebank_source.h"
 
@@ -20,37 +22,67 @@ struct PassedRows {
 
 // Takes the rows of a source, which it does not own and which stands at its beginning, together to sentences.
 //
-// A sentence ends with an empty line or with the input. Comments, multiword ranges and empty nodes of the CoNLL formats
-// are passed over. Every fault of a row is noted as a problem; a sentence with one that is not marked as repaired
-// cannot be used. Faults of the tree are noted by check_tree, which every sentence without other faults goes through.
+// A sentence ends with an empty line, with one of white space, with the input, or where the numbers of words begin anew
+// at 1. Comments, multiword ranges and empty nodes of the CoNLL formats are passed over. Every fault is noted as a
+// problem; a sentence with one that costs it cannot be used. Faults of the tree are noted by check_tree, which every
+// sentence without such a fault goes through. What concerns the format rather than the words, such as empty columns, is
+// looked for in CoNLL-U only.
 class SentenceReader {
  public:
   SentenceReader(TreebankSource& source, TreebankFormat format) : _source(source), _format(format) {}
 
-  // Reads the next sentence that has at least one row; returns false at the end. `problems` holds those of this
-  // sentence. Passes on input_error.
+  // Reads the next sentence; returns false at the end. `problems` holds those of this sentence. Where something is
+  // wrong between sentences it comes as a sentence without rows, which is none. Passes on input_error.
   bool next(TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
 
   const PassedRows& passed() const { return _passed; }
 
+  // How many lines ended with CR LF, which is noted as a problem once.
+  std::uint64_t carriage_returns() const { return _carriage_returns; }
+
  private:
-  void _add_row(std::string_view line, TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
-  void _add_conll_row(std::string_view line, TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
-  void _add_datafile_row(std::string_view line, TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
-  bool _ends_sentence(std::string_view line) const;
-  void _note_carriage_return(std::vector<TreebankProblem>& problems);
-  void _pass_byte_order_mark(std::string_view& line, std::vector<TreebankProblem>& problems);
-  void _note_broken_row(std::vector<TreebankProblem>& problems, std::string text);
-  bool _check_order(std::string_view text, std::vector<TreebankProblem>& problems);
-  void _note(std::vector<TreebankProblem>& problems, unsigned column, std::string text, bool repaired = false);
+  // Rows behind a word that may open the next sentence, when an empty line is missing: comments, a range from 1, empty
+  // nodes before the first word. What they are decides the next row of a word.
+  struct Opening {
+    OtherRows rows;
+    std::vector<TreebankProblem> if_inside;
+    std::vector<TreebankProblem> if_first;
+  };
+
+  void _begin(TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
+  bool _next_line(std::vector<TreebankProblem>& problems);
+  bool _restarts() const;
+  void _add_line(TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
+  void _add_conll_row(const LineTraits& traits, TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
+  void _add_other_row(bool is_range, const std::string_view (&columns)[10], std::size_t count,
+                      TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
+  void _add_datafile_row(TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
+  void _end_sentence(TreebankSentence& sentence, bool joined, std::vector<TreebankProblem>& problems);
+  bool _check_order(std::string_view text, TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
+  void _close_opening(std::vector<TreebankProblem>& problems);
+  void _note_line_without_row(const TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
+  void _note_end_of_input(const TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
+  void _note_broken_row(TreebankSentence& sentence, std::vector<TreebankProblem>& problems, Fault fault,
+                        std::string text);
+  TreebankProblem _problem(Fault fault, unsigned column, std::string text) const;
+  void _note(std::vector<TreebankProblem>& problems, Fault fault, unsigned column, std::string text) const;
 
   TreebankSource& _source;
   TreebankFormat _format;
   PassedRows _passed;
-  bool _carriage_returns_noted = false;
+  std::uint64_t _carriage_returns = 0;
   bool _compression_noted = false;
+  bool _any_sentence = false;
+
+  std::string_view _line;   // without its line end
+  bool _line_held = false;  // it belongs to the next sentence
   bool _orders_broken = false;
-  std::uint64_t _rows = 0;  // word rows of the sentence in hand, good or bad
+  bool _begins_with_one = false;
+  bool _commented = false;        // there are comments before the sentence
+  OtherRows _other_rows;          // of the sentence in hand
+  std::uint64_t _range_line = 0;  // of the last range
+  bool _range_has_parent = false;
+  Opening _opening;
 };
 
 }  // namespace colx

@@ -12,15 +12,16 @@ namespace colx {
 void check_tree(const TreebankSentence& sentence, unsigned column, const char* column_name,
                 std::vector<TreebankProblem>& problems) {
   const auto& words = sentence.words;
-  const auto note = [&](const TreebankWord& word, std::string text) {
-    problems.push_back({word.line, column, column_name, std::move(text), false});
+  const auto note = [&](const TreebankWord& word, Fault fault, std::string text) {
+    problems.push_back({word.line, column, column_name, std::move(text), fault});
   };
   // 0: not visited; else the word from which the walk that came here set out.
   std::vector<std::uint32_t> visited_from(words.size() + 1);
   for (const TreebankWord& word : words) {
     if (word.parent > words.size()) {
-      note(word, fmt::format("expected the number of a word of the sentence, 1 to {}, or 0, found {}", words.size(),
-                             word.parent));
+      note(word, Fault::parent_outside,
+           fmt::format("expected the number of a word of the sentence, 1 to {}, or 0, found {}", words.size(),
+                       word.parent));
     }
   }
   for (std::uint32_t start = 1; start <= words.size(); ++start) {
@@ -33,8 +34,9 @@ void check_tree(const TreebankSentence& sentence, unsigned column, const char* c
     std::uint32_t first = at;
     for (std::uint32_t member = words[at - 1].parent; member != at; member = words[member - 1].parent)
       first = std::min(first, member);
-    note(words[first - 1], fmt::format("expected a tree, found a cycle of parents through word {} ({} -> {})", first,
-                                       first, words[first - 1].parent));
+    note(words[first - 1], Fault::cycle,
+         fmt::format("expected a tree, found a cycle of parents through word {} ({} -> {})", first, first,
+                     words[first - 1].parent));
   }
 }
 

@@ -189,8 +189,37 @@ TEST_F(ImportTest, TellsFiftyFaultsAndCountsTheRest) {
   EXPECT_EQ(lines(run({"-q", "--check"}, text).err), 53);
 }
 
+TEST_F(ImportTest, TellsTheFirstFaultOfAHarmlessKindAndCountsAllOfThem) {
+  const std::string text = rain + " \n" + rain + "\t\n" + broken;
+  const ToolResult result = run({}, text);
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.out, rain_datafile + rain_datafile);
+  EXPECT_TRUE(
+      result.err.starts_with("ngrex-import: standard input:8: expected an empty line, found one of white space; "
+                             "read as if it were right\n"
+                             "ngrex-import: standard input:17: column 7 (HEAD): "))
+      << result.err;
+  EXPECT_NE(result.err.find("further faults: 1 (--check tells them all)\n"), std::string::npos);
+  EXPECT_NE(result.err.find("\nskipped sentences:      1 with 1 words\n"), std::string::npos);
+  EXPECT_TRUE(
+      result.err.ends_with("faults that skip:       1\n"
+                           "  parents not numbers   1\n"
+                           "faults read over:       2\n"
+                           "  lines of white space  2\n"))
+      << result.err;
+  EXPECT_EQ(run({"-q", "--strict"}, rain + " \n").status, 0);
+  EXPECT_EQ(run({"-q", "--strict", "--check"}, rain + " \n").status, 1);
+}
+
+TEST_F(ImportTest, CountsEveryLineThatEndsWithACarriageReturn) {
+  const std::string windows = "1\ta\ta\tX\tX\t_\t0\troot\t_\t_\r\n\r\n";
+  const ToolResult result = run({"--check"}, windows + windows);
+  EXPECT_EQ(std::count(result.err.begin(), result.err.end(), ';'), 1) << result.err;
+  EXPECT_TRUE(result.err.ends_with("  line ends of CR LF    4\n")) << result.err;
+}
+
 TEST_F(ImportTest, TellsOfAnInputWithoutSentences) {
-  const ToolResult result = run({"-q"}, "# only a comment\r1\ta\r");
+  const ToolResult result = run({"-q"}, "# only a comment\n");
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.err, "ngrex-import: standard input: expected sentences, found none\n");
 }

@@ -42,7 +42,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     TreebankSentence sentence;
     std::vector<TreebankProblem> problems;
     while (reader.next(sentence, problems)) {
-      if (must_be_skipped(problems)) continue;
+      promise(must_be_skipped(problems) || sentence.words.size() == sentence.rows, "a sentence that is read is whole");
+      promise(sentence.rows > 0 || !problems.empty(), "where there is no sentence something is wrong");
+      if (sentence.rows == 0 || must_be_skipped(problems)) continue;
       const std::vector<DatafileWord> words = datafile_words(sentence, conversion, problems);
       if (must_be_skipped(problems)) continue;
       for (std::size_t i = 0; i < words.size(); ++i)

@@ -57,7 +57,7 @@ Seen _read(const std::string& text, TreebankFormat format) {
   TreebankSentence sentence;
   std::vector<TreebankProblem> problems;
   while (reader.next(sentence, problems)) {
-    if (!must_be_skipped(problems)) seen.lengths.push_back(sentence.words.size());
+    if (sentence.rows > 0 && !must_be_skipped(problems)) seen.lengths.push_back(sentence.words.size());
     for (const TreebankProblem& p : problems)
       seen.problems.push_back(std::to_string(p.line) + ":" + std::to_string(p.column) + " " + p.text);
   }
@@ -100,9 +100,11 @@ TEST(TreebankFormat, IsRecognisedByContent) {
 
 TEST(SentenceReader, PassesOverByteOrderMarksAtTheBeginningOfLines) {
   const std::string mark = "\xEF\xBB\xBF";
-  const Seen seen = _read(mark + _row("1", "0") + "\n" + mark + "# c\n" + _row("1", "0"), TreebankFormat::conllu);
+  const Seen seen =
+      _read(mark + _row("1", "0") + "\n" + mark + "# c\n" + _row("1", "0") + "\n", TreebankFormat::conllu);
   EXPECT_EQ(seen.lengths, (Lengths{1, 1}));
-  EXPECT_EQ(seen.problems, Problems{});
+  EXPECT_EQ(seen.problems, (Problems{"1:0 expected text, found a byte order mark",  //
+                                     "3:0 expected text, found a byte order mark"}));
   EXPECT_EQ(recognise_format(mark + _row("1", "0")), TreebankFormat::conllu);
   const Seen datafile = _read(mark + "1 f l t 0 Pred\n", TreebankFormat::datafile);
   EXPECT_EQ(datafile.lengths, Lengths{1});
@@ -112,20 +114,48 @@ TEST(SentenceReader, PassesOverByteOrderMarksAtTheBeginningOfLines) {
 TEST(SentenceReader, PassesOverCommentsRangesAndEmptyNodes) {
   const Seen seen =
       _read("# c\r\n1-2\tx\n" + _row("1", "0") + _row("1.1", "_") + _row("2", "1") + "\n\n" + _row("1", "0"),
-            TreebankFormat::conllu);
+            TreebankFormat::conllx);
   EXPECT_EQ(seen.lengths, (Lengths{2, 1}));
   EXPECT_EQ(seen.problems, Problems{});
 }
 
-TEST(SentenceReader, TakesARowOfEmptyColumnsForABrokenOne) {
-  const Seen seen = _read(_row("1", "0") + "\t\t\t\t\t\t\t\t\t\n" + _row("3", "1"), TreebankFormat::conllu);
-  EXPECT_EQ(seen.lengths, Lengths{});
-  EXPECT_EQ(seen.problems.front(), "2:1 expected the number 2, found \"\"");
+TEST(SentenceReader, AsksOfOtherFormatsNothingThatOnlyConllUDemands) {
+  const std::string text = "\xEF\xBB\xBF" + _row("01", "0", "a b") + "# c\n" + _row("2", "1", "") + _row("9.9", "_") +
+                           "\n\n" + _row("1", "0", "caf\xE9") + "5-4\r\n";
+  const Seen seen = _read(text, TreebankFormat::conllx);
+  EXPECT_EQ(seen.lengths, (Lengths{2, 1}));
+  EXPECT_EQ(seen.problems, Problems{});
+}
+
+TEST(SentenceReader, EndsASentenceWhereNumbersBeginAnewInEveryFormat) {
+  const Problems missing{"2:0 expected an empty line between sentences, found the first word of the next one"};
+  const Seen conllx = _read(_row("1", "0") + _row("1", "0") + _row("2", "1"), TreebankFormat::conllx);
+  EXPECT_EQ(conllx.lengths, (Lengths{1, 2}));
+  EXPECT_EQ(conllx.problems, missing);
+  const Seen datafile = _read("1 f l t 0 Pred\n 1 f l t 0 Pred\n2 f l t 1 Sb\n", TreebankFormat::datafile);
+  EXPECT_EQ(datafile.lengths, (Lengths{1, 2}));
+  EXPECT_EQ(datafile.problems, missing);
+}
+
+TEST(SentenceReader, CountsTheWordsOfSentencesThatAreLost) {
+  const test::TemporaryFolder folder;
+  TreebankSource source(folder.write("x", _row("1", "0") + _row("3", "1") + "short\n" + _row("4", "x") +
+                                              _row("1", "0") + _row("2", "7") + "\n"),
+                        false);
+  SentenceReader reader(source, TreebankFormat::conllu);
+  TreebankSentence sentence;
+  std::vector<TreebankProblem> problems;
+  for (const std::uint64_t rows : {4U, 2U}) {
+    ASSERT_TRUE(reader.next(sentence, problems));
+    EXPECT_TRUE(must_be_skipped(problems));
+    EXPECT_EQ(sentence.rows, rows);
+  }
+  EXPECT_FALSE(reader.next(sentence, problems));
 }
 
 TEST(SentenceReader, NamesLineAndColumnOfWhatIsWrongAndSkipsThatSentenceOnly) {
   const Seen seen = _read(_row("1", "0") + "\n" + _row("1", "x") + _row("3", "0") + "\n" + "1\tshort\n\n" +
-                              _row("1", "2") + "\n" + _row("1", "2") + _row("2", "1") + "\n" + _row("1", "0"),
+                              _row("1", "2") + "\n" + _row("1", "2") + _row("2", "1") + "\n" + _row("1", "0") + "\n",
                           TreebankFormat::conllu);
   EXPECT_EQ(seen.lengths, (Lengths{1, 1}));
   EXPECT_EQ(seen.problems,
@@ -155,6 +185,7 @@ TEST(SentenceReader, RefusesZeroBytesAndSentencesThatAreTooLong) {
   text += "\n";
   for (int i = 1; i <= 65535; ++i)
     text += _row(std::to_string(i), "0");
+  text += "\n";
   const Seen seen = _read(text, TreebankFormat::conllu);
   EXPECT_EQ(seen.lengths, (Lengths{65535}));
   EXPECT_EQ(seen.problems, (Problems{"1:0 expected text, found a zero byte",

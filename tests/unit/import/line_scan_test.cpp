@@ -1,0 +1,63 @@
+// The quick look at a line says what a look at every byte says.
+
+#include "import/line_scan.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+#include "tests/support/random.h"
+
+namespace colx {
+
+void PrintTo(const LineTraits& traits, std::ostream* out) {
+  *out << traits.blanks << traits.not_ascii << traits.empty_column;
+}
+
+namespace {
+
+LineTraits _plain_traits(std::string_view line) {
+  LineTraits traits;
+  std::size_t column = 0;  // its size
+  for (const char c : line) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (c == '\t') {
+      traits.empty_column = traits.empty_column || column == 0;
+      column = 0;
+      continue;
+    }
+    ++column;
+    traits.blanks = traits.blanks || byte <= 0x20;
+    traits.not_ascii = traits.not_ascii || byte >= 0x80;
+  }
+  traits.empty_column = traits.empty_column || column == 0;
+  return traits;
+}
+
+TEST(LineScan, FindsEveryByteValueAtEveryPlace) {
+  for (std::size_t size = 1; size <= 20; ++size) {
+    for (std::size_t at = 0; at < size; ++at) {
+      for (int byte = 0; byte < 256; ++byte) {
+        std::string line(size, 'a');
+        line[at] = static_cast<char>(byte);
+        ASSERT_EQ(scan_line(line), _plain_traits(line)) << size << " " << at << " " << byte;
+      }
+    }
+  }
+  EXPECT_EQ(scan_line(""), _plain_traits(""));
+}
+
+TEST(LineScan, AgreesOnRandomLines) {
+  test::Random random;
+  constexpr std::string_view bytes("\t\t\t\tabc! \x08\n\x00\x7F\x80\x89\xA0\xFF_1", 21);
+  for (int round = 0; round < 20000; ++round) {
+    const std::string line = random.text(40, round % 2 == 0 ? bytes : "\tabcdefg");
+    ASSERT_EQ(scan_line(line), _plain_traits(line)) << line;
+  }
+}
+
+}  // namespace
+}  // namespace colx
