@@ -5,9 +5,11 @@ usage: documents.py SOURCE_FOLDER BUILD_FOLDER
 Every relative link leads somewhere, in the source tree and among the installed documents. Every place that names the
 version names that of the build. The tables of docs/import.md are those of the program. Every command of the tutorial and of
 the examples, run here, prints what stands below it, but for lines that are left out ("[...]") and times; the lines for pandas
-and R are not run.
+and R are not run. The commands of scripts/demo run too, and write the block that README.md and the demo explain; those of
+README.md for a treebank run on another one.
 """
 
+import contextlib
 import os
 import re
 import subprocess
@@ -15,7 +17,9 @@ import sys
 import tempfile
 
 PROGRAMS = ["ngrex", "ngrex-import", "ngrex-table"]
-COMMAND = re.compile(r"(\./)?build/release/|mkdir |head ")
+COMMAND = re.compile(r"(\./)?build/release/|mkdir |head |awk ")
+
+CODE = ("import pandas", "pairs <-")
 
 failures = []
 
@@ -130,32 +134,80 @@ def agrees(printed, shown):
     return re.fullmatch(pattern, "".join(line + "\n" for line in comparable(printed))) is not None
 
 
-def check_commands(source, build, document, fewest):
-    """Runs the commands of a document where its examples and programs are. The block below a command must be what it, or
-    the last of several, prints; any other must stand in a file that a command wrote."""
-    commands = 0
+@contextlib.contextmanager
+def workplace(source, build):
+    """A folder for commands, with examples/ and build/release/."""
     with tempfile.TemporaryDirectory() as folder:
         os.symlink(os.path.join(source, "examples"), os.path.join(folder, "examples"))
         os.mkdir(os.path.join(folder, "build"))
         os.symlink(build, os.path.join(folder, "build", "release"))
+        yield folder
+
+
+def check_commands(source, build, document, fewest):
+    """Runs the commands of a document where its examples and programs are. The block below a command must be what it, or
+    the last of several, prints; any other must stand in a file that a command wrote."""
+    commands = 0
+    with workplace(source, build) as folder:
         for block in indented_blocks(read(source, document)):
-            printed = None
+            groups = [[]]
             for paragraph in block:
-                if paragraph.startswith(("import pandas", "pairs <-")):
-                    break
                 if COMMAND.match(paragraph):
-                    commands += paragraph.count("build/release/")
-                    for command in re.split(r"(?<!\\)\n", paragraph):
-                        run = subprocess.run(["bash", "-c", command], cwd=folder, capture_output=True, text=True)
-                        expect(run.returncode == 0, f"{document}: status {run.returncode} of {command}\n{run.stderr}")
-                        printed = run.stdout + run.stderr
-                elif printed is not None:
-                    expect(agrees(printed, paragraph), f"{document}: not this but\n{printed}is printed:\n{paragraph}")
-                else:
-                    written = [read(at, f) for at, _, files in os.walk(os.path.join(folder, "build")) for f in files]
-                    expect(any(paragraph + "\n" in text for text in written),
-                           f"{document}: no file has this block:\n{paragraph}")
+                    groups.append([])
+                groups[-1].append(paragraph)
+            for group in groups[1:]:
+                commands += group[0].count("build/release/")
+                for command in re.split(r"(?<!\\)\n", group[0]):
+                    run = subprocess.run(["bash", "-c", command], cwd=folder, capture_output=True, text=True)
+                    expect(run.returncode == 0, f"{document}: status {run.returncode} of {command}\n{run.stderr}")
+                shown = [p for p in group[1:] if not p.startswith(CODE)]
+                printed = run.stdout + run.stderr
+                expect(not shown or agrees(printed, "\n".join(shown)), f"{document}: not this but\n{printed}is printed:\n{shown}")
+            written = [read(at, f) for at, _, files in os.walk(os.path.join(folder, "build")) for f in files]
+            for paragraph in groups[0]:
+                expect(paragraph.startswith(CODE) or any(paragraph + "\n" in text for text in written),
+                       f"{document}: no file has this block:\n{paragraph}")
     expect(commands >= fewest, f"{document}: only {commands} commands found")
+
+
+def run_all(folder, commands, where):
+    """What commands of a shell print, all together; one that fails is a failure."""
+    printed = ""
+    for command in commands:
+        run = subprocess.run(["bash", "-c", command], cwd=folder, capture_output=True, text=True)
+        expect(run.returncode == 0, f"{where}: status {run.returncode} of {command}\n{run.stderr}")
+        printed += run.stdout
+    return printed
+
+
+def check_demo(source, build):
+    demo = read(source, "scripts", "demo")
+    readme = read(source, "README.md")
+    with workplace(source, build) as folder:
+        os.mkdir(os.path.join(folder, "build", "demo"))
+        commands = [command.replace("\\\\", "\\") for command in re.findall(r'^run "(.*?)"$', demo, re.M | re.S)]
+        table = run_all(folder, commands + re.findall(r"^awk .*$", demo, re.M), "scripts/demo")
+        blocks = [p for block in indented_blocks(readme) for p in block if p.startswith("1\t")]
+        expect(len(blocks) == 1 and table.endswith("\n" + blocks[0] + "\n"), f"README.md explains another block than {table}")
+        for text in (demo, readme):
+            told = re.sub(r"[\s*\"]+", " ", text)
+            for number, what in zip(blocks[0].split("\n")[2].split("\t"), ("have neither", "have", "have", "are heavy rain")):
+                expect(f" {number} {what}" in told, f"{number} {what} is not said")
+
+
+def check_pipeline(source, build):
+    """The commands of README.md for a treebank, on that of the examples."""
+    with workplace(source, build) as folder:
+        blocks = indented_blocks(read(source, "README.md"))
+        lines, shown = next(block for block in blocks if block[0].startswith("$ ngrex-import"))
+        commands = re.split(r"^\$ ", lines, flags=re.M)[1:]
+        treebank = re.search(r"\S+\.conllu", commands[0]).group()
+        os.symlink(os.path.join(source, "examples", "weather.conllu"), os.path.join(folder, treebank))
+        run_all(folder, [f"PATH={build}:$PATH; {command}" for command in commands[:2]], "README.md")
+        table = run_all(folder, [f"PATH={build}:$PATH; {commands[2]}"], "README.md")
+        rows = [line.split() for line in table.splitlines()]
+        expect(rows and rows[0] == shown.split("\n")[0].split(), f"README.md shows other columns than {table}")
+        expect(["heavy", "<Atr", "rain", "9"] in [row[:4] for row in rows], f"README.md: no heavy rain in {table}")
 
 
 def main():
@@ -168,6 +220,8 @@ def main():
     check_import_tables(source, build)
     check_commands(source, build, "docs/tutorial.md", 12)
     check_commands(source, build, "examples/README.md", 3)
+    check_demo(source, build)
+    check_pipeline(source, build)
     for failure in failures:
         print(failure)
     print(f"{len(failures)} disagreements")
