@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <string_view>
 
 #include "util/hashing.h"
@@ -13,8 +14,8 @@
 namespace colx {
 
 // Remembers the value of the last text in each of its 2^place_bits places; a text has one place only. Texts longer than
-// `longest` bytes are never remembered. Costs one short hash and one comparison.
-template <typename Value, unsigned place_bits>
+// `longest` bytes, at most 255, are never remembered. Costs one hash and one comparison.
+template <typename Value, unsigned place_bits, std::size_t longest = 28>
 class TextCache {
  public:
   // Returns the value of a text, computing it by `compute(text)` when it is not remembered.
@@ -34,7 +35,7 @@ class TextCache {
   }
 
  private:
-  static constexpr std::size_t longest = 28;
+  static_assert(longest <= std::numeric_limits<std::uint8_t>::max());
 
   struct Entry {
     char text[longest];
@@ -43,8 +44,8 @@ class TextCache {
     Value value;
   };
 
-  // The first and the last bytes tell most tags and relation names apart.
   static std::size_t _place(std::string_view text) {
+    if (text.size() > 16) return hash_bytes(text.data(), text.size()) >> (64 - place_bits);
     const std::size_t length = text.size() < 8 ? text.size() : 8;
     const std::uint64_t head = load_up_to_8(text.data(), length);
     const std::uint64_t tail = load_up_to_8(text.data() + text.size() - length, length);

@@ -1,15 +1,17 @@
 #include "import/datafile_words.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
-#include <utility>
 
 #include <fmt/format.h>
 
 #include "import/datafile_writer.h"
 #include "import/lemma_protection.h"
 #include "import/relations.h"
+#include "output/number_format.h"
+#include "util/short_runs.h"
 
 namespace colx {
 
@@ -20,27 +22,6 @@ struct ColumnName {
   unsigned number;
   const char* name;
 };
-
-void _convert_lemma(const TreebankWord& word, const Conversion& conversion, DatafileWord& result) {
-  const bool is_datafile = conversion.format == TreebankFormat::datafile;
-  result.lemma_is_form = word.lemma.empty() || (word.lemma == "_" && !is_datafile);
-  result.lemma = datafile_field(result.lemma_is_form ? word.form : word.lemma);
-  if (!(result.lemma_is_form ? conversion.protect_forms : conversion.protect_lemmas)) return;
-  std::string shielded = protect_lemma(result.lemma);
-  result.is_protected = shielded != result.lemma;
-  result.lemma = std::move(shielded);
-}
-
-void _convert_tag(const TreebankWord& word, const Conversion& conversion, DatafileWord& result) {
-  if (conversion.format == TreebankFormat::datafile || conversion.tag == TagSource::xpos) {
-    result.tag = datafile_field(word.xpos);
-  } else if (conversion.tag == TagSource::upos) {
-    result.tag = datafile_field(word.upos);
-  } else {
-    result.tag = positional_tag(word.upos, word.feats);
-    result.has_unknown_values = result.tag.find('?') != std::string::npos;
-  }
-}
 
 ColumnName _lemma_column(const Conversion& conversion, const DatafileWord& word) {
   if (conversion.format == TreebankFormat::datafile) return {3, "lemma"};
@@ -63,25 +44,93 @@ void _check_length(std::string_view text, ColumnName column, std::uint64_t line,
 
 }  // namespace
 
-std::vector<DatafileWord> datafile_words(const TreebankSentence& sentence, const Conversion& conversion,
-                                         std::vector<TreebankProblem>& problems) {
-  std::vector<std::string> functions;
-  if (conversion.functions) functions = analytical_functions(sentence);
-  std::vector<DatafileWord> words(sentence.words.size());
-  for (std::size_t i = 0; i < words.size(); ++i) {
-    const TreebankWord& word = sentence.words[i];
-    DatafileWord& result = words[i];
-    result.form = datafile_field(word.form);
-    _convert_lemma(word, conversion, result);
-    _convert_tag(word, conversion, result);
-    result.relation = conversion.functions ? functions[i] : datafile_field(word.relation);
-    const bool is_known =
-        result.relation != "Undef" && (conversion.functions || is_analytical_function(result.relation));
-    result.relation_is_undefined = !is_known && word.relation != "Undef";
-    _check_length(kept_lemma(result.lemma), _lemma_column(conversion, result), word.line, problems);
-    _check_length(result.tag, _tag_column(conversion), word.line, problems);
+std::string_view SentenceConverter::_field(std::string_view text) {
+  return is_datafile_field(text) ? text : _texts.keep(datafile_field(text));
+}
+
+void SentenceConverter::_convert_lemma(const TreebankWord& word, DatafileWord& result) {
+  const bool is_datafile = _conversion.format == TreebankFormat::datafile;
+  result.lemma_is_form = word.lemma.empty() || (word.lemma == "_" && !is_datafile);
+  result.lemma = _field(result.lemma_is_form ? word.form : word.lemma);
+  result.kept_lemma = kept_lemma(result.lemma);
+  const bool protects = result.lemma_is_form ? _conversion.protect_forms : _conversion.protect_lemmas;
+  if (!protects || result.kept_lemma.size() == result.lemma.size()) return;
+  result.lemma = _texts.keep(protect_lemma(result.lemma));
+  result.kept_lemma = result.lemma;
+  result.is_protected = true;
+}
+
+void SentenceConverter::_convert_tag(const TreebankWord& word, DatafileWord& result) {
+  if (_conversion.format == TreebankFormat::datafile || _conversion.tag == TagSource::xpos) {
+    result.tag = _field(word.xpos);
+  } else if (_conversion.tag == TagSource::upos) {
+    result.tag = _field(word.upos);
+  } else {
+    _make_tag(word, result);
   }
-  return words;
+}
+
+void SentenceConverter::_make_tag(const TreebankWord& word, DatafileWord& result) {
+  // No column holds a TAB.
+  _key.assign(word.upos).append(1, '\t').append(word.feats);
+  const MadeTag made = _made_tags.get(_key, [&](std::string_view) {
+    const std::string tag = positional_tag(word.upos, word.feats);
+    MadeTag made_tag{{}, tag.find('?') != std::string::npos};
+    std::copy(tag.begin(), tag.end(), made_tag.letters.begin());
+    return made_tag;
+  });
+  result.tag = _texts.keep({made.letters.data(), made.letters.size()});
+  result.has_unknown_values = made.has_unknown_values;
+}
+
+const std::vector<DatafileWord>& SentenceConverter::convert(const TreebankSentence& sentence,
+                                                            std::vector<TreebankProblem>& problems) {
+  _texts.clear();
+  if (_conversion.functions) _functions = analytical_functions(sentence);
+  _words.assign(sentence.words.size(), {});
+  for (std::size_t i = 0; i < _words.size(); ++i) {
+    const TreebankWord& word = sentence.words[i];
+    DatafileWord& result = _words[i];
+    result.form = _field(word.form);
+    _convert_lemma(word, result);
+    _convert_tag(word, result);
+    result.relation = _conversion.functions ? std::string_view(_functions[i]) : _field(word.relation);
+    const bool is_known =
+        result.relation != "Undef" && (_conversion.functions || is_analytical_function(result.relation));
+    result.relation_is_undefined = !is_known && word.relation != "Undef";
+    _check_length(result.kept_lemma, _lemma_column(_conversion, result), word.line, problems);
+    _check_length(result.tag, _tag_column(_conversion), word.line, problems);
+  }
+  return _words;
+}
+
+void append_rows(std::string& text, const TreebankSentence& sentence, const std::vector<DatafileWord>& words) {
+  // Two numbers of up to ten digits, five separators and a line feed.
+  constexpr std::size_t longest_besides = 26;
+  const std::size_t size = text.size();
+  std::size_t most = size;
+  for (const DatafileWord& word : words)
+    most += word.form.size() + word.lemma.size() + word.tag.size() + word.relation.size() + longest_besides;
+  text.resize(most);
+  char* out = text.data() + size;
+  const auto field = [&](std::string_view value, char separator) {
+    out = copy_bytes(out, value.data(), value.size());
+    *out++ = separator;
+  };
+  const auto number = [&](std::uint32_t value) {
+    out = format_unsigned(out, value);
+    *out++ = '\t';
+  };
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const DatafileWord& word = words[i];
+    number(static_cast<std::uint32_t>(i + 1));
+    field(word.form, '\t');
+    field(word.lemma, '\t');
+    field(word.tag, '\t');
+    number(sentence.words[i].parent);
+    field(word.relation, '\n');
+  }
+  text.resize(static_cast<std::size_t>(out - text.data()));
 }
 
 }  // namespace colx

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <utility>
 
@@ -22,17 +23,38 @@ constexpr std::string_view no_break_space = "\xC2\xA0";
 // none.
 std::size_t _white_space_size(std::string_view text) {
   if (is_field_separator(text[0])) return 1;
-  if (static_cast<unsigned char>(text[0]) < 0x80) return 0;
-  static constexpr std::string_view others[] = {
-      "\xC2\x85",     "\xE1\x9A\x80", "\xE2\x80\x80", "\xE2\x80\x81", "\xE2\x80\x82", "\xE2\x80\x83",
-      "\xE2\x80\x84", "\xE2\x80\x85", "\xE2\x80\x86", "\xE2\x80\x87", "\xE2\x80\x88", "\xE2\x80\x89",
-      "\xE2\x80\x8A", "\xE2\x80\xA8", "\xE2\x80\xA9", "\xE2\x80\xAF", "\xE2\x81\x9F", "\xE3\x80\x80"};
-  for (const std::string_view other : others)
-    if (text.starts_with(other)) return other.size();
-  return 0;
+  const auto byte = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
+  switch (byte(0)) {
+    case 0xC2:  // U+0085; U+00A0 may stay
+      return byte(1) == 0x85 ? 2 : 0;
+    case 0xE1:  // U+1680
+      return byte(1) == 0x9A && byte(2) == 0x80 ? 3 : 0;
+    case 0xE2:  // U+2000 to U+200A, U+2028, U+2029, U+202F, U+205F
+      if (byte(1) == 0x81) return byte(2) == 0x9F ? 3 : 0;
+      if (byte(1) != 0x80) return 0;
+      return (byte(2) >= 0x80 && byte(2) <= 0x8A) || byte(2) == 0xA8 || byte(2) == 0xA9 || byte(2) == 0xAF ? 3 : 0;
+    case 0xE3:  // U+3000
+      return byte(1) == 0x80 && byte(2) == 0x80 ? 3 : 0;
+    default:
+      return 0;
+  }
 }
 
+// Whether a byte may begin a white-space character.
+constexpr auto may_be_white_space = [] {
+  std::array<bool, 256> table{};
+  for (const unsigned byte : {0x09U, 0x0AU, 0x0BU, 0x0CU, 0x0DU, 0x20U, 0xC2U, 0xE1U, 0xE2U, 0xE3U})
+    table[byte] = true;
+  return table;
+}();
+
 }  // namespace
+
+bool is_datafile_field(std::string_view text) {
+  for (std::size_t i = 0; i < text.size(); ++i)
+    if (may_be_white_space[static_cast<unsigned char>(text[i])] && _white_space_size(text.substr(i)) > 0) return false;
+  return !text.empty();
+}
 
 std::string datafile_field(std::string_view text) {
   if (text.empty()) return "_";

@@ -15,6 +15,9 @@ namespace colx {
 // A field as it may stand in a datafile: every white-space character of Unicode becomes U+00A0, an empty field "_".
 std::string datafile_field(std::string_view text);
 
+// Whether a text may stand in a datafile as it is.
+bool is_datafile_field(std::string_view text);
+
 // The path of one of several datafiles: the number, from 1 and with at least four digits, goes before the extension of
 // the file name, as in corpus-0001.dat.
 std::string numbered_path(const std::string& path, std::uint64_t number);

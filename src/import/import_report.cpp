@@ -7,7 +7,6 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "import/lemma_protection.h"
 #include "import/mask_search.h"
 #include "import/tree_check.h"
 
@@ -109,16 +108,16 @@ void ImportReport::add_sentence(const TreebankSentence& sentence, const std::vec
 
 void ImportReport::_add_word(const TreebankWord& source, const DatafileWord& word, const std::string& input) {
   ++_words;
-  const std::string_view kept = kept_lemma(word.lemma);
+  const std::string_view kept = word.kept_lemma;
   _lemmas.emplace(kept);
   if (word.lemma_is_form) ++_lemmas_from_forms;
   if (word.is_protected) ++_protected_lemmas;
   if (kept.size() < word.lemma.size()) ++_cut_lemmas;
   if (kept.empty()) ++_emptied_lemmas;
-  _tags.add(word.tag, input, source.line);
+  _tags.add(std::string(word.tag), input, source.line);
   if (!_mask.empty()) _masked_tags.add(masked_tag(word.tag, _mask), input, source.line);
   if (word.has_unknown_values) ++_unknown_values;
-  if (word.relation_is_undefined) ++_undefined[source.relation];
+  if (word.relation_is_undefined) ++_undefined[std::string(source.relation)];
 }
 
 void ImportReport::add_passed(const PassedRows& passed) {

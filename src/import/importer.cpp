@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <iterator>
 #include <memory>
 #include <numeric>
 #include <optional>
@@ -159,6 +158,7 @@ class Importer {
     const Conversion conversion = _conversion(_format_of(*source));
     _report.add_input(conversion);
     SentenceReader reader(*source, conversion.format);
+    SentenceConverter converter(conversion);
     TreebankSentence sentence;
     std::vector<TreebankProblem> problems;
     std::uint64_t sentences = 0;
@@ -168,7 +168,7 @@ class Importer {
     while (reader.next(sentence, problems)) {
       _bar.update(source->bytes_read());
       if (sentence.rows > 0) ++sentences;
-      if (sentence.rows > 0 && !must_be_skipped(problems)) _convert(sentence, conversion, source->name(), problems);
+      if (sentence.rows > 0 && !must_be_skipped(problems)) _convert(sentence, converter, source->name(), problems);
       _tell(problems, source->name());
       if (must_be_skipped(problems)) _report.add_skipped(sentence.rows);
     }
@@ -182,18 +182,14 @@ class Importer {
   }
 
   // Writes and counts a sentence, unless it turns out that it cannot be written.
-  void _convert(const TreebankSentence& sentence, const Conversion& conversion, const std::string& input,
+  void _convert(const TreebankSentence& sentence, SentenceConverter& converter, const std::string& input,
                 std::vector<TreebankProblem>& problems) {
-    const std::vector<DatafileWord> words = datafile_words(sentence, conversion, problems);
+    const std::vector<DatafileWord>& words = converter.convert(sentence, problems);
     if (must_be_skipped(problems)) return;
     _report.add_sentence(sentence, words, input);
     if (!_writer) return;
     _text.clear();
-    for (std::size_t i = 0; i < words.size(); ++i) {
-      const DatafileWord& word = words[i];
-      fmt::format_to(std::back_inserter(_text), FMT_STRING("{}\t{}\t{}\t{}\t{}\t{}\n"), i + 1, word.form, word.lemma,
-                     word.tag, sentence.words[i].parent, word.relation);
-    }
+    append_rows(_text, sentence, words);
     _writer->write(_text, words.size());
   }
 

@@ -39,17 +39,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     TreebankSource source(file.path(), false);
     recognise_format(source.preview());
     SentenceReader reader(source, conversion.format);
+    SentenceConverter converter(conversion);
     TreebankSentence sentence;
     std::vector<TreebankProblem> problems;
     while (reader.next(sentence, problems)) {
       promise(must_be_skipped(problems) || sentence.words.size() == sentence.rows, "a sentence that is read is whole");
       promise(sentence.rows > 0 || !problems.empty(), "where there is no sentence something is wrong");
       if (sentence.rows == 0 || must_be_skipped(problems)) continue;
-      const std::vector<DatafileWord> words = datafile_words(sentence, conversion, problems);
+      const std::vector<DatafileWord>& words = converter.convert(sentence, problems);
       if (must_be_skipped(problems)) continue;
-      for (std::size_t i = 0; i < words.size(); ++i)
-        text += std::to_string(i + 1) + "\t" + words[i].form + "\t" + words[i].lemma + "\t" + words[i].tag + "\t" +
-                std::to_string(sentence.words[i].parent) + "\t" + words[i].relation + "\n";
+      append_rows(text, sentence, words);
       text += "\n";
       lengths.push_back(static_cast<std::uint32_t>(words.size()));
     }

@@ -40,6 +40,17 @@ TEST(TextCache, RemembersTextsOf28BytesAndNoLongerOnes) {
   EXPECT_EQ(cache.get(longest, compute), 1U);
 }
 
+TEST(TextCache, RemembersLongerTextsWhereThatIsAskedFor) {
+  TextCache<std::uint32_t, 4, 255> cache;
+  int computed = 0;
+  const auto compute = [&](std::string_view) { return static_cast<std::uint32_t>(++computed); };
+  const std::string longest(255, 'x'), longer(256, 'x');
+  EXPECT_EQ(cache.get(longest, compute), 1U);
+  EXPECT_EQ(cache.get(longest, compute), 1U);
+  EXPECT_EQ(cache.get(longer, compute), 2U);
+  EXPECT_EQ(cache.get(longer, compute), 3U);
+}
+
 TEST(TextCache, KeepsNothingOfATextThatCannotBeComputed) {
   TextCache<std::uint32_t, 1> cache;
   EXPECT_THROW(cache.get("word", [](std::string_view) -> std::uint32_t { throw 1; }), int);
