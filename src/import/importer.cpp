@@ -19,6 +19,7 @@
 #include "companion/utf8.h"
 #include "import/datafile_words.h"
 #include "import/datafile_writer.h"
+#include "import/foreign_format.h"
 #include "import/import_options.h"
 #include "import/import_report.h"
 #include "import/list_file.h"
@@ -93,6 +94,8 @@ class Importer {
       if (_two_passes()) {
         _look_at_tags(*source, lengths);
         source->rewind();
+      } else {
+        _format_of(*source);  // before any output is touched
       }
       if (path != "-" && regular_file(path).has_value()) source.reset();
       if (const auto file = regular_input(path)) _kept.push_back(file->identity);
@@ -131,13 +134,23 @@ class Importer {
   }
 
   TreebankFormat _format_of(TreebankSource& source) const {
-    const auto format = _settings.format ? _settings.format : recognise_format(source.preview());
-    if (!format)
-      throw input_error(
-          fmt::format("{}: expected rows of 10 columns separated by TAB (CoNLL-U, CoNLL-X) or of 6 fields (datafile), "
-                      "but {}; --from FORMAT tells which it is",
-                      source.name(), describe_first_row(source.preview())));
+    const std::string_view beginning = source.preview();
+    if (const auto foreign = foreign_bytes(beginning)) _refuse(source, *foreign);
+    if (_settings.format) return *_settings.format;
+    if (const auto foreign = foreign_rows(beginning)) _refuse(source, *foreign, from_tells);
+    const auto format = recognise_format(beginning);
+    if (!format) _refuse(source, guess_of_unrecognised(beginning), from_tells);
     return *format;
+  }
+
+  static constexpr std::string_view from_tells = ", or --from FORMAT tells which format it is all the same";
+
+  [[noreturn]] static void _refuse(const TreebankSource& source, const ForeignFormat& foreign,
+                                   std::string_view way_out = "") {
+    throw input_error(
+        fmt::format("{}: expected rows of 10 columns separated by TAB (CoNLL-U, CoNLL-X) or of 6 fields (datafile), "
+                    "found {}; {}{}",
+                    source.name(), foreign.found, foreign.advice, way_out));
   }
 
   Conversion _conversion(TreebankFormat format) const {

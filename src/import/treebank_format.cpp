@@ -10,6 +10,20 @@
 
 namespace colx {
 
+bool PreviewLines::next() {
+  while (!_rest.empty()) {
+    const std::size_t end = _rest.find('\n');
+    _is_whole = end != std::string_view::npos;
+    _line = _rest.substr(0, end);
+    _rest.remove_prefix(_is_whole ? end + 1 : _rest.size());
+    ++_number;
+    if (_line.starts_with(byte_order_mark)) _line.remove_prefix(byte_order_mark.size());
+    if (!std::all_of(_line.begin(), _line.end(), is_field_separator)) return true;
+  }
+  _line = {};
+  return false;
+}
+
 std::size_t split_columns(std::string_view line, std::string_view (&columns)[10]) {
   if (line.ends_with('\r')) line.remove_suffix(1);
   std::size_t count = 0;
@@ -57,15 +71,11 @@ std::optional<TreebankFormat> recognise_format(std::string_view beginning) {
   bool universal = true;
   std::string_view columns[10];
   std::string_view fields[6];
-  while (!beginning.empty()) {
-    const std::size_t end = beginning.find('\n');
-    std::string_view line = beginning.substr(0, end);
-    if (line.starts_with(byte_order_mark)) line.remove_prefix(byte_order_mark.size());
+  for (PreviewLines lines(beginning); lines.next();) {
+    const std::string_view line = lines.line();
     // The last line of the preview may be cut; unless it is the only one it is not looked at.
-    if (end == std::string_view::npos && rows) break;
-    beginning.remove_prefix(end == std::string_view::npos ? beginning.size() : end + 1);
-    if (std::all_of(line.begin(), line.end(), is_field_separator)) continue;
-    if (line.starts_with('#')) {
+    if (!lines.is_whole() && rows) break;
+    if (lines.is_comment()) {
       comments = true;
       continue;
     }
@@ -91,17 +101,13 @@ std::optional<TreebankFormat> recognise_format(std::string_view beginning) {
 std::string describe_first_row(std::string_view beginning) {
   std::string_view columns[10];
   std::string_view fields[6];
-  for (std::uint64_t number = 1; !beginning.empty(); ++number) {
-    const std::size_t end = beginning.find('\n');
-    std::string_view line = beginning.substr(0, end);
-    beginning.remove_prefix(end == std::string_view::npos ? beginning.size() : end + 1);
-    if (line.starts_with(byte_order_mark)) line.remove_prefix(byte_order_mark.size());
-    if (line.starts_with('#') || std::all_of(line.begin(), line.end(), is_field_separator)) continue;
-    const std::size_t column_count = split_columns(line, columns);
+  for (PreviewLines lines(beginning); lines.next();) {
+    if (lines.is_comment()) continue;
+    const std::size_t column_count = split_columns(lines.line(), columns);
     if (column_count == 10)
-      return fmt::format("line {} has {} where the number of a word is expected", number, quoted(columns[0]));
-    return fmt::format("line {} has {} columns separated by TAB and {} fields separated by white space", number,
-                       column_count, split_fields(line, fields));
+      return fmt::format("line {} has {} where the number of a word is expected", lines.number(), quoted(columns[0]));
+    return fmt::format("line {} has {} columns separated by TAB and {} fields separated by white space", lines.number(),
+                       column_count, split_fields(lines.line(), fields));
   }
   return "no row was found";
 }

@@ -218,6 +218,31 @@ TEST_F(ImportTest, CountsEveryLineThatEndsWithACarriageReturn) {
   EXPECT_TRUE(result.err.ends_with("  line ends of CR LF    4\n")) << result.err;
 }
 
+TEST_F(ImportTest, SaysWhatAnInputSeemsToBeAndTouchesNoOutput) {
+  folder.write("d.dat", "what was there");
+  folder.write("bank.cupt",
+               "# global.columns = ID FORM LEMMA UPOS XPOS FEATS HEAD DEPREL DEPS MISC PARSEME:MWE\n"
+               "1\ta\ta\tX\tX\t_\t0\troot\t_\t_\t*\n\n");
+  folder.write("bank.zip", "PK\x03\x04\x14");
+  const std::string expected =
+      "expected rows of 10 columns separated by TAB (CoNLL-U, CoNLL-X) or of 6 fields (datafile), found ";
+  const ToolResult cupt = run({"-o", "d.dat", "bank.cupt"});
+  EXPECT_EQ(cupt.status, 1);
+  EXPECT_EQ(cupt.err,
+            "ngrex-import: bank.cupt: " + expected +
+                "CoNLL-U Plus (.cupt and others) with the column PARSEME:MWE behind those of CoNLL-U; cut "
+                "-f1-10 FILE | ngrex-import reads those of CoNLL-U, or --from FORMAT tells which format it is "
+                "all the same; stopping\n");
+  for (const char* const format : {"conllu", "conllx", "datafile"}) {
+    const ToolResult zip = run({"-o", "d.dat", "--from", format, "bank.zip"});
+    EXPECT_EQ(zip.status, 1);
+    EXPECT_EQ(zip.err, "ngrex-import: bank.zip: " + expected +
+                           "a zip archive; unzip -p FILE '*.conllu' | ngrex-import reads the treebanks in it; "
+                           "stopping\n");
+  }
+  EXPECT_EQ(read("d.dat"), "what was there");
+}
+
 TEST_F(ImportTest, TellsOfAnInputWithoutSentences) {
   const ToolResult result = run({"-q"}, "# only a comment\n");
   EXPECT_EQ(result.status, 0);

@@ -4,12 +4,14 @@
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "companion/errors.h"
 #include "corpus/parser.h"
 #include "corpus/word_queue.h"
 #include "import/datafile_words.h"
+#include "import/foreign_format.h"
 #include "import/mask_search.h"
 #include "import/sentence_reader.h"
 #include "import/treebank_format.h"
@@ -37,7 +39,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   std::vector<std::uint32_t> lengths;
   try {
     TreebankSource source(file.path(), false);
-    recognise_format(source.preview());
+    const std::string_view beginning = source.preview();
+    if (const auto foreign = foreign_bytes(beginning)) promise(!foreign->advice.empty(), "there is advice");
+    if (const auto foreign = foreign_rows(beginning)) promise(!foreign->advice.empty(), "there is advice");
+    if (!recognise_format(beginning)) promise(!guess_of_unrecognised(beginning).found.empty(), "there is a guess");
     SentenceReader reader(source, conversion.format);
     SentenceConverter converter(conversion);
     TreebankSentence sentence;
