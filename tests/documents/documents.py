@@ -188,7 +188,7 @@ def check_demo(source, build):
         commands = [command.replace("\\\\", "\\") for command in re.findall(r'^run "(.*?)"$', demo, re.M | re.S)]
         table = run_all(folder, commands + re.findall(r"^awk .*$", demo, re.M), "scripts/demo")
         blocks = [p for block in indented_blocks(readme) for p in block if p.startswith("1\t")]
-        expect(len(blocks) == 1 and table.endswith("\n" + blocks[0] + "\n"), f"README.md explains another block than {table}")
+        expect(len(blocks) == 1 and table.endswith("\n" + blocks[0].expandtabs(4) + "\n"), f"README.md explains another block than {table}")
         for text in (demo, readme):
             told = re.sub(r"[\s*\"]+", " ", text)
             for number, what in zip(blocks[0].split("\n")[2].split("\t"), ("have neither", "have", "have", "are heavy rain")):
