@@ -91,6 +91,7 @@ constinit const Program program = {
         "Columns: rank, lemma1 to lemmaN, tag1.., parent1.., relation1.., frequency,\n"
         "marginal1.., total, chi_square, log_likelihood and for pairs mutual_information,\n"
         "pearson, t_test, z_score; cell0.., pattern, and every measure of --measures.\n"
+        "(Use pearson for samples of some hundred words only: see the man page.)\n"
         "In --columns a name without its number (lemma) stands for all of its columns.\n"
         "Example:\n"
         "  ngrex-table --min-frequency 3 --measures logDice --sort logDice pairs.txt\n"
