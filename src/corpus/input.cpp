@@ -5,6 +5,8 @@
 #include <exception>
 #include <limits>
 
+#include "corpus/datafile_format.h"
+
 namespace colx {
 
 namespace {

@@ -63,9 +63,4 @@ class Input {
   bool _source_dry = false;  // it gave nothing when it was asked last
 };
 
-// Tells whether a byte is white space in the classic locale.
-constexpr bool is_white_space(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 }  // namespace colx

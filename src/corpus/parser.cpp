@@ -1,13 +1,12 @@
 #include "corpus/parser.h"
 
 #include <array>
-#include <cstring>
 #include <string>
 #include <string_view>
 
 #include "base/notifier.h"
+#include "corpus/datafile_format.h"
 #include "corpus/dependencies.h"
-#include "model/tagged_lemma.h"
 
 namespace colx {
 
@@ -16,9 +15,6 @@ namespace {
 // The most characters of a line that are discarded at once while a bad sentence is skipped; a longer line counts as
 // several.
 constexpr std::size_t longest_skip = 100000;
-
-// The characters at which a lemma is cut.
-constexpr std::string_view suffix_marks = "':;^_";
 
 // What a character is to a lemma that is read.
 enum class CharacterClass : std::uint8_t { plain, suffix_mark, ends_text };
@@ -31,9 +27,6 @@ constexpr std::array<CharacterClass, 256> character_classes = [] {
     classes[static_cast<unsigned char>(c)] = CharacterClass::suffix_mark;
   return classes;
 }();
-
-// The lemmas that the records of N-grams can tell apart.
-constexpr std::size_t distinct_lemmas = std::size_t{TaggedLemma::_lemma_bits_mask} + 1;
 
 }  // namespace
 
@@ -113,7 +106,7 @@ Parser::Line Parser::_read_word_line(Fields& fields) {
     return Line::malformed;
   }
   _input.get();
-  cut_lemma(_lemma);
+  _lemma.resize(kept_lemma(_lemma).size());
   fields.lemma = _lemma.c_str();  // the stores take texts up to a zero byte
   fields.tag = _tag;
   fields.dependency = _dependency;
@@ -194,33 +187,19 @@ Word Parser::_make_word(const Fields& fields) {
 }
 
 std::uint8_t Parser::_intern_tag(std::string_view tag) {
-  std::string masked(tag);
-  mask_tag(masked, settings::morphologic_tag_mask);
-  return _tags.store(masked.c_str());
+  const char* const mask = settings::morphologic_tag_mask;
+  return _tags.store(masked_tag(tag, mask == nullptr ? "" : mask).c_str());
 }
 
 std::uint32_t Parser::_intern_lemma(std::string_view text) {
   const std::size_t known_lemmas = _lemmas.size();
   const std::uint32_t lemma = _lemmas.store(text);
-  if (known_lemmas == distinct_lemmas && _lemmas.size() > known_lemmas) {
-    notifier::error.warning("More than " + std::to_string(distinct_lemmas) +
+  if (known_lemmas == most_distinct_lemmas && _lemmas.size() > known_lemmas) {
+    notifier::error.warning("More than " + std::to_string(most_distinct_lemmas) +
                             " different lemmas were read. N-grams whose lemmas differ by a multiple of that number of "
                             "indexes are counted as the same...");
   }
   return lemma;
-}
-
-void cut_lemma(std::string& lemma) {
-  const std::size_t suffix = lemma.find_first_of(suffix_marks);
-  if (suffix != std::string::npos) lemma.resize(suffix);
-}
-
-void mask_tag(std::string& tag, const char* mask) {
-  const std::size_t length = mask == nullptr ? 0 : std::strlen(mask);
-  tag.resize(length, constants::insignificant_position_mark);
-  for (std::size_t p = 0; p < length; ++p) {
-    if (mask[p] != constants::significant_position_mark) tag[p] = constants::insignificant_position_mark;
-  }
 }
 
 }  // namespace colx

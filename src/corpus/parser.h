@@ -82,11 +82,4 @@ class Parser {
   TextCache<std::uint8_t, 9> _dependency_codes;  // by name
 };
 
-// Cuts a lemma at its first technical suffix, that is, at the first of ' : ; ^ _.
-void cut_lemma(std::string& lemma);
-
-// Keeps the characters of a tag that the mask marks with '*', puts '-' for all others and brings the tag to the length
-// of the mask. A null mask keeps nothing.
-void mask_tag(std::string& tag, const char* mask);
-
 }  // namespace colx

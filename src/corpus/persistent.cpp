@@ -1,9 +1,11 @@
 #include "corpus/persistent.h"
 
+#include "corpus/datafile_format.h"
+
 namespace colx::persistent {
 
-StringStore<std::uint32_t> lemmas(65535);
-StringStore<std::uint8_t> tags(65535);
+StringStore<std::uint32_t> lemmas(longest_text);
+StringStore<std::uint8_t> tags(longest_text);
 NGramStore ngrams(0);
 MultiRulesFilter morphologic_filter;
 UniRulesFilter context_filter;

@@ -15,7 +15,7 @@ namespace {
 
 bool _is_spaced_well(std::string_view text) {
   if (text.front() == ' ' || text.back() == ' ' || text.find("  ") != std::string_view::npos) return false;
-  return std::none_of(text.begin(), text.end(), [](char c) { return c != ' ' && is_field_separator(c); });
+  return std::none_of(text.begin(), text.end(), [](char c) { return c != ' ' && is_white_space(c); });
 }
 
 }  // namespace
@@ -50,7 +50,7 @@ void check_columns(const std::string_view (&columns)[10], std::uint64_t line, st
       if (!_is_spaced_well(text))
         note(Fault::misplaced_space,
              fmt::format("expected single spaces inside the text only, found {}", quoted(text)));
-    } else if (std::any_of(text.begin(), text.end(), is_field_separator)) {
+    } else if (std::any_of(text.begin(), text.end(), is_white_space)) {
       note(Fault::misplaced_space, fmt::format("expected a text without white space, found {}", quoted(text)));
     }
   }

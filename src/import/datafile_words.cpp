@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include "corpus/datafile_format.h"
 #include "import/datafile_writer.h"
 #include "import/lemma_protection.h"
 #include "import/relations.h"
@@ -35,11 +36,11 @@ ColumnName _tag_column(const Conversion& conversion) {
 
 void _check_length(std::string_view text, ColumnName column, std::uint64_t line,
                    std::vector<TreebankProblem>& problems) {
-  if (text.size() <= longest_treebank_text) return;
-  problems.push_back({line, column.number, column.name,
-                      fmt::format("expected a text that takes at most {} bytes in a datafile, found {}",
-                                  longest_treebank_text, text.size()),
-                      Fault::text_too_long});
+  if (text.size() <= longest_text) return;
+  problems.push_back(
+      {line, column.number, column.name,
+       fmt::format("expected a text that takes at most {} bytes in a datafile, found {}", longest_text, text.size()),
+       Fault::text_too_long});
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 #include <fmt/format.h>
 
 #include "companion/errors.h"
-#include "import/sentence.h"
+#include "corpus/datafile_format.h"
 
 namespace colx {
 
@@ -22,7 +22,7 @@ constexpr std::string_view no_break_space = "\xC2\xA0";
 // The size of the white-space character at the beginning of a text, as Unicode defines it, in UTF-8; 0 when there is
 // none.
 std::size_t _white_space_size(std::string_view text) {
-  if (is_field_separator(text[0])) return 1;
+  if (is_white_space(text[0])) return 1;
   const auto byte = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
   switch (byte(0)) {
     case 0xC2:  // U+0085; U+00A0 may stay

@@ -7,15 +7,13 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "corpus/datafile_format.h"
 #include "import/mask_search.h"
 #include "import/tree_check.h"
 
 namespace colx {
 
 namespace {
-
-// The most lemmas that the N-grams of ngrex can tell apart.
-constexpr std::size_t most_lemmas = std::size_t{1} << 24;
 
 std::string _place(const TreebankPlace& place) {
   return fmt::format("{}:{}", place.input, place.line);
@@ -132,9 +130,9 @@ std::string ImportReport::tag_fault() const {
 
 std::string ImportReport::_lemma_lines() const {
   std::string text = _line("distinct lemmas", _lemmas.size());
-  if (_lemmas.size() > most_lemmas)
-    text +=
-        _continued(fmt::format("ngrex tells {} lemmas apart at most; some will be counted as the same", most_lemmas));
+  if (_lemmas.size() > most_distinct_lemmas)
+    text += _continued(
+        fmt::format("ngrex tells {} lemmas apart at most; some will be counted as the same", most_distinct_lemmas));
   text += _words_unless_zero("lemmas from forms", _lemmas_from_forms);
   text += _words_unless_zero("protected lemmas", _protected_lemmas);
   if (_cut_lemmas > 0)

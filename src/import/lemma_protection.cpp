@@ -1,7 +1,5 @@
 #include "import/lemma_protection.h"
 
-#include <algorithm>
-#include <array>
 #include <cstddef>
 
 namespace colx {
@@ -38,18 +36,6 @@ std::string protect_lemma(std::string_view lemma) {
     }
   }
   return result;
-}
-
-std::string_view kept_lemma(std::string_view lemma) {
-  static constexpr auto is_replaced = [] {
-    std::array<bool, 256> table{};
-    for (std::size_t byte = 0; byte < table.size(); ++byte)
-      table[byte] = !_look_alike(static_cast<char>(byte)).empty();
-    return table;
-  }();
-  const auto end =
-      std::find_if(lemma.begin(), lemma.end(), [](char c) { return is_replaced[static_cast<unsigned char>(c)]; });
-  return lemma.substr(0, static_cast<std::size_t>(end - lemma.begin()));
 }
 
 }  // namespace colx

@@ -7,11 +7,8 @@
 
 namespace colx {
 
-// Replaces the five characters ' : ; ^ _ by letters and marks that look the same and that no normalisation form of
-// Unicode turns back: U+2019, U+A789, U+204F, U+02C6, U+02CD, in UTF-8.
+// Replaces the suffix marks ' : ; ^ _ by letters and marks that look the same and that no normalisation form of Unicode
+// turns back: U+2019, U+A789, U+204F, U+02C6, U+02CD, in UTF-8.
 std::string protect_lemma(std::string_view lemma);
-
-// The lemma that ngrex keeps: everything before the first of the five characters.
-std::string_view kept_lemma(std::string_view lemma);
 
 }  // namespace colx

@@ -124,13 +124,6 @@ class MaskSearch {
 
 }  // namespace
 
-std::string masked_tag(std::string_view tag, std::string_view mask) {
-  std::string kept(mask.size(), '-');
-  for (std::size_t p = 0; p < mask.size() && p < tag.size(); ++p)
-    if (mask[p] == '*') kept[p] = tag[p];
-  return kept;
-}
-
 std::string best_mask(const std::vector<std::string>& tags, std::size_t limit, bool keep_first) {
   return MaskSearch(tags, limit).run(keep_first);
 }

@@ -4,14 +4,9 @@
 
 #include <cstddef>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace colx {
-
-// Reduces a tag by a mask as mask_tag of the parser does: '-' where the mask has no '*', cut or filled up to the mask's
-// length.
-std::string masked_tag(std::string_view tag, std::string_view mask);
 
 // Returns a mask of '*' and '-', as long as the longest tag but at most 64, under which `tags`, all different, become
 // at most `limit` different ones.

@@ -2,7 +2,6 @@
 
 // A sentence of a treebank as it stands in its file.
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -49,19 +48,7 @@ bool must_be_skipped(const std::vector<TreebankProblem>& problems);
 // A text for a message: in quotes, at most some forty bytes of it, control characters replaced.
 std::string quoted(std::string_view text);
 
-// The most words that a sentence may have, and the most bytes of a lemma or a tag.
-inline constexpr std::size_t longest_treebank_sentence = 65535;
-inline constexpr std::size_t longest_treebank_text = 65535;
-
-// The most different tags that a run of ngrex can tell apart.
-inline constexpr std::size_t most_distinct_tags = 254;
-
 // Stands at the beginning of some files, and within those that were put together from several of them.
 inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
-
-// White space of a formatted input stream, by which the fields of a datafile are separated.
-constexpr bool is_field_separator(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
 
 }  // namespace colx

@@ -6,6 +6,7 @@
 #include <array>
 #include <utility>
 
+#include "corpus/datafile_format.h"
 #include "import/conll_columns.h"
 #include "import/line_scan.h"
 #include "import/tree_check.h"
@@ -20,7 +21,7 @@ constexpr unsigned conll_head = 7;
 constexpr unsigned datafile_parent = 5;
 
 bool _is_white(std::string_view line) {
-  return std::all_of(line.begin(), line.end(), is_field_separator);
+  return std::all_of(line.begin(), line.end(), is_white_space);
 }
 
 bool _has_root(const TreebankSentence& sentence) {
@@ -34,7 +35,7 @@ bool SentenceReader::next(TreebankSentence& sentence, std::vector<TreebankProble
   bool joined = _line_held;
   _begin(sentence, problems);
   while (_next_line(problems)) {
-    if (_line.empty() || (is_field_separator(_line.front()) && _is_white(_line))) {
+    if (_line.empty() || (is_white_space(_line.front()) && _is_white(_line))) {
       _note_line_without_row(sentence, problems);
       if (sentence.rows == 0 && problems.empty()) continue;
       _end_sentence(sentence, joined, problems);
@@ -95,10 +96,10 @@ bool SentenceReader::_next_line(std::vector<TreebankProblem>& problems) {
 bool SentenceReader::_restarts() const {
   std::string_view row = _line;
   if (_format == TreebankFormat::datafile)
-    while (!row.empty() && is_field_separator(row.front()))
+    while (!row.empty() && is_white_space(row.front()))
       row.remove_prefix(1);
   if (row.size() < 2 || row[0] != '1') return false;
-  return _format == TreebankFormat::datafile ? is_field_separator(row[1]) : row[1] == '\t';
+  return _format == TreebankFormat::datafile ? is_white_space(row[1]) : row[1] == '\t';
 }
 
 // A line that is empty or all white space.
@@ -209,10 +210,10 @@ bool SentenceReader::_check_order(std::string_view text, TreebankSentence& sente
     return false;
   }
   _begins_with_one = true;
-  if (sentence.rows > longest_treebank_sentence) {
+  if (sentence.rows > longest_sentence) {
     _orders_broken = true;
     _note(problems, Fault::too_many_words, 1,
-          fmt::format("expected a sentence of at most {} words, found more", longest_treebank_sentence));
+          fmt::format("expected a sentence of at most {} words, found more", longest_sentence));
     return false;
   }
   return true;
@@ -312,7 +313,7 @@ void SentenceReader::_add_datafile_row(TreebankSentence& sentence, std::vector<T
     return;
   }
   const bool in_order = _check_order(fields[0], sentence, problems);
-  if (is_field_separator(_line.back())) {
+  if (is_white_space(_line.back())) {
     _note(problems, Fault::trailing_space, 0,
           "expected the line to end with its sixth field, found white space, which ends the sentence");
   }

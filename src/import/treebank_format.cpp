@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "corpus/datafile_format.h"
 #include "import/sentence.h"
 #include "import/tagset.h"
 
@@ -18,7 +19,7 @@ bool PreviewLines::next() {
     _rest.remove_prefix(_is_whole ? end + 1 : _rest.size());
     ++_number;
     if (_line.starts_with(byte_order_mark)) _line.remove_prefix(byte_order_mark.size());
-    if (!std::all_of(_line.begin(), _line.end(), is_field_separator)) return true;
+    if (!std::all_of(_line.begin(), _line.end(), is_white_space)) return true;
   }
   _line = {};
   return false;
@@ -39,11 +40,11 @@ std::size_t split_columns(std::string_view line, std::string_view (&columns)[10]
 std::size_t split_fields(std::string_view line, std::string_view (&fields)[6]) {
   std::size_t count = 0;
   for (std::size_t at = 0;;) {
-    while (at < line.size() && is_field_separator(line[at]))
+    while (at < line.size() && is_white_space(line[at]))
       ++at;
     if (at == line.size()) return count;
     const std::size_t begin = at;
-    while (at < line.size() && !is_field_separator(line[at]))
+    while (at < line.size() && !is_white_space(line[at]))
       ++at;
     if (count < 6) fields[count] = line.substr(begin, at - begin);
     ++count;

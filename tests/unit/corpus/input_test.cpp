@@ -14,6 +14,7 @@
 #include <string>
 #include <string_view>
 
+#include "corpus/datafile_format.h"
 #include "tests/support/piecewise_buffer.h"
 #include "tests/support/random.h"
 

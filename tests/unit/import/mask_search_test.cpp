@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "corpus/parser.h"
+#include "corpus/datafile_format.h"
 #include "tests/support/random.h"
 
 namespace colx {
@@ -19,20 +19,6 @@ std::size_t _distinct(const std::vector<std::string>& tags, const std::string& m
   for (const std::string& tag : tags)
     kept.insert(masked_tag(tag, mask));
   return kept.size();
-}
-
-TEST(MaskSearch, MasksATagAsTheParserDoes) {
-  EXPECT_EQ(masked_tag("NNS-", "**-*"), "NN--");
-  EXPECT_EQ(masked_tag("AAS1x", "**-*"), "AA-1");
-  EXPECT_EQ(masked_tag("N", "**-*"), "N---");
-  test::Random random;
-  for (int round = 0; round < 1000; ++round) {
-    const std::string tag = random.text(8, "NAS-*x");
-    const std::string mask = random.text(8, "*-");
-    std::string expected = tag;
-    mask_tag(expected, mask.c_str());
-    EXPECT_EQ(masked_tag(tag, mask), expected) << tag << ' ' << mask;
-  }
 }
 
 TEST(MaskSearch, KeepsEverythingThatFits) {
