@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "companion/utf8.h"
+#include "corpus/datafile_format.h"
 
 namespace colx {
 

@@ -62,26 +62,32 @@ std::string_view _tag_source(const Conversion& conversion) {
   return "from XPOS";
 }
 
-std::string _described(const std::string& mask, const std::vector<std::string>& tags) {
-  std::unordered_set<std::string> kept;
-  for (const std::string& tag : tags)
-    kept.insert(masked_tag(tag, mask));
-  return fmt::format("{} ({} distinct tags)", mask, kept.size());
+// Names and how often each was seen, most frequent first; a line each, but for those beyond the first hundred.
+std::string _listed(const std::map<std::string, std::uint64_t>& counts) {
+  std::vector<std::pair<std::string, std::uint64_t>> names(counts.begin(), counts.end());
+  std::stable_sort(names.begin(), names.end(), [](auto& a, auto& b) { return a.second > b.second; });
+  constexpr std::size_t most_shown = 100;
+  std::string text;
+  for (std::size_t i = 0; i < names.size() && i < most_shown; ++i)
+    text += fmt::format("  {:<22}{}\n", quoted(names[i].first), names[i].second);
+  if (names.size() > most_shown) text += fmt::format("  and {} other names\n", names.size() - most_shown);
+  return text;
 }
 
 }  // namespace
 
 void ImportReport::Tags::add(std::string tag, const std::string& input, std::uint64_t line) {
-  if (distinct.insert(std::move(tag)).second && distinct.size() == most_distinct_tags + 1) overflow = {input, line};
+  const bool is_new = ++words[std::move(tag)] == 1;
+  if (is_new && words.size() == most_distinct_tags + 1) overflow = {input, line};
 }
 
 bool ImportReport::Tags::too_many() const {
-  return distinct.size() > most_distinct_tags;
+  return words.size() > most_distinct_tags;
 }
 
 std::string ImportReport::Tags::fault() const {
   return fmt::format("expected at most {} distinct tags, found {}; the first too many is at {}", most_distinct_tags,
-                     distinct.size(), _place(overflow));
+                     words.size(), _place(overflow));
 }
 
 void ImportReport::add_input(const Conversion& conversion) {
@@ -114,7 +120,11 @@ void ImportReport::_add_word(const TreebankWord& source, const DatafileWord& wor
   if (kept.empty()) ++_emptied_lemmas;
   _tags.add(std::string(word.tag), input, source.line);
   if (!_mask.empty()) _masked_tags.add(masked_tag(word.tag, _mask), input, source.line);
-  if (word.has_unknown_values) ++_unknown_values;
+  if (word.has_unknown_values) {
+    ++_words_with_unknown_values;
+    for (std::string& value : unknown_values(source.upos, source.feats))
+      ++_unknown_values[std::move(value)];
+  }
   if (word.relation_is_undefined) ++_undefined[std::string(source.relation)];
 }
 
@@ -134,6 +144,8 @@ std::string ImportReport::_lemma_lines() const {
     text += _continued(
         fmt::format("ngrex tells {} lemmas apart at most; some will be counted as the same", most_distinct_lemmas));
   text += _words_unless_zero("lemmas from forms", _lemmas_from_forms);
+  if (_lemmas_from_forms > _words / 2)
+    text += _continued("most lemmas are forms: every inflected form will be counted as a lemma of its own");
   text += _words_unless_zero("protected lemmas", _protected_lemmas);
   if (_cut_lemmas > 0)
     text += _line("cut lemmas", fmt::format("{} words, {} of them to nothing; --protect-lemmas keeps them whole",
@@ -143,13 +155,15 @@ std::string ImportReport::_lemma_lines() const {
 
 std::string ImportReport::_tag_lines() const {
   std::string text = _line("tags", fmt::to_string(fmt::join(_tag_sources, "; ")));
-  if (_unknown_values > 0) text += _continued(fmt::format("values without a letter (?): {} words", _unknown_values));
-  text += _line("distinct tags", _tags.distinct.size());
+  if (_words_with_unknown_values > 0)
+    text += _continued(fmt::format("values without a letter (?): {} words", _words_with_unknown_values)) +
+            _listed(_unknown_values);
+  text += _line("distinct tags", _tags.words.size());
   if (_tags.too_many())
     text += _continued(fmt::format("too many whole: ngrex -m holds {}; the first too many is at {}", most_distinct_tags,
                                    _place(_tags.overflow)));
   if (!_mask.empty()) {
-    text += _line("distinct masked tags", fmt::format("{} under {}", _masked_tags.distinct.size(), _mask));
+    text += _line("distinct masked tags", fmt::format("{} under {}", _masked_tags.words.size(), _mask));
     if (_masked_tags.too_many())
       text += _continued(fmt::format("too many: ngrex -m {} ends with an error above {}; the first too many is at {}",
                                      _mask, most_distinct_tags, _place(_masked_tags.overflow)));
@@ -158,38 +172,27 @@ std::string ImportReport::_tag_lines() const {
 }
 
 std::string ImportReport::_mask_lines() const {
-  if (_tags.distinct.empty()) return "";
-  std::vector<std::string> tags(_tags.distinct.begin(), _tags.distinct.end());
-  std::sort(tags.begin(), tags.end());
+  if (_tags.words.empty()) return "";
+  const TagCounts tags(_tags.words.begin(), _tags.words.end());
   const std::string mask = best_mask(tags, most_distinct_tags);
-  std::string text = _line("suggested mask", _described(mask, tags));
+  const TagInformation kept = tag_information(tags, mask);
+  std::string text = _line("suggested mask", fmt::format("{} ({} distinct tags, {:.2f} of {:.2f} bits)", mask,
+                                                         kept.distinct, kept.bits, tag_information(tags).bits));
   const bool made_from_features =
       _tag_sources.size() == 1 && *_tag_sources.begin() == _tag_source({.tag = TagSource::feats});
   std::vector<std::string_view> dropped;
   for (std::size_t p = 0; made_from_features && p < mask.size(); ++p)
     if (mask[p] == '-') dropped.push_back(position_name(p));
   if (!dropped.empty()) text += _continued(fmt::format("it leaves out {}", fmt::join(dropped, ", ")));
-  if (mask.starts_with('-')) {
-    const std::string other = best_mask(tags, most_distinct_tags, true);
-    if (!other.empty())
-      text += _continued(fmt::format("the best one with the first position: {}", _described(other, tags)));
-  }
   return text;
 }
 
 std::string ImportReport::_relation_lines() const {
   if (_undefined.empty()) return "";
   std::uint64_t total = 0;
-  std::vector<std::pair<std::string, std::uint64_t>> relations(_undefined.begin(), _undefined.end());
-  for (const auto& [name, count] : relations)
+  for (const auto& [name, count] : _undefined)
     total += count;
-  std::stable_sort(relations.begin(), relations.end(), [](auto& a, auto& b) { return a.second > b.second; });
-  std::string text = _line("relations to Undef", total);
-  constexpr std::size_t most_shown = 100;
-  for (std::size_t i = 0; i < relations.size() && i < most_shown; ++i)
-    text += fmt::format("  {:<22}{}\n", quoted(relations[i].first), relations[i].second);
-  if (relations.size() > most_shown) text += fmt::format("  and {} other names\n", relations.size() - most_shown);
-  return text;
+  return _line("relations to Undef", total) + _listed(_undefined);
 }
 
 std::string ImportReport::text() const {

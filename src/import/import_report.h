@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -52,7 +53,7 @@ class ImportReport {
  private:
   // Tags of one kind, and the word with the first one too many.
   struct Tags {
-    std::unordered_set<std::string> distinct;
+    std::unordered_map<std::string, std::uint64_t> words;  // by tag
     TreebankPlace overflow;
 
     void add(std::string tag, const std::string& input, std::uint64_t line);
@@ -81,7 +82,8 @@ class ImportReport {
   std::uint64_t _emptied_lemmas = 0;
   Tags _tags;
   Tags _masked_tags;
-  std::uint64_t _unknown_values = 0;
+  std::uint64_t _words_with_unknown_values = 0;
+  std::map<std::string, std::uint64_t> _unknown_values;
   std::map<std::string, std::uint64_t> _undefined;
   std::uint32_t _most_children = 0;
   TreebankPlace _widest;

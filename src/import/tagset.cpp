@@ -90,16 +90,17 @@ void _split_feature(std::string_view feature, std::string_view& name, std::strin
   value = value.substr(0, value.find(','));
 }
 
-}  // namespace
+// Values that have no letter, by position.
+using UnknownValues = std::array<std::string_view, feature_positions>;
 
-bool is_universal_class(std::string_view name) {
-  return std::any_of(std::begin(word_classes), std::end(word_classes),
-                     [&](const Letter& l) { return l.value == name; });
-}
-
-std::string positional_tag(std::string_view upos, std::string_view feats) {
+// Makes the tag; where `unknown` is not null, values without a letter are noted there.
+std::string _make_tag(std::string_view upos, std::string_view feats, UnknownValues* unknown) {
   std::string tag(feature_positions, '-');
-  tag[0] = _class_letter(upos);
+  const auto set = [&](std::size_t p, char letter, std::string_view value) {
+    tag[p] = letter;
+    if (letter == '?' && unknown != nullptr) (*unknown)[p] = value;
+  };
+  set(0, _class_letter(upos), upos);
   while (!feats.empty()) {
     const std::size_t bar = feats.find('|');
     const std::string_view feature = feats.substr(0, bar);
@@ -112,10 +113,30 @@ std::string positional_tag(std::string_view upos, std::string_view feats) {
       const TagPosition& position = positions[p];
       const bool alias = std::find(position.aliases.begin(), position.aliases.end(), name) != position.aliases.end();
       const bool is_named = alias || name == position.feature || name == position.former;
-      if (is_named && tag[p] == '-') tag[p] = _letter(position.letters, value, alias);
+      if (is_named && tag[p] == '-') set(p, _letter(position.letters, value, alias), value);
     }
   }
   return tag;
+}
+
+}  // namespace
+
+bool is_universal_class(std::string_view name) {
+  return std::any_of(std::begin(word_classes), std::end(word_classes),
+                     [&](const Letter& l) { return l.value == name; });
+}
+
+std::string positional_tag(std::string_view upos, std::string_view feats) {
+  return _make_tag(upos, feats, nullptr);
+}
+
+std::vector<std::string> unknown_values(std::string_view upos, std::string_view feats) {
+  UnknownValues values;
+  _make_tag(upos, feats, &values);
+  std::vector<std::string> named;
+  for (std::size_t p = 0; p < feature_positions; ++p)
+    if (!values[p].empty()) named.push_back(fmt::format("{}={}", p == 0 ? "UPOS" : positions[p].feature, values[p]));
+  return named;
 }
 
 std::string_view position_name(std::size_t position) {

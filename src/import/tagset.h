@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace colx {
 
@@ -21,6 +22,9 @@ bool is_universal_class(std::string_view name);
 // Makes the positional tag: '-' where a feature is absent, '?' where its value has no letter. Of several values, in one
 // feature or in several of the same name, the first one counts. Features without a position are left out.
 std::string positional_tag(std::string_view upos, std::string_view feats);
+
+// What stands as '?' in that tag: names and values, such as "Case=Zzz" or "UPOS=Name", in the order of the positions.
+std::vector<std::string> unknown_values(std::string_view upos, std::string_view feats);
 
 // The feature of a position, from 0; "word class" for the first.
 std::string_view position_name(std::size_t position);

@@ -88,9 +88,26 @@ TEST_F(ImportTest, ReportsItsFigures) {
             "tags:                   from XPOS\n"
             "distinct tags:          4\n"
             "distinct masked tags:   4 under *-\n"
-            "suggested mask:         ** (4 distinct tags)\n"
+            "suggested mask:         ** (4 distinct tags, 2.00 of 2.00 bits)\n"
             "widest node:            3 children at standard input:3\n"
             "longest sentence:       4 words at standard input:2\n");
+}
+
+TEST_F(ImportTest, NamesValuesWithoutALetterAndSaysWhereLemmasAreForms) {
+  const ToolResult result = run({"--tag", "feats"},
+                                "1\ta\t_\tNOUN\t_\tCase=Zzz|Case=Nom\t0\troot\t_\t_\n"
+                                "2\tb\t_\tNN\t_\tCase=Zzz\t1\tobj\t_\t_\n"
+                                "3\tc\tc\tNOUN\t_\tCase=Nom\t1\tobj\t_\t_\n\n");
+  EXPECT_NE(result.err.find("lemmas from forms:      2 words\n"
+                            "                        most lemmas are forms: every inflected form will be counted as a "
+                            "lemma of its own\n"
+                            "tags:                   made from UPOS and FEATS\n"
+                            "                        values without a letter (?): 2 words\n"
+                            "  \"Case=Zzz\"            2\n"
+                            "  \"UPOS=NN\"             1\n"
+                            "distinct tags:          3\n"),
+            std::string::npos)
+      << result.err;
 }
 
 TEST_F(ImportTest, ChecksADatafileAndWritesNothing) {
@@ -259,7 +276,8 @@ TEST_F(ImportTest, TellsOfTooManyTagsEvenWhenQuietIfThatIsWhatWasAsked) {
       result.err,
       "ngrex-import: expected at most 254 distinct tags, found 255; the first too many is at standard input:509\n");
   EXPECT_EQ(run({"-q", "--check", "--strict", "--mask", "*"}, text).status, 0);
-  EXPECT_NE(run({"--check"}, text).err.find("suggested mask:         *-** (111 distinct tags)"), std::string::npos);
+  EXPECT_NE(run({"--check"}, text).err.find("suggested mask:         *-** (111 distinct tags, 6.31 of 7.99 bits)"),
+            std::string::npos);
 }
 
 TEST_F(ImportTest, AnswersQuestionsWithZeroAndWrongUseWithTwo) {

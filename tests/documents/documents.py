@@ -105,9 +105,11 @@ def check_import_tables(source, build):
 
     rows = table_rows(section(text, "Protected characters"))[2:]
     expect(len(rows) == 5, "docs/import.md does not have five protected characters")
-    for character, code, _ in rows:
+    for character, code, _, typed in rows:
         lemma = imported(build, treebank=word(1, lemma="a" + character.strip("`") + "b") + "\n")[0][2]
         expect(lemma == "a" + chr(int(code[2:], 16)) + "b", f"docs/import.md: {character} becomes {code}, not {lemma!r}")
+        typed = subprocess.run(["bash", "-c", "printf %s " + typed.strip("`")], capture_output=True, check=True).stdout
+        expect(typed.decode() == chr(int(code[2:], 16)), f"docs/import.md: {code} is not {typed}")
 
 
 def indented_blocks(text):

@@ -6,6 +6,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace colx {
 namespace {
@@ -23,6 +24,14 @@ TEST(Tagset, MarksWhatIsAbsentAndWhatHasNoLetter) {
   EXPECT_EQ(positional_tag("Nonsense", "Case=Zzz|Foreign=Yes|Number="),
             "?"
             "?----------");
+}
+
+TEST(Tagset, NamesTheValuesThatHaveNoLetter) {
+  using Values = std::vector<std::string>;
+  EXPECT_EQ(unknown_values("Nonsense", "Tense=Yyy,Past|Case=Zzz|Foreign=Yes|Number=|Case=Nom"),
+            (Values{"UPOS=Nonsense", "Case=Zzz", "Tense=Yyy"}));
+  EXPECT_EQ(unknown_values("NOUN", "cas=Zzz"), Values{"Case=Zzz"});
+  EXPECT_EQ(unknown_values("NOUN", "Case=Gen|Gender=Fem"), Values{});
 }
 
 TEST(Tagset, TakesTheFirstOfSeveralValues) {
