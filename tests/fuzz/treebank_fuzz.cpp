@@ -11,11 +11,7 @@
 #include "corpus/parser.h"
 #include "corpus/word_queue.h"
 #include "import/datafile_words.h"
-<<<<<<< HEAD
 #include "import/foreign_format.h"
-#include "import/mask_search.h"
-=======
->>>>>>> c720794 (ngrex-import: the mask of highest entropy, unknown values by name, lemmas that are forms)
 #include "import/sentence_reader.h"
 #include "import/treebank_format.h"
 #include "import/treebank_source.h"
