@@ -1,14 +1,15 @@
 #include "import/conll_columns.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
-#include <cstring>
 #include <string>
 
 #include <fmt/format.h>
 
 #include "companion/utf8.h"
 #include "corpus/datafile_format.h"
+#include "import/line_scan.h"
 
 namespace colx {
 
@@ -23,13 +24,17 @@ bool _is_spaced_well(std::string_view text) {
 
 bool is_utf8(std::string_view text) {
   while (!text.empty()) {
-    std::uint64_t bytes = 0;
-    if (text.size() >= sizeof bytes) {
-      std::memcpy(&bytes, text.data(), sizeof bytes);
-      if ((bytes & 0x8080808080808080U) == 0) {
-        text.remove_prefix(sizeof bytes);
-        continue;
-      }
+    if (text.size() >= 8) {
+      // ASCII needs no closer look.
+      const std::uint64_t others = load_bytes(text.data()) & 0x8080808080808080U;
+      text.remove_prefix(static_cast<std::size_t>(std::countr_zero(others)) / 8);
+      if (others == 0) continue;
+    }
+    // Most characters take two bytes.
+    const auto first = static_cast<unsigned char>(text[0]);
+    if (first >= 0xC2 && first < 0xE0 && text.size() > 1 && (static_cast<unsigned char>(text[1]) & 0xC0U) == 0x80) {
+      text.remove_prefix(2);
+      continue;
     }
     const Character character = first_character(text);
     if (!character.is_valid) return false;
