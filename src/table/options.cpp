@@ -6,7 +6,7 @@
 #include <fmt/format.h>
 
 #include "companion/errors.h"
-#include "table/association.h"
+#include "rows/association.h"
 
 namespace colx::table {
 

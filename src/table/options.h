@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "companion/command_line.h"
-#include "table/row_filter.h"
-#include "table/sorted_rows.h"
-#include "table/writers.h"
+#include "rows/row_filter.h"
+#include "rows/sorted_rows.h"
+#include "table/formats.h"
 
 namespace colx::table {
 

@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "companion/errors.h"
-#include "table/block_reader.h"
-#include "table/columns.h"
-#include "table/sorted_rows.h"
-#include "table/writers.h"
+#include "rows/block_reader.h"
+#include "rows/columns.h"
+#include "rows/sorted_rows.h"
+#include "table/formats.h"
 #include "tests/fuzz/memory_file.h"
 #include "tests/fuzz/target.h"
 
@@ -42,7 +42,7 @@ std::string _table(const Row& row, Format format) {
   }
   TextOutput output;
   const auto writer = make_writer(format, output, false);
-  writer->begin(columns);
+  writer->begin(headings_of(columns));
   writer->row(fields);
   writer->end();
   return output.text();

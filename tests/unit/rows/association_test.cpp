@@ -1,4 +1,4 @@
-#include "table/association.h"
+#include "rows/association.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "table/fisher.h"
+#include "rows/fisher.h"
 
 namespace colx::table {
 namespace {

@@ -1,4 +1,4 @@
-#include "table/deviance.h"
+#include "rows/deviance.h"
 
 #include <cmath>
 

@@ -11,8 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include "table/block.h"
-#include "table/columns.h"
+#include "rows/block.h"
+#include "rows/columns.h"
 
 namespace colx::table {
 

@@ -1,4 +1,4 @@
-#include "table/block_reader.h"
+#include "rows/block_reader.h"
 
 #include <charconv>
 #include <cstring>

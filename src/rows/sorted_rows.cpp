@@ -1,4 +1,4 @@
-#include "table/sorted_rows.h"
+#include "rows/sorted_rows.h"
 
 #include <algorithm>
 #include <cmath>

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "companion/descriptor.h"
-#include "table/block.h"
+#include "rows/block_source.h"
 
 namespace colx::table {
 
@@ -29,15 +29,16 @@ struct Fault {
 double measure_value(std::string_view text);
 
 // A file or standard input as a sequence of blocks, all of the same N.
-class BlockReader {
+class BlockReader : public BlockSource {
  public:
   static constexpr std::size_t default_buffer = std::size_t{1} << 20;
 
   // Opens a file; `-` is standard input. `buffer` is the number of bytes asked for at a time. Throws input_error.
   explicit BlockReader(const std::string& path, std::size_t buffer = default_buffer);
+
   // Takes the next block, whose texts stay valid until the next call; false at the end of a complete file. Throws
   // input_error with the name of the input and the number of the line when the input is malformed or truncated.
-  bool next(Block& block);
+  bool next(Block& block) override;
 
  private:
   bool _refill();

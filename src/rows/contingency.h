@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <span>
 
-#include "table/block.h"
+#include "rows/block.h"
 
 namespace colx::table {
 

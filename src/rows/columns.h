@@ -5,12 +5,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "table/block.h"
-#include "table/contingency.h"
+#include "rows/block.h"
+#include "rows/contingency.h"
+#include "rows/field.h"
 
 namespace colx::table {
 
@@ -35,21 +37,14 @@ struct Column {
   std::string name;
 
   // Lemmas, tags, relations and patterns are texts; everything else is a number.
-  bool is_text() const;
+  ValueType type() const;
+  bool is_text() const { return type() == ValueType::text; }
 
   // Whether the column depends on the N-gram alone, and not on its place in the table.
   bool is_of_block() const { return quantity != Quantity::rank; }
 
   // The same column, under whatever name.
   bool operator==(const Column& other) const { return quantity == other.quantity && index == other.index; }
-};
-
-enum class FieldKind { text, number, not_a_number, infinity, minus_infinity };
-
-// One value of a row as it is to be written. Only texts and numbers have a content.
-struct Field {
-  FieldKind kind = FieldKind::text;
-  std::string_view content;
 };
 
 // One N-gram in its place in the table.
@@ -65,6 +60,9 @@ struct Row {
   int precision;       // significant digits of computed measures
   Contingency contingency;
 };
+
+// The columns as writers see them.
+std::vector<Heading> headings_of(std::span<const Column> columns);
 
 // The column of that name, for some N; nothing when no N has such a column.
 std::optional<Column> find_column(std::string_view name);
@@ -93,11 +91,5 @@ double number_of(const Column& column, const Row& row);
 
 // The value of any column as a field. The content is a view into the block, or into `scratch`, which is overwritten.
 Field field_of(const Column& column, const Row& row, std::string& scratch);
-
-// The value of a field that is no text, as it is written.
-double value_of(const Field& field);
-
-// The text that stands for a field where there are no special values: NA, Inf and -Inf.
-std::string_view text_of(const Field& field);
 
 }  // namespace colx::table

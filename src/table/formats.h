@@ -1,6 +1,6 @@
 #pragma once
 
-// Tables as text, in several formats, which docs/ngrex-table.1 describes.
+// The formats of a table by their names.
 
 #include <memory>
 #include <optional>
@@ -8,8 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "table/columns.h"
+#include "rows/columns.h"
 #include "table/output.h"
+#include "table/writer.h"
 
 namespace colx::table {
 
@@ -17,29 +18,6 @@ enum class Format { tsv, csv, jsonl, markdown, ucs, aligned };
 
 // The format of that name: tsv, csv, jsonl, markdown, ucs, table.
 std::optional<Format> find_format(std::string_view name);
-
-// Writes one table: begin, its rows, end.
-class Writer {
- public:
-  explicit Writer(Output& output) : _output(output) {}
-  virtual ~Writer() = default;
-
-  Writer(const Writer&) = delete;
-  Writer& operator=(const Writer&) = delete;
-
-  // Writes the header, if the format has one.
-  virtual void begin(std::span<const Column> columns) = 0;
-  // Writes one row; the fields are those of the columns and need not outlive the call.
-  virtual void row(std::span<const Field> fields) = 0;
-  // Writes what is still held back.
-  virtual void end() {}
-
- protected:
-  Output& out() { return _output; }
-
- private:
-  Output& _output;  // not owned
-};
 
 // A writer for the format. `bold_header` is for the aligned table alone: it is then written for a terminal.
 std::unique_ptr<Writer> make_writer(Format format, Output& output, bool bold_header);

@@ -1,4 +1,4 @@
-#include "table/association.h"
+#include "rows/association.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,8 +6,8 @@
 #include <limits>
 #include <numbers>
 
-#include "table/deviance.h"
-#include "table/fisher.h"
+#include "rows/deviance.h"
+#include "rows/fisher.h"
 
 namespace colx::table {
 

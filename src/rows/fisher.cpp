@@ -1,4 +1,4 @@
-#include "table/fisher.h"
+#include "rows/fisher.h"
 
 #include <algorithm>
 #include <boost/math/distributions/hypergeometric.hpp>
@@ -6,7 +6,7 @@
 #include <limits>
 #include <numbers>
 
-#include "table/deviance.h"
+#include "rows/deviance.h"
 
 namespace colx::table {
 

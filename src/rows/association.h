@@ -8,7 +8,7 @@
 #include <optional>
 #include <string_view>
 
-#include "table/contingency.h"
+#include "rows/contingency.h"
 
 namespace colx::table {
 

@@ -1,4 +1,4 @@
-#include "table/columns.h"
+#include "rows/columns.h"
 
 #include <array>
 #include <charconv>
@@ -10,8 +10,8 @@
 #include <fmt/format.h>
 
 #include "companion/errors.h"
-#include "table/association.h"
-#include "table/block_reader.h"
+#include "rows/association.h"
+#include "rows/block_reader.h"
 
 namespace colx::table {
 
@@ -106,9 +106,32 @@ std::uint64_t _count_of_row(const Column& column, const Row& row) {
 
 }  // namespace
 
-bool Column::is_text() const {
-  return quantity == Quantity::lemma || quantity == Quantity::tag || quantity == Quantity::relation ||
-         quantity == Quantity::pattern;
+ValueType Column::type() const {
+  switch (quantity) {
+    case Quantity::lemma:
+    case Quantity::tag:
+    case Quantity::relation:
+    case Quantity::pattern:
+      return ValueType::text;
+    case Quantity::own_measure:
+    case Quantity::association:
+      return ValueType::real;
+    case Quantity::rank:
+    case Quantity::parent:
+    case Quantity::frequency:
+    case Quantity::marginal:
+    case Quantity::total:
+    case Quantity::cell:
+      break;
+  }
+  return ValueType::count;
+}
+
+std::vector<Heading> headings_of(std::span<const Column> columns) {
+  std::vector<Heading> headings;
+  for (const Column& column : columns)
+    headings.push_back({column.name, column.type()});
+  return headings;
 }
 
 std::optional<Column> find_column(std::string_view name) {
@@ -195,21 +218,6 @@ double number_of(const Column& column, const Row& row) {
   return static_cast<double>(_count_of_row(column, row));
 }
 
-double value_of(const Field& field) {
-  switch (field.kind) {
-    case FieldKind::not_a_number:
-      return std::numeric_limits<double>::quiet_NaN();
-    case FieldKind::infinity:
-      return std::numeric_limits<double>::infinity();
-    case FieldKind::minus_infinity:
-      return -std::numeric_limits<double>::infinity();
-    case FieldKind::text:
-    case FieldKind::number:
-      break;
-  }
-  return measure_value(field.content);
-}
-
 Field field_of(const Column& column, const Row& row, std::string& scratch) {
   switch (column.quantity) {
     case Quantity::lemma:
@@ -234,21 +242,6 @@ Field field_of(const Column& column, const Row& row, std::string& scratch) {
       break;
   }
   return _count_field(_count_of_row(column, row), scratch);
-}
-
-std::string_view text_of(const Field& field) {
-  switch (field.kind) {
-    case FieldKind::not_a_number:
-      return "NA";
-    case FieldKind::infinity:
-      return "Inf";
-    case FieldKind::minus_infinity:
-      return "-Inf";
-    case FieldKind::text:
-    case FieldKind::number:
-      break;
-  }
-  return field.content;
 }
 
 }  // namespace colx::table

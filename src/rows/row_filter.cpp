@@ -1,4 +1,4 @@
-#include "table/row_filter.h"
+#include "rows/row_filter.h"
 
 #include <regex.h>
 
@@ -12,7 +12,7 @@
 #include <fmt/format.h>
 
 #include "companion/errors.h"
-#include "table/bracket_ranges.h"
+#include "rows/bracket_ranges.h"
 
 namespace colx::table {
 

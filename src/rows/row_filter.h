@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "table/columns.h"
+#include "rows/columns.h"
 
 namespace colx::table {
 

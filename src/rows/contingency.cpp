@@ -1,4 +1,4 @@
-#include "table/contingency.h"
+#include "rows/contingency.h"
 
 namespace colx::table {
 

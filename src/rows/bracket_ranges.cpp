@@ -1,4 +1,4 @@
-#include "table/bracket_ranges.h"
+#include "rows/bracket_ranges.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,0 +1,62 @@
+#include "table/formats.h"
+
+#include <algorithm>
+#include <array>
+
+#include "table/text_writers.h"
+
+namespace colx::table {
+
+namespace {
+
+struct FormatName {
+  std::string_view name;
+  Format format;
+};
+
+constexpr std::array<FormatName, 6> _formats = {{{"tsv", Format::tsv},
+                                                 {"csv", Format::csv},
+                                                 {"jsonl", Format::jsonl},
+                                                 {"markdown", Format::markdown},
+                                                 {"ucs", Format::ucs},
+                                                 {"table", Format::aligned}}};
+
+}  // namespace
+
+std::optional<Format> find_format(std::string_view name) {
+  for (const FormatName& format : _formats)
+    if (format.name == name) return format.format;
+  return std::nullopt;
+}
+
+std::unique_ptr<Writer> make_writer(Format format, Output& output, bool bold_header) {
+  switch (format) {
+    case Format::csv:
+      return make_csv_writer(output);
+    case Format::jsonl:
+      return make_json_lines_writer(output);
+    case Format::markdown:
+      return make_markdown_writer(output);
+    case Format::aligned:
+      return make_aligned_writer(output, bold_header);
+    case Format::tsv:
+    case Format::ucs:
+      break;
+  }
+  return make_tsv_writer(output);
+}
+
+std::vector<Column> ucs_columns(std::span<const Column> columns) {
+  std::vector<Column> result = {{Quantity::rank, 0, "id"},     {Quantity::lemma, 0, "l1"},
+                                {Quantity::lemma, 1, "l2"},    {Quantity::frequency, 0, "f"},
+                                {Quantity::marginal, 0, "f1"}, {Quantity::marginal, 1, "f2"},
+                                {Quantity::total, 0, "N"}};
+  for (const Column& column : columns) {
+    if (std::find(result.begin(), result.end(), column) != result.end()) continue;
+    result.push_back(column);
+    std::replace(result.back().name.begin(), result.back().name.end(), '_', '.');
+  }
+  return result;
+}
+
+}  // namespace colx::table

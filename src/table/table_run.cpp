@@ -1,0 +1,101 @@
+#include "table/table_run.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "companion/errors.h"
+#include "rows/block_reader.h"
+
+namespace colx::table {
+
+namespace {
+
+// The columns to be printed for N-grams of n words, each once; with n = 0 those that are named and exist for some n.
+std::vector<Column> _chosen_columns(const Options& options, std::size_t n) {
+  std::vector<Column> columns;
+  const auto add = [&](Column column) {
+    if (std::find(columns.begin(), columns.end(), column) == columns.end()) columns.push_back(std::move(column));
+  };
+  const auto add_all = [&](std::vector<Column> more) {
+    std::for_each(more.begin(), more.end(), [&](Column& column) { add(std::move(column)); });
+  };
+  if (options.columns.empty()) columns = default_columns(n);
+  for (const std::string& name : options.columns)
+    add_all(expand_column(name, n));
+  for (const std::string& name : options.measures)
+    add(*find_column(name));
+  if (options.cells) add_all(cell_columns(n));
+  if (options.pattern) add(*find_column("pattern"));
+  return columns;
+}
+
+void _check_for_n(const Options& options, Format format, std::size_t n) {
+  if (format == Format::ucs && n != 2)
+    throw usage_error(fmt::format("the format ucs is for pairs; this file has N-grams of {} words", n));
+  for (const std::string& name : options.measures)
+    check_column(*find_column(name), n);
+  for (const RowFilter& filter : options.filters)
+    check_column(filter.column(), n);
+  if (options.sort.has_value()) check_column(options.sort->column, n);
+}
+
+}  // namespace
+
+TableRun::TableRun(const Options& options, Format format, Output& output, bool bold)
+    : _options(options), _format(format), _writer(make_writer(format, output, bold)) {
+  if (options.sort.has_value()) _sorted = std::make_unique<SortedRows>(*options.sort, options.top);
+}
+
+void TableRun::begin(std::size_t n) {
+  if (n != 0) _check_for_n(_options, _format, n);
+  _columns = _chosen_columns(_options, n);
+  if (_format == Format::ucs) _columns = ucs_columns(_columns);
+  _scratch.resize(_columns.size());
+  _fields.resize(_columns.size());
+  _writer->begin(headings_of(_columns));
+}
+
+bool TableRun::add(const Block& block) {
+  if (_is_full()) return false;
+  const Row row(block, _printed + 1, _options.precision);
+  if (row.contingency.frequency < _options.min_frequency) return true;
+  for (const RowFilter& filter : _options.filters)
+    if (!filter.admits(row)) return true;
+  if (_sorted)
+    _sorted->add(row);
+  else
+    _print(row);
+  return !_is_full();
+}
+
+void TableRun::end() {
+  if (_sorted) {
+    _sorted->sort();
+    Block block;
+    Fault fault;
+    for (std::size_t i = 0; i < _sorted->size(); ++i) {
+      // What was kept had been a block before.
+      if (parse_block(_sorted->text(i), block, fault) != ParseStatus::complete) throw std::logic_error(fault.message);
+      _print(Row(block, _printed + 1, _options.precision));
+    }
+  }
+  _writer->end();
+}
+
+void TableRun::_print(const Row& row) {
+  for (std::size_t i = 0; i < _columns.size(); ++i)
+    _fields[i] = field_of(_columns[i], row, _scratch[i]);
+  _writer->row(_fields);
+  ++_printed;
+}
+
+bool names_every_column(const Options& options) {
+  return !options.columns.empty() && !options.cells &&
+         std::none_of(options.columns.begin(), options.columns.end(),
+                      [](const std::string& name) { return expand_column(name, 0).empty(); });
+}
+
+}  // namespace colx::table

@@ -1,0 +1,52 @@
+#pragma once
+
+// One table from its N-grams to its last row: which are in it, in what order, with which columns.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "rows/columns.h"
+#include "rows/sorted_rows.h"
+#include "table/formats.h"
+#include "table/options.h"
+
+namespace colx::table {
+
+// Takes N-grams one after another and hands their rows to a writer, at once or, when they are to be sorted, at the end.
+class TableRun {
+ public:
+  // Options and output must outlive the run. `bold` is for the header of an aligned table.
+  TableRun(const Options& options, Format format, Output& output, bool bold);
+
+  // Takes all that follows from N and writes the header; n = 0 when there is no N-gram. Throws usage_error when the
+  // options ask for something that N-grams of n words do not have.
+  void begin(std::size_t n);
+
+  // Takes an N-gram. False when no further one can change the table.
+  bool add(const Block& block);
+
+  // Writes what is still held back.
+  void end();
+
+ private:
+  // Whether all rows that are wanted have been printed.
+  bool _is_full() const { return !_sorted && _options.top.has_value() && _printed >= *_options.top; }
+
+  void _print(const Row& row);
+
+  const Options& _options;
+  Format _format;
+  std::unique_ptr<Writer> _writer;
+  std::unique_ptr<SortedRows> _sorted;
+  std::vector<Column> _columns;
+  std::vector<std::string> _scratch;  // one for each column, as fields point into it
+  std::vector<Field> _fields;
+  std::uint64_t _printed = 0;
+};
+
+// Whether the columns are known without an N-gram, whose number of words would tell how many there are of a kind.
+bool names_every_column(const Options& options);
+
+}  // namespace colx::table

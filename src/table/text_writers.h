@@ -1,0 +1,20 @@
+#pragma once
+
+// The writers that make text, one function for each; formats are described in docs/ngrex-table.1.
+
+#include <memory>
+
+#include "table/output.h"
+#include "table/writer.h"
+
+namespace colx::table {
+
+std::unique_ptr<Writer> make_tsv_writer(Output& output);
+std::unique_ptr<Writer> make_csv_writer(Output& output);
+std::unique_ptr<Writer> make_json_lines_writer(Output& output);
+std::unique_ptr<Writer> make_markdown_writer(Output& output);
+
+// With `bold_header` the header is written for a terminal.
+std::unique_ptr<Writer> make_aligned_writer(Output& output, bool bold_header);
+
+}  // namespace colx::table
