@@ -193,7 +193,8 @@ def check_demo(source, build):
         expect(len(blocks) == 1 and table.endswith("\n" + blocks[0].expandtabs(4) + "\n"), f"README.md explains another block than {table}")
         for text in (demo, readme):
             told = re.sub(r"[\s*\"]+", " ", text)
-            for number, what in zip(blocks[0].split("\n")[2].split("\t"), ("have neither", "have", "have", "are heavy rain")):
+            cells = blocks[0].split("\n")[2].split("\t")
+            for number, what in zip(cells, ("have neither", "have", "have", "are heavy rain")):
                 expect(f" {number} {what}" in told, f"{number} {what} is not said")
 
 

@@ -2,9 +2,9 @@
 
 usage: package.py BUILD_FOLDER
 
-It depends on the libraries of its programs; its files are where Debian wants them, with one licence and a changelog in Debian's form;
-lintian, where it is installed, has no complaint. Without dpkg-shlibdeps there is a sentence and no package. Status 77
-says that the tools are not there.
+It depends on the libraries of its programs; its files are where Debian wants them, with one licence and a changelog in
+Debian's form; lintian, where it is installed, has no complaint. Without dpkg-shlibdeps there is a sentence and no package.
+Status 77 says that the tools are not there.
 """
 
 import os
@@ -47,7 +47,8 @@ def check_files(package, folder):
     subprocess.run(["dpkg-deb", "--extract", package, folder], check=True)
     documents = os.path.join(folder, "usr", "share", "doc", "ngrex")
     for program in PROGRAMS:
-        for path in (f"bin/{program}", f"share/man/man1/{program}.1.gz", f"share/bash-completion/completions/{program}"):
+        places = (f"bin/{program}", f"share/man/man1/{program}.1.gz", f"share/bash-completion/completions/{program}")
+        for path in places:
             expect(os.path.isfile(os.path.join(folder, "usr", path)), f"no /usr/{path}")
     expect(os.readlink(os.path.join(documents, "LICENSE")) == "copyright", "the licence is there twice")
     changelog = output("dpkg-parsechangelog", "--file", os.path.join(documents, "changelog.gz"), "--all")
