@@ -9,6 +9,7 @@
 
 #include "corpus/datafile_format.h"
 #include "import/datafile_writer.h"
+#include "import/function_names.h"
 #include "import/lemma_protection.h"
 #include "import/relations.h"
 #include "output/number_format.h"
@@ -87,7 +88,8 @@ void SentenceConverter::_make_tag(const TreebankWord& word, DatafileWord& result
 const std::vector<DatafileWord>& SentenceConverter::convert(const TreebankSentence& sentence,
                                                             std::vector<TreebankProblem>& problems) {
   _texts.clear();
-  if (_conversion.functions) _functions = analytical_functions(sentence);
+  const bool converts = _conversion.relations != nullptr;
+  if (converts) _functions = analytical_functions(sentence, *_conversion.relations);
   _words.assign(sentence.words.size(), {});
   for (std::size_t i = 0; i < _words.size(); ++i) {
     const TreebankWord& word = sentence.words[i];
@@ -95,10 +97,10 @@ const std::vector<DatafileWord>& SentenceConverter::convert(const TreebankSenten
     result.form = _field(word.form);
     _convert_lemma(word, result);
     _convert_tag(word, result);
-    result.relation = _conversion.functions ? std::string_view(_functions[i]) : _field(word.relation);
+    result.relation = converts ? std::string_view(_functions[i]) : _field(word.relation);
     const bool is_known =
-        result.relation != "Undef" && (_conversion.functions || is_analytical_function(result.relation));
-    result.relation_is_undefined = !is_known && word.relation != "Undef";
+        result.relation != undefined_function && (converts || is_analytical_function(result.relation));
+    result.relation_is_undefined = !is_known && word.relation != undefined_function;
     _check_length(result.kept_lemma, _lemma_column(_conversion, result), word.line, problems);
     _check_length(result.tag, _tag_column(_conversion), word.line, problems);
   }

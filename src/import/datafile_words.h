@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "corpus/text_cache.h"
+#include "import/relation_map.h"
 #include "import/sentence.h"
 #include "import/tagset.h"
 #include "import/text_arena.h"
@@ -18,7 +19,7 @@ namespace colx {
 struct Conversion {
   TreebankFormat format = TreebankFormat::conllu;
   TagSource tag = TagSource::xpos;  // not automatic; for datafiles without effect
-  bool functions = true;            // relations become analytical functions
+  const RelationMap* relations = nullptr;  // by which relations become analytical functions; null: they stay
   bool protect_lemmas = true;
   bool protect_forms = true;  // where the form stands in for the lemma
 };

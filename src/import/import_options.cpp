@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "companion/errors.h"
+#include "import/relation_tables.h"
 
 namespace colx {
 
@@ -37,6 +38,12 @@ bool _wants_functions(const GivenOption& given) {
   return given.value == "functions";
 }
 
+const RelationTable& _relation_table(const GivenOption& given) {
+  const RelationTable* const table = relation_table(given.value);
+  if (table == nullptr) reject(given, "ud or sud");
+  return *table;
+}
+
 const std::string& _mask(const GivenOption& given) {
   if (given.value.empty() || given.value.find_first_not_of("*-") != std::string::npos)
     reject(given, "a mask of * and -");
@@ -54,6 +61,11 @@ constexpr auto _rows = std::to_array<Row>({
      [](ImportSettings& settings, const GivenOption& given) { settings.tag = _tag_source(given); }},
     {{"--relations", "HOW", "keep relations or turn them into analytical functions: keep, functions (default)"},
      [](ImportSettings& settings, const GivenOption& given) { settings.functions = _wants_functions(given); }},
+    {{"--relation-map", "FILE", "the table of relations and functions; without it ud or sud, by content"},
+     [](ImportSettings& settings, const GivenOption& given) { settings.relation_map = _path(given); }},
+    {{"--print-relation-map", "NAME", "print a built-in table of relations and functions and exit: ud, sud"},
+     [](ImportSettings& settings, const GivenOption& given) { settings.information = _relation_table(given).text; },
+     true},
     {{"--protect-lemmas", "", "replace ' : ; ^ _ in lemmas by look-alikes; default for CoNLL-U"},
      [](ImportSettings& settings, const GivenOption&) { settings.protect_lemmas = true; }},
     {{"--no-protect-lemmas", "", "leave lemmas as they are; default for CoNLL-X and datafiles"},
@@ -89,6 +101,9 @@ void _check_conflicts(const ImportSettings& settings) {
     throw usage_error("--check writes nothing and does not go with --output, --list or --split");
   if (settings.output.empty() && settings.split != 0) throw usage_error("--split needs --output FILE");
   if (settings.output.empty() && !settings.list.empty()) throw usage_error("--list needs --output FILE");
+  if (!settings.relation_map.empty() && settings.functions == false)
+    throw usage_error("--relation-map does not go with --relations keep");
+  if (settings.relation_map == "-") throw usage_error("--relation-map: expected the path of a file, found \"-\"");
   if (settings.list == "-") throw usage_error("--list: expected the path of a file, found \"-\"");
   if (!settings.list.empty() && settings.output.find('\n') != std::string::npos)
     throw usage_error("a path with a line end cannot stand in a list file");

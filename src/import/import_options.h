@@ -19,6 +19,7 @@ struct ImportSettings {
   std::optional<TreebankFormat> format;
   TagSource tag = TagSource::automatic;
   std::optional<bool> functions;       // not given: yes, but for a datafile that is only checked
+  std::string relation_map;            // a file; empty: a built-in table, by content
   std::optional<bool> protect_lemmas;  // not given: by format
   std::string output;                  // empty: standard output
   std::string list;
@@ -28,7 +29,7 @@ struct ImportSettings {
   bool strict = false;
   bool quiet = false;
 
-  std::string information;  // what --help, --version or --tag-table print; the run then does nothing else
+  std::string information;  // what --help, --version, --tag-table or --print-relation-map print; the run then does nothing else
 };
 
 // What ngrex-import says of itself, with all its options.

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "companion/utf8.h"
 #include "corpus/datafile_format.h"
 #include "import/mask_search.h"
 #include "import/tree_check.h"
@@ -93,6 +94,9 @@ std::string ImportReport::Tags::fault() const {
 void ImportReport::add_input(const Conversion& conversion) {
   _formats.insert(_name(conversion.format));
   _tag_sources.insert(_tag_source(conversion));
+  _relation_maps.insert(conversion.relations == nullptr
+                            ? "kept"
+                            : fmt::format("to functions ({})", printable(conversion.relations->name())));
 }
 
 void ImportReport::add_sentence(const TreebankSentence& sentence, const std::vector<DatafileWord>& words,
@@ -188,11 +192,12 @@ std::string ImportReport::_mask_lines() const {
 }
 
 std::string ImportReport::_relation_lines() const {
-  if (_undefined.empty()) return "";
+  const std::string text = _line("relations", fmt::to_string(fmt::join(_relation_maps, "; ")));
+  if (_undefined.empty()) return text;
   std::uint64_t total = 0;
   for (const auto& [name, count] : _undefined)
     total += count;
-  return _line("relations to Undef", total) + _listed(_undefined);
+  return text + _line("relations to Undef", total) + _listed(_undefined);
 }
 
 std::string ImportReport::text() const {

@@ -70,6 +70,7 @@ class ImportReport {
   std::string _mask;
   std::set<std::string_view> _formats;
   std::set<std::string_view> _tag_sources;
+  std::set<std::string> _relation_maps;
   std::uint64_t _words = 0;
   std::uint64_t _sentences = 0;
   std::uint64_t _skipped = 0;

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
@@ -24,6 +25,7 @@
 #include "import/import_report.h"
 #include "import/list_file.h"
 #include "import/reading_bar.h"
+#include "import/relation_tables.h"
 #include "import/sentence_reader.h"
 #include "import/treebank_format.h"
 #include "import/treebank_source.h"
@@ -55,6 +57,7 @@ class Importer {
 
   // Returns the exit status. Throws input_error and output_error.
   int run() {
+    if (!_settings.relation_map.empty()) _read_relation_map();
     _open_inputs();
     if (!_settings.check) _open_outputs();
     for (std::size_t i = 0; i < _inputs.size(); ++i)
@@ -133,6 +136,17 @@ class Importer {
     _writer = std::make_unique<DatafileWriter>(_settings.output, _settings.split, _kept);
   }
 
+  void _read_relation_map() {
+    const std::string& path = _settings.relation_map;
+    const Descriptor file = open_for_reading(path);
+    std::string text;
+    std::array<char, 4096> buffer;
+    while (const std::size_t size = file.read_some(buffer.data(), buffer.size(), path))
+      text.append(buffer.data(), size);
+    _relation_map.emplace(text, path);
+    if (const auto regular = regular_file(path)) _kept.push_back(regular->identity);
+  }
+
   TreebankFormat _format_of(TreebankSource& source) const {
     const std::string_view beginning = source.preview();
     if (const auto foreign = foreign_bytes(beginning)) _refuse(source, *foreign);
@@ -153,13 +167,20 @@ class Importer {
                     source.name(), foreign.found, foreign.advice, way_out));
   }
 
-  Conversion _conversion(TreebankFormat format) const {
+  const RelationMap& _map_for(TreebankFormat format, TreebankSource& source) const {
+    if (_relation_map) return *_relation_map;
+    return map_of(format == TreebankFormat::conllu ? recognise_relations(source.preview()) : universal_relations());
+  }
+
+  Conversion _conversion(TreebankSource& source) const {
+    const TreebankFormat format = _format_of(source);
     const bool is_datafile = format == TreebankFormat::datafile;
     Conversion conversion;
     conversion.format = format;
     conversion.tag = _tag;
     // A datafile that is checked will be read as it is.
-    conversion.functions = _settings.functions.value_or(!(is_datafile && _settings.check));
+    if (_settings.functions.value_or(!(is_datafile && _settings.check) || _relation_map))
+      conversion.relations = &_map_for(format, source);
     conversion.protect_lemmas = _settings.protect_lemmas.value_or(format == TreebankFormat::conllu);
     // Forms have no technical suffixes that should be cut.
     conversion.protect_forms = _settings.protect_lemmas.value_or(!is_datafile);
@@ -168,7 +189,7 @@ class Importer {
 
   void _import(const std::string& path, std::unique_ptr<TreebankSource>& opened) {
     const auto source = opened ? std::move(opened) : std::make_unique<TreebankSource>(path, false);
-    const Conversion conversion = _conversion(_format_of(*source));
+    const Conversion conversion = _conversion(*source);
     _report.add_input(conversion);
     SentenceReader reader(*source, conversion.format);
     SentenceConverter converter(conversion);
@@ -261,6 +282,7 @@ class Importer {
   TagSource _tag = TagSource::automatic;
   std::vector<std::unique_ptr<TreebankSource>> _inputs;  // null: to be opened when its turn comes
   std::vector<FileIdentity> _kept;                       // what no datafile may overwrite
+  std::optional<RelationMap> _relation_map;
   std::optional<ListFile> _list;
   std::unique_ptr<DatafileWriter> _writer;
   ImportReport _report;

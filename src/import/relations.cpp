@@ -1,145 +1,50 @@
 #include "import/relations.h"
 
 #include <algorithm>
-#include <cstdint>
+#include <cstddef>
 #include <iterator>
 #include <optional>
 #include <span>
-#include <unordered_map>
+#include <string_view>
 
-#include "corpus/dependencies.h"
+#include "import/function_names.h"
 
 namespace colx {
 
 namespace {
 
-struct Mapping {
-  std::string_view relation;
-  std::string_view function;
-};
+using Source = RelationRule::Source;
 
-// Universal relations whose function does not depend on other words. A subtype that is not listed goes with its
-// relation.
-constexpr Mapping universal_relations[] = {
-    {"acl", "Atr"},           {"advcl", "Adv"},        {"advcl:pred", "AtvV"},   {"advmod", "Adv"},
-    {"advmod:emph", "AuxZ"},  {"amod", "Atr"},         {"aux", "AuxV"},          {"case", "AuxP"},
-    {"cc", "Coord"},          {"cc:preconj", "AuxY"},  {"ccomp", "Obj"},         {"clf", "Atr"},
-    {"compound", "Atr"},      {"compound:lvc", "Obj"}, {"compound:prt", "AuxT"}, {"cop", "AuxV"},
-    {"csubj", "Sb"},          {"det", "Atr"},          {"discourse", "AuxY"},    {"dislocated", "ExD"},
-    {"expl", "AuxO"},         {"expl:impers", "AuxR"}, {"expl:pass", "AuxR"},    {"expl:pv", "AuxT"},
-    {"flat", "Atr"},          {"iobj", "Obj"},         {"list", "ExD"},          {"mark", "AuxC"},
-    {"nmod", "Atr"},          {"nsubj", "Sb"},         {"nummod", "Atr"},        {"obj", "Obj"},
-    {"obl", "Adv"},           {"obl:agent", "Obj"},    {"obl:arg", "Obj"},       {"orphan", "ExD"},
-    {"parataxis", "Pred_Pa"}, {"reparandum", "ExD"},   {"root", "Pred"},         {"vocative", "ExD"},
-    {"xcomp", "Obj"},
-};
-
-// Relations of the first version of the universal scheme that the second one renamed.
-constexpr Mapping former_relations[] = {{"auxpass", "AuxV"}, {"csubjpass", "Sb"}, {"dobj", "Obj"},
-                                        {"foreign", "Atr"},  {"name", "Atr"},     {"neg", "Adv"},
-                                        {"nsubjpass", "Sb"}, {"remnant", "ExD"}};
-
-// Universal relations that take the function of their parent, with a suffix.
-constexpr Mapping inherited_functions[] = {
-    {"appos", "_Ap"}, {"conj", "_Co"}, {"fixed", ""}, {"goeswith", ""}, {"mwe", ""}};
-
-// Names of analytical functions in other treebanks, in lower case.
-constexpr Mapping other_names[] = {{"sbj", "Sb"},     {"subj", "Sb"},    {"ocomp", "Atv"},
-                                   {"predc", "Pred"}, {"prede", "Pred"}, {"predp", "Pred"}};
-
-constexpr std::string_view undefined = "Undef";
-
-template <std::size_t count>
-std::optional<std::string_view> _find(const Mapping (&table)[count], std::string_view name) {
-  const auto found = std::find_if(std::begin(table), std::end(table),
-                                  [&](const Mapping& mapping) { return mapping.relation == name; });
-  if (found == std::end(table)) return std::nullopt;
-  return found->function;
-}
-
-// By the whole name, else without subtype.
-template <std::size_t count>
-std::optional<std::string_view> _find_universal(const Mapping (&table)[count], std::string_view relation) {
-  if (const auto found = _find(table, relation)) return found;
-  return _find(table, relation.substr(0, relation.find(':')));
-}
-
-std::string _lower(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return lower;
-}
-
-// A name without _Ap, _Co or _Pa.
-std::string_view _without_suffix(std::string_view function) {
-  return function.substr(0, function.find('_'));
-}
-
-std::string _with_suffix(std::string_view function, std::string_view suffix) {
-  const std::string_view base = _without_suffix(function);
-  if (base == undefined || base == "Head") return std::string(base);
-  return std::string(base).append(suffix);
-}
-
-// The analytical functions by their names in small letters. "Head" is no function that a treebank gives.
-const std::unordered_map<std::string, std::string_view>& _functions_by_small_name() {
-  static const auto names = [] {
-    std::unordered_map<std::string, std::string_view> result;
-    for (unsigned code = 0; code < dependencies_count; ++code) {
-      const std::string_view name = dependency2cstring(static_cast<std::uint8_t>(code));
-      if (name != "Head") result.emplace(_lower(name), name);
-    }
-    return result;
-  }();
-  return names;
-}
-
-// A name that is one of an analytical function but for upper and lower case, with or without suffix; of several or
-// unknown suffixes the last one counts that the function can have.
-std::optional<std::string> _other_spelling(std::string_view relation) {
-  const auto& functions = _functions_by_small_name();
-  const std::string lower = _lower(relation);
-  std::string base(_without_suffix(lower));
-  std::string_view suffixes = std::string_view(lower).substr(base.size());
-  if (const auto other = _find(other_names, base)) base = _lower(*other);
-  while (!suffixes.empty()) {
-    const std::size_t last = suffixes.rfind('_');
-    if (const auto found = functions.find(base + std::string(suffixes.substr(last))); found != functions.end())
-      return std::string(found->second);
-    suffixes = suffixes.substr(0, last);
-  }
-  const auto found = functions.find(base);
-  if (found == functions.end()) return std::nullopt;
-  return std::string(found->second);
-}
-
-// Where the function of a word comes from.
-enum class Source : std::uint8_t { itself, parent, punctuation };
-
+// What a word's relation says of it; the text lives as long as sentence and table.
 struct Rule {
   Source source = Source::itself;
-  std::string text;  // the function, or the suffix to the one of the parent
+  std::string_view text;
 };
 
-std::optional<Rule> _universal_rule(std::string_view relation) {
-  if (relation.substr(0, relation.find(':')) == "punct") return Rule{Source::punctuation, ""};
-  if (const auto suffix = _find_universal(inherited_functions, relation))
-    return Rule{Source::parent, std::string(*suffix)};
-  if (const auto function = _find_universal(universal_relations, relation))
-    return Rule{Source::itself, std::string(*function)};
-  if (const auto function = _find_universal(former_relations, relation))
-    return Rule{Source::itself, std::string(*function)};
-  return std::nullopt;
+Rule _rule(std::string_view relation, std::string_view parent_class, const RelationMap& map) {
+  if (const RelationRule* const rule = map.find(relation, parent_class)) return {rule->source, rule->text};
+  if (is_analytical_function(relation)) return {Source::itself, relation};
+  if (const auto function = function_in_other_spelling(relation)) return {Source::itself, *function};
+  if (const RelationRule* const rule = map.find(in_small_letters(relation), parent_class))
+    return {rule->source, rule->text};
+  return {Source::itself, undefined_function};
 }
 
-Rule _rule(const std::string& relation) {
-  if (is_analytical_function(relation)) return {Source::itself, relation};
-  if (auto rule = _universal_rule(relation)) return *rule;
-  if (auto function = _other_spelling(relation)) return {Source::itself, *function};
-  if (auto rule = _universal_rule(_lower(relation))) return *rule;
-  return {Source::itself, std::string(undefined)};
+std::vector<Rule> _rules(const TreebankSentence& sentence, const RelationMap& map) {
+  std::vector<Rule> rules;
+  rules.reserve(sentence.words.size());
+  for (const TreebankWord& word : sentence.words) {
+    const std::string_view parent_class = word.parent == 0 ? "" : std::string_view(sentence.words[word.parent - 1].upos);
+    rules.push_back(_rule(word.relation, parent_class, map));
+  }
+  return rules;
+}
+
+// A function with another suffix in place of its own.
+std::string _with_suffix(std::string_view function, std::string_view suffix) {
+  const std::string_view base = function.substr(0, function.find('_'));
+  if (base == undefined_function || base == "Head") return std::string(base);
+  return std::string(base).append(suffix);
 }
 
 // Whether a text is made of one or more of the given characters.
@@ -211,25 +116,16 @@ std::string _punctuation(const TreebankWord& word, bool is_final) {
   return is_final ? "AuxK" : "AuxG";
 }
 
-}  // namespace
-
-bool is_analytical_function(std::string_view name) {
-  const std::uint8_t code = string2dependency(std::string(name));  // also sets the code of "Undef"
-  return name == undefined || code != dependency::undef;
-}
-
-std::vector<std::string> analytical_functions(const TreebankSentence& sentence) {
+// The functions of the phrases that the words are the heads of, or would be without their function words.
+std::vector<std::string> _phrase_functions(const TreebankSentence& sentence, const std::vector<Rule>& rules) {
   const auto& words = sentence.words;
-  std::vector<Rule> rules;
-  for (const TreebankWord& word : words)
-    rules.push_back(_rule(word.relation));
   const std::size_t final_word = _final_word(sentence, rules);
   std::vector<std::string> functions(words.size());
   std::vector<std::size_t> waiting;  // words that take the function of the one before them
   for (std::size_t start = 0; start < words.size(); ++start) {
     std::size_t at = start;
     while (functions[at].empty()) {
-      if (rules[at].source == Source::parent) {
+      if (rules[at].source == Source::parent || rules[at].source == Source::phrase) {
         waiting.push_back(at);
         if (words[at].parent == 0) break;
         at = words[at].parent - 1;
@@ -243,8 +139,21 @@ std::vector<std::string> analytical_functions(const TreebankSentence& sentence) 
       const std::size_t word = waiting.back();
       const std::uint32_t parent = words[word].parent;
       const std::string_view function = parent == 0 ? std::string_view("Pred") : functions[parent - 1];
-      functions[word] = _with_suffix(function, rules[word].text);
+      functions[word] =
+          rules[word].source == Source::phrase ? std::string(function) : _with_suffix(function, rules[word].text);
     }
+  }
+  return functions;
+}
+
+}  // namespace
+
+std::vector<std::string> analytical_functions(const TreebankSentence& sentence, const RelationMap& map) {
+  const std::vector<Rule> rules = _rules(sentence, map);
+  std::vector<std::string> functions = _phrase_functions(sentence, rules);
+  for (std::size_t i = 0; i < rules.size(); ++i) {
+    const std::uint32_t parent = sentence.words[i].parent;
+    if (rules[i].source == Source::phrase && parent != 0) functions[parent - 1] = rules[i].text;
   }
   return functions;
 }

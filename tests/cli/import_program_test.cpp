@@ -89,6 +89,7 @@ TEST_F(ImportTest, ReportsItsFigures) {
             "distinct tags:          4\n"
             "distinct masked tags:   4 under *-\n"
             "suggested mask:         ** (4 distinct tags, 2.00 of 2.00 bits)\n"
+            "relations:              to functions (ud)\n"
             "widest node:            3 children at standard input:3\n"
             "longest sentence:       4 words at standard input:2\n");
 }
@@ -108,6 +109,44 @@ TEST_F(ImportTest, NamesValuesWithoutALetterAndSaysWhereLemmasAreForms) {
                             "distinct tags:          3\n"),
             std::string::npos)
       << result.err;
+}
+
+TEST_F(ImportTest, RecognisesSurfaceSyntacticRelationsAndReadsATableOfItsOwn) {
+  const std::string surface =
+      "1\tSleep\tsleep\tVERB\tV\t_\t0\troot\t_\t_\n"
+      "2\tin\tin\tADP\tI\t_\t1\tudep\t_\t_\n"
+      "3\tpeace\tpeace\tNOUN\tN\t_\t2\tcomp:obj\t_\t_\n\n";
+  const ToolResult built_in = run({}, surface);
+  EXPECT_EQ(built_in.out, "1\tSleep\tsleep\tV\t0\tPred\n2\tin\tin\tI\t1\tAuxP\n3\tpeace\tpeace\tN\t2\tAdv\n\n");
+  EXPECT_NE(built_in.err.find("relations:              to functions (sud)\n"), std::string::npos) << built_in.err;
+  folder.write("own", "root\tExD\nudep\tAuxY\n");
+  const ToolResult own = run({"--relation-map", "own"}, surface);
+  EXPECT_EQ(own.out, "1\tSleep\tsleep\tV\t0\tExD\n2\tin\tin\tI\t1\tAuxY\n3\tpeace\tpeace\tN\t2\tUndef\n\n");
+  EXPECT_NE(own.err.find("relations:              to functions (own)\nrelations to Undef:     1\n"), std::string::npos);
+  folder.write("wrong", "root\tPredicate\n");
+  const ToolResult wrong = run({"--relation-map", "wrong"}, surface);
+  EXPECT_EQ(wrong.status, 1);
+  EXPECT_TRUE(wrong.err.starts_with("ngrex-import: wrong:1: expected an analytical function,")) << wrong.err;
+  EXPECT_EQ(run({"--relation-map", "own", "-o", "own"}, surface).status, 1);
+  EXPECT_EQ(read("own"), "root\tExD\nudep\tAuxY\n");
+}
+
+TEST_F(ImportTest, ReadsTheTablesThatItPrints) {
+  const std::string treebank =
+      "1\ta\ta\tNOUN\tN\t_\t0\troot\t_\t_\n2\tb\tb\tNOUN\tN\t_\t1\tconj\t_\t_\n"
+      "3\tc\tc\tADP\tN\t_\t2\tmod\t_\t_\n4\td\td\tNOUN\tN\t_\t3\tcomp:obj\t_\t_\n"
+      "5\te\te\tNOUN\tN\t_\t1\tvocative\t_\t_\n6\t.\t.\tPUNCT\tN\t_\t1\tpunct\t_\t_\n\n";
+  for (const std::string name : {"ud", "sud"}) {
+    const ToolResult printed = run({"--print-relation-map", name});
+    EXPECT_EQ(printed.status, 0);
+    folder.write("map", printed.out);
+    const ToolResult result = run({"-q", "--relation-map", "map"}, treebank);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out.find("Undef") == std::string::npos, name == "sud") << result.out;
+    if (name == "sud") EXPECT_EQ(result.out, run({"-q"}, treebank).out);
+  }
+  EXPECT_EQ(run({"--print-relation-map", "x"}).status, 2);
+  EXPECT_EQ(run({"--relations", "keep", "--relation-map", "map"}, treebank).status, 2);
 }
 
 TEST_F(ImportTest, ChecksADatafileAndWritesNothing) {

@@ -70,7 +70,7 @@ TEST(DatafileWords, ProtectsFormsAndLemmasEachAsAsked) {
 TEST(DatafileWords, TakesTagAndRelationFromWhereItIsTold) {
   EXPECT_EQ(_converted("a", {.tag = TagSource::xpos}).tag, "NN\xC2\xA0S");
   EXPECT_EQ(_converted("a", {.tag = TagSource::upos}).tag, "NOUN");
-  const Converted made = _converted("a", {.tag = TagSource::feats, .functions = false});
+  const Converted made = _converted("a", {.tag = TagSource::feats});
   EXPECT_EQ(made.tag, "N?----------");
   EXPECT_TRUE(made.has_unknown_values);
   EXPECT_EQ(made.relation, "nsubj");
