@@ -12,6 +12,7 @@
 #include "import/function_names.h"
 #include "import/lemma_protection.h"
 #include "import/relations.h"
+#include "import/xpos_lengths.h"
 #include "output/number_format.h"
 #include "util/short_runs.h"
 
@@ -64,7 +65,10 @@ void SentenceConverter::_convert_lemma(const TreebankWord& word, DatafileWord& r
 
 void SentenceConverter::_convert_tag(const TreebankWord& word, DatafileWord& result) {
   if (_conversion.format == TreebankFormat::datafile || _conversion.tag == TagSource::xpos) {
-    result.tag = _field(word.xpos);
+    result.is_odd_tag = _conversion.tag_length != 0 && _conversion.format != TreebankFormat::datafile &&
+                        (word.xpos.size() != _conversion.tag_length || word.xpos == "_");
+    result.tag = result.is_odd_tag ? _texts.keep(datafile_field(brought_to_length(word.xpos, _conversion.tag_length)))
+                                   : _field(word.xpos);
   } else if (_conversion.tag == TagSource::upos) {
     result.tag = _field(word.upos);
   } else {

@@ -3,6 +3,7 @@
 // Words of a treebank as they will stand in a datafile.
 
 #include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,7 +19,8 @@ namespace colx {
 // How words are converted.
 struct Conversion {
   TreebankFormat format = TreebankFormat::conllu;
-  TagSource tag = TagSource::xpos;  // not automatic; for datafiles without effect
+  TagSource tag = TagSource::xpos;         // not automatic; for datafiles without effect
+  std::size_t tag_length = 0;              // to which tags from XPOS are brought; 0: they stay
   const RelationMap* relations = nullptr;  // by which relations become analytical functions; null: they stay
   bool protect_lemmas = true;
   bool protect_forms = true;  // where the form stands in for the lemma
@@ -33,6 +35,7 @@ struct DatafileWord {
   std::string_view relation;
   bool lemma_is_form = false;
   bool is_protected = false;           // characters of the lemma were replaced
+  bool is_odd_tag = false;             // it was brought to the common length
   bool has_unknown_values = false;     // the tag was made from features that have no letter
   bool relation_is_undefined = false;  // ngrex will read the relation as Undef, and it did not say so itself
 };

@@ -14,9 +14,9 @@ inline constexpr std::string_view undefined_function = "Undef";
 // Whether ngrex knows a name as that of an analytical function, "Undef" included.
 bool is_analytical_function(std::string_view name);
 
-// A name that is one of an analytical function but for upper and lower case, such as ATR_CO, or one that other treebanks
-// use for it, with or without suffix; of several or unknown suffixes the last one counts that the function can have.
-// Nothing when it is none. The result lives as long as the process.
+// A name that is one of an analytical function but for upper and lower case, such as ATR_CO, or one that other
+// treebanks use for it, with or without suffix; of several or unknown suffixes the last one counts that the function
+// can have. Nothing when it is none. The result lives as long as the process.
 std::optional<std::string_view> function_in_other_spelling(std::string_view name);
 
 // The text with small letters for the capital ones of ASCII.

@@ -57,7 +57,7 @@ constexpr auto _rows = std::to_array<Row>({
      }},
     {{"--from", "FORMAT", "format of the input: conllu, conllx or datafile; recognised by content where not given"},
      [](ImportSettings& settings, const GivenOption& given) { settings.format = _format(given); }},
-    {{"--tag", "SOURCE", "tags: xpos, upos or feats; default xpos when all are of equal length, else feats"},
+    {{"--tag", "SOURCE", "tags: xpos, upos or feats; default xpos when nearly all are of equal length, else feats"},
      [](ImportSettings& settings, const GivenOption& given) { settings.tag = _tag_source(given); }},
     {{"--relations", "HOW", "keep relations or turn them into analytical functions: keep, functions (default)"},
      [](ImportSettings& settings, const GivenOption& given) { settings.functions = _wants_functions(given); }},

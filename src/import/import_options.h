@@ -29,7 +29,8 @@ struct ImportSettings {
   bool strict = false;
   bool quiet = false;
 
-  std::string information;  // what --help, --version, --tag-table or --print-relation-map print; the run then does nothing else
+  std::string
+      information;  // what --help, --version, --tag-table or --print-relation-map print; the run then does nothing else
 };
 
 // What ngrex-import says of itself, with all its options.

@@ -124,6 +124,7 @@ void ImportReport::_add_word(const TreebankWord& source, const DatafileWord& wor
   if (kept.empty()) ++_emptied_lemmas;
   _tags.add(std::string(word.tag), input, source.line);
   if (!_mask.empty()) _masked_tags.add(masked_tag(word.tag, _mask), input, source.line);
+  if (word.is_odd_tag && ++_odd_tags == 1) _first_odd_tag = {input, source.line};
   if (word.has_unknown_values) {
     ++_words_with_unknown_values;
     for (std::string& value : unknown_values(source.upos, source.feats))
@@ -159,6 +160,10 @@ std::string ImportReport::_lemma_lines() const {
 
 std::string ImportReport::_tag_lines() const {
   std::string text = _line("tags", fmt::to_string(fmt::join(_tag_sources, "; ")));
+  if (!_refusal.empty()) text += _continued(printable(_refusal));
+  if (_odd_tags > 0)
+    text += _continued(fmt::format("filled up or cut to the common length: {} words, the first at {}", _odd_tags,
+                                   _place(_first_odd_tag)));
   if (_words_with_unknown_values > 0)
     text += _continued(fmt::format("values without a letter (?): {} words", _words_with_unknown_values)) +
             _listed(_unknown_values);
@@ -212,6 +217,8 @@ std::string ImportReport::text() const {
   if (_most_children > 0)
     text += _line("widest node", fmt::format("{} children at {}", _most_children, _place(_widest)));
   if (_most_words > 0) text += _line("longest sentence", fmt::format("{} words at {}", _most_words, _place(_longest)));
+  for (std::size_t i = 0; i < _list_notes.size(); ++i)
+    text += _line(i == 0 ? "list" : "", printable(_list_notes[i]));
   return text;
 }
 

@@ -39,6 +39,10 @@ class ImportReport {
     ++_skipped;
     _skipped_words += words;
   }
+  // Says why tags are not taken from XPOS, though they might have been.
+  void add_refusal(std::string reason) { _refusal = std::move(reason); }
+  // Adds a line on the list that is extended.
+  void add_list_note(std::string text) { _list_notes.push_back(std::move(text)); }
   void add_passed(const PassedRows& passed);
 
   std::uint64_t skipped() const { return _skipped; }
@@ -83,6 +87,10 @@ class ImportReport {
   std::uint64_t _emptied_lemmas = 0;
   Tags _tags;
   Tags _masked_tags;
+  std::string _refusal;
+  std::vector<std::string> _list_notes;
+  std::uint64_t _odd_tags = 0;
+  TreebankPlace _first_odd_tag;
   std::uint64_t _words_with_unknown_values = 0;
   std::map<std::string, std::uint64_t> _unknown_values;
   std::map<std::string, std::uint64_t> _undefined;

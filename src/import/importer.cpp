@@ -9,6 +9,7 @@
 #include <memory>
 #include <numeric>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,11 +25,13 @@
 #include "import/import_options.h"
 #include "import/import_report.h"
 #include "import/list_file.h"
+#include "import/list_record.h"
 #include "import/reading_bar.h"
 #include "import/relation_tables.h"
 #include "import/sentence_reader.h"
 #include "import/treebank_format.h"
 #include "import/treebank_source.h"
+#include "import/xpos_lengths.h"
 
 namespace colx {
 
@@ -65,6 +68,7 @@ class Importer {
     _bar.clear();
     if (_writer) _writer->finish();
     if (_list) _list->add(_writer->paths());
+    if (_record) _record->write(_tag_name(), _relations_name(), _extends);
     if (_writer && !_settings.output.empty()) _warn_of_others();
     const std::string tag_fault = _report.tag_fault();
     if (!_settings.quiet)
@@ -91,9 +95,10 @@ class Importer {
   // cannot be read twice stays open.
   void _open_inputs() {
     _tag = _settings.tag;
-    EqualLengths lengths;
+    XposLengths lengths;
     for (const std::string& path : _settings.inputs) {
       auto source = std::make_unique<TreebankSource>(path, _two_passes());
+      _any_treebank = _format_of(*source) != TreebankFormat::datafile || _any_treebank;
       if (_two_passes()) {
         _look_at_tags(*source, lengths);
         source->rewind();
@@ -104,10 +109,13 @@ class Importer {
       if (const auto file = regular_input(path)) _kept.push_back(file->identity);
       _inputs.push_back(std::move(source));
     }
-    if (_tag == TagSource::automatic) _tag = lengths.positional() ? TagSource::xpos : TagSource::feats;
+    if (_tag != TagSource::automatic) return;
+    _tag_length = lengths.positional_length();
+    _tag = _tag_length > 0 ? TagSource::xpos : TagSource::feats;
+    if (_any_treebank && _tag_length == 0) _report.add_refusal(lengths.refusal());
   }
 
-  void _look_at_tags(TreebankSource& source, EqualLengths& lengths) {
+  void _look_at_tags(TreebankSource& source, XposLengths& lengths) {
     const TreebankFormat format = _format_of(source);
     SentenceReader reader(source, format);
     TreebankSentence sentence;
@@ -116,7 +124,7 @@ class Importer {
       _bar.update(source.bytes_read());
       if (must_be_skipped(problems)) continue;
       for (const TreebankWord& word : sentence.words)
-        lengths.add(word.xpos);
+        lengths.add(word.xpos, source.name(), word.line);
     }
     const auto file = regular_input(source.path());
     _bar.finish_input(file ? file->size : 0);
@@ -127,6 +135,7 @@ class Importer {
     if (!_settings.list.empty()) {
       _list.emplace(_settings.list, _kept);
       _kept.push_back(_list->identity());
+      if (_any_treebank) _open_record();
       if (_list->has_carriage_returns())
         _complain(
             fmt::format("{}: expected lines that end with LF, found CR LF, of which ngrex takes the CR for a part of "
@@ -135,6 +144,27 @@ class Importer {
     }
     _writer = std::make_unique<DatafileWriter>(_settings.output, _settings.split, _kept);
   }
+
+  // Makes sure that a list is extended with datafiles that are made as the others were, or knowingly with different
+  // ones.
+  void _open_record() {
+    _record.emplace(_settings.list, _kept);
+    _kept.push_back(_record->identity());
+    std::set<std::string> own{_settings.output};
+    for (std::uint64_t part = 1; _settings.split != 0 && part <= _list->entries(); ++part)
+      own.insert(numbered_path(_settings.output, part));
+    _extends = _list->names_others(own);
+    if (!_extends) return;
+    for (std::string& note : _record->compare({_tag_name(), _settings.tag != TagSource::automatic},
+                                              {_relations_name(), _settings.functions.has_value()}))
+      _report.add_list_note(std::move(note));
+  }
+
+  // As --tag and --relations have it.
+  std::string _tag_name() const {
+    return _tag == TagSource::xpos ? "xpos" : _tag == TagSource::upos ? "upos" : "feats";
+  }
+  std::string _relations_name() const { return _settings.functions.value_or(true) ? "functions" : "keep"; }
 
   void _read_relation_map() {
     const std::string& path = _settings.relation_map;
@@ -178,6 +208,7 @@ class Importer {
     Conversion conversion;
     conversion.format = format;
     conversion.tag = _tag;
+    conversion.tag_length = _tag_length;
     // A datafile that is checked will be read as it is.
     if (_settings.functions.value_or(!(is_datafile && _settings.check) || _relation_map))
       conversion.relations = &_map_for(format, source);
@@ -283,7 +314,11 @@ class Importer {
   std::vector<std::unique_ptr<TreebankSource>> _inputs;  // null: to be opened when its turn comes
   std::vector<FileIdentity> _kept;                       // what no datafile may overwrite
   std::optional<RelationMap> _relation_map;
+  std::size_t _tag_length = 0;  // of tags from XPOS; 0: any
+  bool _any_treebank = false;   // some input is no datafile
   std::optional<ListFile> _list;
+  std::optional<ListRecord> _record;
+  bool _extends = false;  // the list has datafiles that another import made
   std::unique_ptr<DatafileWriter> _writer;
   ImportReport _report;
   ReadingBar _bar;

@@ -59,6 +59,10 @@ bool ListFile::names(const std::string& path) const {
   return file.has_value() && _files.contains(file->identity);
 }
 
+bool ListFile::names_others(const std::set<std::string>& paths) const {
+  return !std::includes(paths.begin(), paths.end(), _entries.begin(), _entries.end());
+}
+
 void ListFile::add(const std::vector<std::string>& paths) {
   std::string added;
   for (const std::string& path : paths) {

@@ -2,6 +2,7 @@
 
 // The list file that names the datafiles for ngrex.
 
+#include <cstddef>
 #include <set>
 #include <string>
 #include <vector>
@@ -26,6 +27,12 @@ class ListFile {
 
   // Whether an entry leads to that file, under this name or another one.
   bool names(const std::string& path) const;
+
+  // Whether it has other entries than these.
+  bool names_others(const std::set<std::string>& paths) const;
+
+  // How many different entries it has.
+  std::size_t entries() const { return _entries.size(); }
 
   // Whether lines end with CR LF, of which ngrex takes the CR for a part of the path.
   bool has_carriage_returns() const { return _has_carriage_returns; }

@@ -56,9 +56,10 @@ void RelationMap::_add_line(std::string_view line, std::uint64_t number) {
   const std::string_view relation = line.substr(0, tab);
   auto rule = _rule(line.substr(tab + 1));
   if (!rule)
-    fail(fmt::format("an analytical function, parent, parent_Ap, parent_Co, parent_Pa, parent=FUNCTION or punctuation, "
-                     "found {}",
-                     quoted(line.substr(tab + 1))));
+    fail(
+        fmt::format("an analytical function, parent, parent_Ap, parent_Co, parent_Pa, parent=FUNCTION or punctuation, "
+                    "found {}",
+                    quoted(line.substr(tab + 1))));
   if (!_rules.try_emplace(std::string(relation), std::move(*rule)).second)
     fail(fmt::format("every relation once, found {} again", quoted(relation)));
   _has_classes = _has_classes || relation.find('>') != std::string_view::npos;

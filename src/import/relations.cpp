@@ -34,7 +34,8 @@ std::vector<Rule> _rules(const TreebankSentence& sentence, const RelationMap& ma
   std::vector<Rule> rules;
   rules.reserve(sentence.words.size());
   for (const TreebankWord& word : sentence.words) {
-    const std::string_view parent_class = word.parent == 0 ? "" : std::string_view(sentence.words[word.parent - 1].upos);
+    const std::string_view parent_class =
+        word.parent == 0 ? "" : std::string_view(sentence.words[word.parent - 1].upos);
     rules.push_back(_rule(word.relation, parent_class, map));
   }
   return rules;

@@ -153,10 +153,4 @@ std::string tag_table() {
   return table;
 }
 
-void EqualLengths::add(std::string_view xpos) {
-  if (xpos.empty() || xpos == "_" || (_any && xpos.size() != _length)) _equal = false;
-  _length = xpos.size();
-  _any = true;
-}
-
 }  // namespace colx

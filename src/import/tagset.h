@@ -32,19 +32,4 @@ std::string_view position_name(std::size_t position);
 // The table of letters, as `--tag-table` prints it.
 std::string tag_table();
 
-// Watches whether all tags of an input are positional, that is, of equal length and none of them unspecified.
-class EqualLengths {
- public:
-  void add(std::string_view xpos);
-  bool positional() const { return _any && _equal; }
-
-  // Whether further tags cannot change the answer.
-  bool decided() const { return !_equal; }
-
- private:
-  std::size_t _length = 0;
-  bool _any = false;
-  bool _equal = true;
-};
-
 }  // namespace colx

@@ -136,17 +136,92 @@ TEST_F(ImportTest, ReadsTheTablesThatItPrints) {
       "1\ta\ta\tNOUN\tN\t_\t0\troot\t_\t_\n2\tb\tb\tNOUN\tN\t_\t1\tconj\t_\t_\n"
       "3\tc\tc\tADP\tN\t_\t2\tmod\t_\t_\n4\td\td\tNOUN\tN\t_\t3\tcomp:obj\t_\t_\n"
       "5\te\te\tNOUN\tN\t_\t1\tvocative\t_\t_\n6\t.\t.\tPUNCT\tN\t_\t1\tpunct\t_\t_\n\n";
-  for (const std::string name : {"ud", "sud"}) {
+  for (const std::string& name : {std::string("ud"), std::string("sud")}) {
     const ToolResult printed = run({"--print-relation-map", name});
     EXPECT_EQ(printed.status, 0);
     folder.write("map", printed.out);
     const ToolResult result = run({"-q", "--relation-map", "map"}, treebank);
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out.find("Undef") == std::string::npos, name == "sud") << result.out;
-    if (name == "sud") EXPECT_EQ(result.out, run({"-q"}, treebank).out);
+    EXPECT_EQ(result.out == run({"-q"}, treebank).out, name == "sud");
   }
   EXPECT_EQ(run({"--print-relation-map", "x"}).status, 2);
   EXPECT_EQ(run({"--relations", "keep", "--relation-map", "map"}, treebank).status, 2);
+}
+
+TEST_F(ImportTest, BringsAFewOddTagsToTheLengthOfTheOthers) {
+  std::string text = "1\tx\tx\tX\tX@\t_\t0\troot\t_\t_\n\n";
+  for (int i = 1; i < 1000; ++i)
+    text += "1\ta\ta\tNOUN\tNNFS1\t_\t0\troot\t_\t_\n\n";
+  const ToolResult result = run({}, text);
+  EXPECT_TRUE(result.out.starts_with("1\tx\tx\tX@---\t0\tPred\n\n1\ta\ta\tNNFS1\t")) << result.out.substr(0, 100);
+  EXPECT_NE(result.err.find("tags:                   from XPOS\n"
+                            "                        filled up or cut to the common length: 1 words, the first at "
+                            "standard input:1\n"),
+            std::string::npos)
+      << result.err;
+  EXPECT_TRUE(run({"-q", "--tag", "xpos"}, text).out.starts_with("1\tx\tx\tX@\t"));
+}
+
+TEST_F(ImportTest, SaysWhyTagsAreNotTakenFromXpos) {
+  std::string other = rain;
+  other.replace(other.find("\tJJ\t"), 4, "\tJJR\t");
+  EXPECT_NE(
+      run({}, other).err.find(
+          "tags:                   made from UPOS and FEATS\n"
+          "                        XPOS is not taken: expected tags of length 2, found \"JJR\" at standard input:2; "
+          "of 4 words 1 have such a tag\n"),
+      std::string::npos);
+}
+
+TEST_F(ImportTest, DoesNotMixTagsOrRelationsInAListUnlessTold) {
+  const auto import = [&](const std::string& output, std::vector<std::string> options) {
+    options.insert(options.end(), {"-o", output, "--list", "list"});
+    return run(options, rain);
+  };
+  EXPECT_EQ(import("a.dat", {"-q"}).err, "");
+  EXPECT_EQ(read("list.import"), "tags: xpos\nrelations: functions\n");
+  EXPECT_EQ(import("b.dat", {"-q"}).status, 0);
+
+  // Another default, as the tags of this part are not of one length.
+  std::string other = rain;
+  other.replace(other.find("\tJJ\t"), 4, "\tJJR\t");
+  const ToolResult mixed = run({"-o", "c.dat", "--list", "list"}, other);
+  EXPECT_EQ(mixed.status, 2);
+  EXPECT_TRUE(
+      mixed.err.starts_with("ngrex-import: list.import says that the datafiles of list were made with --tag "
+                            "xpos, this one would be made with --tag feats; give --tag to say which of them is "
+                            "meant\n"))
+      << mixed.err;
+  EXPECT_EQ(read("c.dat"), "");
+  EXPECT_EQ(read("list"), "a.dat\nb.dat\n");
+
+  const ToolResult told = import("c.dat", {"--tag", "feats", "--relations", "keep"});
+  EXPECT_EQ(told.status, 0);
+  EXPECT_TRUE(
+      told.err.ends_with("list:                   the other datafiles of list were made with --tag xpos, this "
+                         "one with --tag feats\n"
+                         "                        the other datafiles of list were made with --relations "
+                         "functions, this one with --relations keep\n"))
+      << told.err;
+  EXPECT_EQ(read("list.import"), "tags: feats xpos\nrelations: functions keep\n");
+}
+
+TEST_F(ImportTest, ExtendsAListThatNothingIsKnownOfAndBeginsAnewWhereAllIsReplaced) {
+  folder.write("list", "other.dat\n");
+  const ToolResult unknown = run({"-o", "a.dat", "--list", "list"}, rain);
+  EXPECT_EQ(unknown.status, 0);
+  EXPECT_TRUE(
+      unknown.err.ends_with("list:                   list.import is not there; whether the other datafiles of "
+                            "list were made alike is not known\n"))
+      << unknown.err;
+  EXPECT_EQ(run({"-q", "-o", "d.dat", "--split", "4", "--list", "own"}, rain + rain).status, 0);
+  EXPECT_EQ(run({"-q", "-o", "d.dat", "--split", "4", "--list", "own", "--tag", "upos"}, rain + rain).status, 0);
+  EXPECT_EQ(read("own.import"), "tags: upos\nrelations: functions\n");
+  folder.write("own.import", "tags: penn\n");
+  EXPECT_EQ(run({"-q", "-o", "e.dat", "--list", "own"}, rain).status, 1);
+  EXPECT_EQ(read("own.import"), "tags: penn\n");
+  EXPECT_EQ(run({"-q", "-o", "new.import", "--list", "new"}, rain).status, 1);
 }
 
 TEST_F(ImportTest, ChecksADatafileAndWritesNothing) {

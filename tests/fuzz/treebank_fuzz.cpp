@@ -12,7 +12,6 @@
 #include "corpus/word_queue.h"
 #include "import/datafile_words.h"
 #include "import/foreign_format.h"
-#include "import/foreign_format.h"
 #include "import/relation_tables.h"
 #include "import/sentence_reader.h"
 #include "import/treebank_format.h"
@@ -33,8 +32,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   const Conversion conversion{.format = formats[choice & 3],
                               .tag = tags[choice >> 2 & 3],
                               .relations = (choice & 16) == 0    ? nullptr
- : (choice & 128) == 0 ? &map_of(universal_relations())
- : &map_of(surface_relations()),
+                                           : (choice & 128) == 0 ? &map_of(universal_relations())
+                                                                 : &map_of(surface_relations()),
                               .protect_lemmas = (choice & 32) != 0,
                               .protect_forms = (choice & 64) != 0};
   const fuzz::MemoryFile file(fuzz::text_of(bytes + 1, size - 1));

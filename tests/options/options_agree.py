@@ -84,7 +84,7 @@ def refused_values(source, program, options):
             return subprocess.run([program, option, word], input="\n", capture_output=True, text=True).returncode == 0
 
         refused += [f"{option} {word} is completed and refused" for word in words if not takes(word)]
-        if value in ("FORMAT", "SOURCE", "HOW") or option == "--measures":
+        if value in ("FORMAT", "SOURCE", "HOW", "NAME") or option == "--measures":
             lacking = [word for word in help_words(program, option) if word not in words and takes(word)]
             refused += [f"{option} {word} is not completed" for word in lacking]
         if not words and value not in ("WORDS", "MASK", "K", "F", "CONDITION", "DIGITS"):

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "import/relation_tables.h"
 #include "tests/support/random.h"
 
 namespace colx {
@@ -75,7 +76,7 @@ TEST(DatafileWords, TakesTagAndRelationFromWhereItIsTold) {
   EXPECT_TRUE(made.has_unknown_values);
   EXPECT_EQ(made.relation, "nsubj");
   EXPECT_TRUE(made.relation_is_undefined);
-  EXPECT_EQ(_converted("a", {.tag = TagSource::xpos}).relation, "Sb");
+  EXPECT_EQ(_converted("a", {.tag = TagSource::xpos, .relations = &map_of(universal_relations())}).relation, "Sb");
 }
 
 TEST(DatafileWords, NamesTheColumnOfATextThatIsTooLong) {
@@ -92,7 +93,7 @@ TEST(DatafileWords, NamesTheColumnOfATextThatIsTooLong) {
 
 TEST(DatafileWords, RemembersNothingWrongFromOneSentenceToTheNext) {
   test::Random random;
-  const Conversion conversion{.tag = TagSource::feats};
+  const Conversion conversion{.tag = TagSource::feats, .relations = &map_of(universal_relations())};
   SentenceConverter used(conversion);
   std::vector<TreebankProblem> problems;
   for (int round = 0; round < 3000; ++round) {
@@ -129,8 +130,8 @@ TEST(DatafileWords, WritesRowsAsTheyStandInADatafile) {
   append_rows(text, sentence, SentenceConverter({}).convert(sentence, problems));
   EXPECT_EQ(text,
             "before\n"
-            "1\tDogs\tdog\tNN\xC2\xA0S\t0\tSb\n"
-            "2\tDogs\tdog\tNN\xC2\xA0S\t4294967295\tObj\n");
+            "1\tDogs\tdog\tNN\xC2\xA0S\t0\tnsubj\n"
+            "2\tDogs\tdog\tNN\xC2\xA0S\t4294967295\tobj\n");
 }
 
 }  // namespace

@@ -78,8 +78,8 @@ TEST(RelationTables, GiveANameThatBothListTheSameFunction) {
   while (!text.empty()) {
     const std::string_view line = text.substr(0, text.find('\n'));
     text.remove_prefix(line.size() + 1);
-    if (line.starts_with('#') || surface_relations().text.find("\n" + std::string(line.substr(0, line.find('\t') + 1))) ==
-                                     std::string_view::npos)
+    if (line.starts_with('#') || surface_relations().text.find(
+                                     "\n" + std::string(line.substr(0, line.find('\t') + 1))) == std::string_view::npos)
       continue;
     ++shared;
     EXPECT_NE(surface_relations().text.find("\n" + std::string(line) + "\n"), std::string_view::npos) << line;
@@ -92,7 +92,10 @@ TEST(RelationTables, AreChosenByTheRelationsThatOnlyOneOfThemKnows) {
     std::string text = "# comment\n";
     for (const char relation : relations)
       text += std::string("1\ta\ta\tX\tX\t_\t0\t") +
-              (relation == 's' ? "comp:obj@x" : relation == 'u' ? "nsubj:pass" : "det") + "\t_\t_\n";
+              (relation == 's'   ? "comp:obj@x"
+               : relation == 'u' ? "nsubj:pass"
+                                 : "det") +
+              "\t_\t_\n";
     return recognise_relations(text).name;
   };
   EXPECT_EQ(chosen("ddsd"), "sud");

@@ -32,9 +32,8 @@ Functions _functions(const TreebankSentence& sentence) {
 }
 
 TEST(Relations, MapsUniversalRelationsWithTheirSubtypes) {
-  EXPECT_EQ(
-      _functions(_sentence({{2, "nsubj:pass"}, {0, "root"}, {2, "obl"}, {2, "obl:arg"}, {2, "expl:pv"}})),
-      (Functions{"Sb", "Pred", "Adv", "Obj", "AuxT"}));
+  EXPECT_EQ(_functions(_sentence({{2, "nsubj:pass"}, {0, "root"}, {2, "obl"}, {2, "obl:arg"}, {2, "expl:pv"}})),
+            (Functions{"Sb", "Pred", "Adv", "Obj", "AuxT"}));
 }
 
 TEST(Relations, GivesConjunctsTheFunctionOfTheFirstWithinTheirChain) {
@@ -43,8 +42,7 @@ TEST(Relations, GivesConjunctsTheFunctionOfTheFirstWithinTheirChain) {
 }
 
 TEST(Relations, FollowsChainsThatRunFromRightToLeft) {
-  EXPECT_EQ(_functions(_sentence({{2, "conj"}, {3, "conj"}, {0, "root"}})),
-            (Functions{"Pred_Co", "Pred_Co", "Pred"}));
+  EXPECT_EQ(_functions(_sentence({{2, "conj"}, {3, "conj"}, {0, "root"}})), (Functions{"Pred_Co", "Pred_Co", "Pred"}));
 }
 
 TEST(Relations, GivesAnAppositionTheFunctionOfItsParentAndOneSuffixOnly) {
@@ -98,9 +96,9 @@ TEST(Relations, TakesTheLastSuffixThatTheFunctionCanHave) {
 }
 
 TEST(Relations, RecognisesUniversalRelationsOfTheFirstVersionAndInCapitals) {
-  EXPECT_EQ(_functions(
-                _sentence({{0, "ROOT"}, {1, "dobj"}, {1, "nsubjpass"}, {2, "CONJ"}, {1, "auxpass"}, {5, "mwe"}})),
-            (Functions{"Pred", "Obj", "Sb", "Obj_Co", "AuxV", "AuxV"}));
+  EXPECT_EQ(
+      _functions(_sentence({{0, "ROOT"}, {1, "dobj"}, {1, "nsubjpass"}, {2, "CONJ"}, {1, "auxpass"}, {5, "mwe"}})),
+      (Functions{"Pred", "Obj", "Sb", "Obj_Co", "AuxV", "AuxV"}));
 }
 
 TEST(Relations, MakesEverythingElseUndefined) {
@@ -150,8 +148,9 @@ TEST(SurfaceRelations, GiveAVerbTheFunctionOfItsAuxiliariesAndConjunction) {
 
 TEST(SurfaceRelations, TellModifiersOfNounsFromOthers) {
   // "Very small children run fast", "who" clauses are attributes wherever they hang
-  EXPECT_EQ(_surface({{"ADV", 2, "mod"}, {"ADJ", 3, "mod"}, {"NOUN", 4, "subj"}, {"VERB", 0, "root"}, {"ADV", 4, "mod"}}),
-            (Functions{"Adv", "Atr", "Sb", "Pred", "Adv"}));
+  EXPECT_EQ(
+      _surface({{"ADV", 2, "mod"}, {"ADJ", 3, "mod"}, {"NOUN", 4, "subj"}, {"VERB", 0, "root"}, {"ADV", 4, "mod"}}),
+      (Functions{"Adv", "Atr", "Sb", "Pred", "Adv"}));
   EXPECT_EQ(_surface({{"VERB", 0, "root"}, {"VERB", 1, "mod@relcl"}}), (Functions{"Pred", "Atr"}));
 }
 

@@ -65,20 +65,5 @@ TEST(Tagset, PrintsATableWithOneMeaningForALetterAtAPosition) {
   EXPECT_EQ(letters.size(), feature_positions);
 }
 
-TEST(Tagset, CallsTagsPositionalOnlyWhenAllAreSpecifiedAndEquallyLong) {
-  EqualLengths none;
-  EXPECT_FALSE(none.positional());
-  EqualLengths equal;
-  equal.add("NN");
-  equal.add("VB");
-  EXPECT_TRUE(equal.positional());
-  EqualLengths different = equal;
-  different.add("VBD");
-  EXPECT_FALSE(different.positional());
-  EqualLengths unspecified;
-  unspecified.add("_");
-  EXPECT_FALSE(unspecified.positional());
-}
-
 }  // namespace
 }  // namespace colx
