@@ -1,5 +1,5 @@
-// Context lists: sightings in runs of 20, as a window brings them, folded in the end. The memory of lists is never
-// given back, so rounds are few. Items are sightings.
+// Context lists: sightings in runs of 20, as a window brings them, folded in the end, in memory of their own.
+// Items are sightings.
 
 #include <benchmark/benchmark.h>
 
@@ -28,7 +28,8 @@ void _contexts(benchmark::State& state) {
   for (auto _ : state) {
     std::array<unsigned char, ContextList::handle_size> handle;
     ContextList::clear(handle.data());
-    ContextList list(handle.data());
+    ContextMemory memory;
+    ContextList list(handle.data(), memory);
     for (std::size_t i = 0; i < sightings; i += 20)
       list.add_wide(std::span<const std::uint32_t>(words).subspan(i, std::min<std::size_t>(20, sightings - i)));
     benchmark::DoNotOptimize(list.parts().data());

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <sstream>
 #include <string>
+#include <string_view>
 
 #include "bench/synthetic.h"
 #include "corpus/parser.h"
@@ -19,7 +20,7 @@ void _parse(benchmark::State& state, const std::string& separator) {
     StringStore<std::uint32_t> lemmas(65535);
     StringStore<std::uint8_t> tags(65535);
     std::istringstream stream(text);
-    Parser parser(stream, lemmas, tags);
+    Parser parser(stream, lemmas, tags, [](std::string_view) {});
     WordQueue words;
     while (parser.next(1, ContextWindow::sentences, words))
       words.drop_front(words.size());

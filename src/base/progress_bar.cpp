@@ -1,12 +1,11 @@
 #include "base/progress_bar.h"
 
 #include "base/boost_progress.h"
-#include "base/notifier.h"
 
 namespace colx {
 
-ProgressBar::ProgressBar(unsigned long expected_count)
-    : _display(std::make_unique<boost::progress_display>(expected_count, notifier::progress.stream(), "", "", "")) {}
+ProgressBar::ProgressBar(std::ostream& stream, unsigned long expected_count)
+    : _display(std::make_unique<boost::progress_display>(expected_count, stream, "", "", "")) {}
 
 ProgressBar::~ProgressBar() = default;
 ProgressBar::ProgressBar(ProgressBar&&) noexcept = default;

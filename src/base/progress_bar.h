@@ -1,7 +1,8 @@
 #pragma once
 
-// A text progress bar on the progress channel: two scale lines when it is made, then up to 51 marks and a line end.
+// A text progress bar: two scale lines when it is made, then up to 51 marks and a line end.
 
+#include <iosfwd>
 #include <memory>
 
 namespace boost {
@@ -10,11 +11,11 @@ class progress_display;
 
 namespace colx {
 
-// Draws how much of an expected count is done. An expected count of 0 is taken as 1. A bar whose count never reaches
-// the expected one stays unfinished.
+// Draws on a stream, which it does not own, how much of an expected count is done. An expected count of 0 is taken
+// as 1. A bar whose count never reaches the expected one stays unfinished.
 class ProgressBar {
  public:
-  explicit ProgressBar(unsigned long expected_count);
+  ProgressBar(std::ostream& stream, unsigned long expected_count);
   ~ProgressBar();
   ProgressBar(ProgressBar&&) noexcept;
   ProgressBar& operator=(ProgressBar&&) noexcept;

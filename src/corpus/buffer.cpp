@@ -8,11 +8,11 @@ Buffer::Buffer(Parser& parser, const ContextWindow& window)
 void Buffer::_push(std::uint32_t count, ContextWindow::Mode mode) {
   std::uint64_t start = _dropped_words + _words.size();
   if (!_parser.next(count, mode, _words)) return;
-  for (const std::uint32_t length : _parser.sentence_lengths()) {
-    _sentences.push_back({start, length});
-    start += length;
+  for (const SentenceExtent& sentence : _parser.sentences()) {
+    _sentences.push_back({start, sentence.length});
+    start += sentence.length;
     ++_sentences_count;
-    _words_count += length;
+    _words_count += sentence.length;
   }
 }
 

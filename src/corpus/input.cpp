@@ -148,8 +148,4 @@ void Input::read(std::string& word) {
   if (c == end_of_input) _eof = !_bad;
 }
 
-std::int64_t Input::position() const {
-  return fail() ? -1 : _read_before + static_cast<std::int64_t>(_begin);
-}
-
 }  // namespace colx

@@ -43,8 +43,11 @@ class Input {
   bool fail() const { return _fail || _bad; }
   void clear() { _eof = _fail = _bad = false; }
 
-  // Bytes consumed so far, or a negative number when the input has failed.
-  std::int64_t position() const;
+  // Bytes consumed so far.
+  std::int64_t consumed() const { return _read_before + static_cast<std::int64_t>(_begin); }
+
+  // The same, or a negative number when the input has failed.
+  std::int64_t position() const { return fail() ? -1 : consumed(); }
 
  private:
   int _current();

@@ -3,8 +3,8 @@
 #include <array>
 #include <string>
 #include <string_view>
+#include <utility>
 
-#include "base/notifier.h"
 #include "corpus/datafile_format.h"
 #include "corpus/dependencies.h"
 
@@ -30,19 +30,30 @@ constexpr std::array<CharacterClass, 256> character_classes = [] {
 
 }  // namespace
 
-Parser::Parser(std::istream& stream, StringStore<std::uint32_t>& lemmas, StringStore<std::uint8_t>& tags)
-    : _input(stream), _lemmas(lemmas), _tags(tags) {}
+Parser::Parser(std::istream& stream, StringStore<std::uint32_t>& lemmas, StringStore<std::uint8_t>& tags,
+               WarningSink warn, WordForms* forms)
+    : _input(stream), _lemmas(lemmas), _tags(tags), _warning_sink(std::move(warn)), _forms(forms) {}
 
 bool Parser::next(std::uint32_t limit, ContextWindow::Mode mode, WordQueue& words) {
-  _sentence_lengths.clear();
+  _sentences.clear();
   std::uint32_t words_read = 0;
-  std::uint32_t length = 0;  // of the sentence in hand
+  std::uint32_t length = 0;                // of the sentence in hand
+  std::int64_t begin = _input.consumed();  // of the sentence in hand
   Fields fields;
 
   const auto drop_sentence = [&] {
     words.drop_back(length);
+    if (_forms != nullptr) _forms->drop_back(length);
     length = 0;
     _skip_sentence();
+    begin = _input.consumed();
+  };
+  // Ends the sentence behind its last line. Each of its words was one line.
+  const auto end_sentence = [&](std::uint32_t last_line, std::int64_t end) {
+    _sentences.push_back(
+        {length, last_line - length + 1, static_cast<std::uint64_t>(begin), static_cast<std::uint64_t>(end)});
+    words_read += length;
+    length = 0;
   };
 
   while (!_input.fail()) {
@@ -51,19 +62,19 @@ bool Parser::next(std::uint32_t limit, ContextWindow::Mode mode, WordQueue& word
     ++_line;
 
     if (first == '\n') {
+      if (length > 0) end_sentence(_line - 1, _input.consumed());
       _input.consume(1);
-      if (length > 0) {
-        _sentence_lengths.push_back(length);
-        words_read += length;
-        length = 0;
-      }
+      begin = _input.consumed();
       if (mode == ContextWindow::words && words_read >= limit) break;
-      if (mode == ContextWindow::sentences && _sentence_lengths.size() >= limit) break;
+      if (mode == ContextWindow::sentences && _sentences.size() >= limit) break;
       continue;
     }
 
     const Line line = _read_word_line(fields);
-    if (line == Line::incomplete) break;
+    if (line == Line::incomplete) {
+      if (length > 0) end_sentence(_line - 1, _incomplete_begin);
+      break;
+    }
     if (line == Line::malformed) {
       _warn("Incorrect input format detected at line " + std::to_string(_line));
       drop_sentence();
@@ -78,12 +89,13 @@ bool Parser::next(std::uint32_t limit, ContextWindow::Mode mode, WordQueue& word
       drop_sentence();
     } else {
       words.push_back(_make_word(fields));
+      if (_forms != nullptr) _forms->push_back(fields.form);
       ++length;
     }
   }
 
-  if (length > 0) _sentence_lengths.push_back(length);
-  return !_sentence_lengths.empty();
+  if (length > 0) end_sentence(_line, _input.consumed());
+  return !_sentences.empty();
 }
 
 // Reads the six fields and the one character after them. Input that ends inside them makes no word: its fields are not
@@ -93,8 +105,9 @@ Parser::Line Parser::_read_word_line(Fields& fields) {
     _input.consume(length);
     return Line::word;
   }
+  _incomplete_begin = _input.consumed();
   _input.read(fields.order);
-  _input.read(_occurrence);
+  _input.read(_form);
   _input.read(_lemma);
   _input.read(_tag);
   _input.read(fields.parent);
@@ -107,6 +120,7 @@ Parser::Line Parser::_read_word_line(Fields& fields) {
   }
   _input.get();
   _lemma.resize(kept_lemma(_lemma).size());
+  fields.form = _form;
   fields.lemma = _lemma.c_str();  // the stores take texts up to a zero byte
   fields.tag = _tag;
   fields.dependency = _dependency;
@@ -138,8 +152,7 @@ std::size_t Parser::_split_ordinary_line(std::string_view text, Fields& fields) 
 
   if (!number(fields.order)) return 0;
   ++p;
-  std::string_view occurrence;
-  if (!word(occurrence)) return 0;
+  if (!word(fields.form)) return 0;
   ++p;
   const char* const lemma = p;
   while (p != end && character_classes[static_cast<unsigned char>(*p)] == CharacterClass::plain)
@@ -161,7 +174,7 @@ std::size_t Parser::_split_ordinary_line(std::string_view text, Fields& fields) 
 }
 
 void Parser::_warn(const std::string& problem) const {
-  notifier::error.warning(problem + ". Skipping current sentence...");
+  _warning_sink(problem + ". Skipping current sentence...");
 }
 
 // Discards lines up to and including the next empty one.
@@ -195,9 +208,9 @@ std::uint32_t Parser::_intern_lemma(std::string_view text) {
   const std::size_t known_lemmas = _lemmas.size();
   const std::uint32_t lemma = _lemmas.store(text);
   if (known_lemmas == most_distinct_lemmas && _lemmas.size() > known_lemmas) {
-    notifier::error.warning("More than " + std::to_string(most_distinct_lemmas) +
-                            " different lemmas were read. N-grams whose lemmas differ by a multiple of that number of "
-                            "indexes are counted as the same...");
+    _warning_sink("More than " + std::to_string(most_distinct_lemmas) +
+                  " different lemmas were read. N-grams whose lemmas differ by a multiple of that number of "
+                  "indexes are counted as the same...");
   }
   return lemma;
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 // Reading of datafiles: one word a line in six fields (order, form, lemma, tag, parent, relation), an empty line after
-// each sentence. A sentence that is malformed, or whose words are not ordered 1, 2, 3 ..., is reported on the error
-// channel and skipped whole; nothing in a datafile stops the run but a string store without room.
+// each sentence. A sentence that is malformed, or whose words are not ordered 1, 2, 3 ..., is warned of and skipped
+// whole; nothing in a datafile stops the run but a string store without room.
 //
 // Fields are read as a formatted input stream reads them, newlines being white space like any other, and exactly one
 // character is taken after the sixth. This is part of the format: a blank at the end of a word line leaves the newline,
@@ -16,12 +16,24 @@
 #include <vector>
 
 #include "base/config.h"
+#include "base/warning_sink.h"
 #include "corpus/input.h"
 #include "corpus/string_store.h"
 #include "corpus/text_cache.h"
+#include "corpus/word_forms.h"
 #include "corpus/word_queue.h"
 
 namespace colx {
+
+// A sentence that was read: how long it is and where it stood.
+struct SentenceExtent {
+  std::uint32_t length = 0;  // in words
+  std::uint32_t line = 0;  // of its first word, from 1, as warnings count them: a word makes one line however it stands
+  std::uint64_t begin = 0;  // in bytes of the input, from where its first word's line begins
+  std::uint64_t end = 0;    // to behind its last word's line; the line that ends the sentence is no part of it
+
+  friend bool operator==(const SentenceExtent&, const SentenceExtent&) = default;
+};
 
 // Reads the sentences of one stream, which it does not own, from where the stream stands, and interns their lemmas and
 // tags in the two stores. Reads ahead of what it has consumed.
@@ -30,15 +42,18 @@ namespace colx {
 // pass; every other line is read field by field, which is slower and is the definition.
 class Parser {
  public:
-  Parser(std::istream& stream, StringStore<std::uint32_t>& lemmas, StringStore<std::uint8_t>& tags);
+  // Stream, stores and forms must outlive the parser. When there are `forms`, every word that is appended has its form
+  // appended to them as well; there are none to be kept when it is null.
+  Parser(std::istream& stream, StringStore<std::uint32_t>& lemmas, StringStore<std::uint8_t>& tags, WarningSink warn,
+         WordForms* forms = nullptr);
 
   // Appends the words of whole sentences to `words`, from where the last call stopped, and returns whether there was a
   // sentence at all. Stops at the end of the input or at a sentence end once this call has read `limit` sentences or
   // words, whichever `mode` counts. Passes on index_overflow and string_too_long of the stores.
   bool next(std::uint32_t limit, ContextWindow::Mode mode, WordQueue& words);
 
-  // Word counts of the sentences that the last call of `next` appended, in reading order.
-  const std::vector<std::uint32_t>& sentence_lengths() const { return _sentence_lengths; }
+  // The sentences that the last call of `next` appended, in reading order.
+  const std::vector<SentenceExtent>& sentences() const { return _sentences; }
 
   // Tells whether the end of the input has been noticed.
   bool at_end() const { return _input.eof(); }
@@ -49,9 +64,10 @@ class Parser {
  private:
   enum class Line { word, malformed, incomplete };
 
-  // The fields of a word line; the texts are valid until the input moves on. The word form is of no use to anybody.
+  // The fields of a word line; the texts are valid until the input moves on.
   struct Fields {
     std::uint32_t order = 0;
+    std::string_view form;
     std::string_view lemma;  // cut
     std::string_view tag;
     std::uint32_t parent = 0;
@@ -69,11 +85,14 @@ class Parser {
   Input _input;
   StringStore<std::uint32_t>& _lemmas;
   StringStore<std::uint8_t>& _tags;
+  WarningSink _warning_sink;
+  WordForms* _forms;
   std::uint32_t _line = 0;
-  std::vector<std::uint32_t> _sentence_lengths;
+  std::int64_t _incomplete_begin = 0;  // where the line begins that the input ended in
+  std::vector<SentenceExtent> _sentences;
 
   // Texts of a line that is read field by field, kept so that reading one allocates nothing.
-  std::string _occurrence;
+  std::string _form;
   std::string _lemma;
   std::string _tag;
   std::string _dependency;

@@ -18,13 +18,24 @@ StringStore<Index>::StringStore(std::uint32_t block_size)
     : RandomSizedMemoryPool<char>(block_size + 1 + static_cast<std::uint32_t>(sizeof(Length))) {}
 
 template <typename Index>
-Index StringStore<Index>::store(std::string_view text) {
-  const std::uint64_t hash = hash_bytes(text.data(), text.size());
-  const auto equal = [&](std::uint32_t index) {
+std::uint32_t StringStore<Index>::_find(std::uint64_t hash, std::string_view text) const {
+  return _lookup.find(hash, [&](std::uint32_t index) {
     const std::string_view stored = _text(index);
     return stored.size() == text.size() && equal_bytes(stored.data(), text.data(), text.size());
-  };
-  const std::uint32_t found = _lookup.find(hash, equal);
+  });
+}
+
+template <typename Index>
+std::optional<Index> StringStore<Index>::find(std::string_view text) const {
+  const std::uint32_t found = _find(hash_bytes(text.data(), text.size()), text);
+  if (found == CompactIndex::none) return std::nullopt;
+  return static_cast<Index>(found);
+}
+
+template <typename Index>
+Index StringStore<Index>::store(std::string_view text) {
+  const std::uint64_t hash = hash_bytes(text.data(), text.size());
+  const std::uint32_t found = _find(hash, text);
   if (found != CompactIndex::none) return static_cast<Index>(found);
   if (_texts.size() + 1 >= std::numeric_limits<Index>::max()) {
     // The text that found no place is counted, so that the store can be told from one that is merely full.

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 #include <vector>
@@ -37,6 +38,9 @@ class StringStore : public RandomSizedMemoryPool<char> {
   // entry too many) and string_too_long when the text does not fit in a block.
   Index store(std::string_view text);
 
+  // Returns the index of a text that is there; nothing is stored. The text may be anything.
+  std::optional<Index> find(std::string_view text) const;
+
   // Returns the text of an index that `store` gave; there is a zero behind it.
   std::string_view operator[](Index index) const { return _text(index); }
 
@@ -45,6 +49,8 @@ class StringStore : public RandomSizedMemoryPool<char> {
 
  private:
   using Length = std::uint16_t;
+
+  std::uint32_t _find(std::uint64_t hash, std::string_view text) const;
 
   // Every text stands behind its length.
   std::string_view _text(std::size_t index) const {

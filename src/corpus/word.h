@@ -7,7 +7,8 @@
 
 namespace colx {
 
-// A plain value; which word of a buffer it is follows from its place there. The word form is not kept.
+// A plain value; which word of a buffer it is follows from its place there. The word form has no place here, see
+// WordForms.
 struct Word {
   std::uint32_t lemma;      // index in the lemma store
   std::uint8_t tag;         // index in the tag store

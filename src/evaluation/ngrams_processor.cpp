@@ -1,17 +1,18 @@
 #include "evaluation/ngrams_processor.h"
 
+#include <string>
+
 #include "base/config.h"
+#include "base/errors.h"
 
 namespace colx {
 
-NGramsProcessor::NGramsProcessor(NGramStore& store, std::uint32_t least_frequency)
+NGramsProcessor::NGramsProcessor(const NGramStore& store, std::uint32_t least_frequency)
     : _store(store),
       _full(store.records(NGram::_full_ngram_type)),
       _least_frequency(least_frequency),
-      _frequencies(window * NGram::_types_count) {
-  store.records(NGram::_full_ngram_type).release_index();
-  _order = _full.listed_order();
-}
+      _order(_full.listed_order()),
+      _frequencies(window * NGram::_types_count) {}
 
 bool NGramsProcessor::next() {
   if (++_current >= _entries.size()) _fill();
@@ -34,7 +35,7 @@ void NGramsProcessor::_fill() {
     if (i + ahead < _order.size()) __builtin_prefetch(_full.record(_order[i + ahead]));
     const NGram& record = *_full.record(_order[i]);
     ++stepped;
-    if (record.frequency() < _least_frequency) continue;
+    if (_full.frequency(record) < _least_frequency) continue;
     _entries.push_back({&record, stepped});
     _position = i + 1;
     stepped = 0;
@@ -46,14 +47,17 @@ void NGramsProcessor::_fill() {
     _look_up(type);
   for (std::size_t e = 0; e < _entries.size(); ++e) {
     _frequencies[e * NGram::_types_count] = _store.empty_frequency();
-    _frequencies[e * NGram::_types_count + NGram::_full_ngram_type] = _entries[e].record->frequency();
+    _frequencies[e * NGram::_types_count + NGram::_full_ngram_type] = _full.frequency(*_entries[e].record);
   }
 }
 
-// Every pattern of a counted N-gram has been counted with it, so it is there.
 void NGramsProcessor::_look_up(std::uint8_t type) {
-  _store.records(type).find(_batch, [&](std::size_t entry, const NGram* pattern) {
-    _frequencies[entry * NGram::_types_count + type] = pattern->frequency();
+  const RecordTable& records = _store.records(type);
+  records.find(_batch, [&](std::size_t entry, const NGram* pattern) {
+    if (pattern == nullptr) {
+      throw fatal_error("A pattern of type " + std::to_string(type) + " of a counted N-gram is not in the store!");
+    }
+    _frequencies[entry * NGram::_types_count + type] = records.frequency(*pattern);
   });
 }
 

@@ -16,12 +16,12 @@ namespace colx {
 // N-grams at a time, so that the memory for all of them can be asked for before any of it is needed.
 class NGramsProcessor {
  public:
-  // The store must not change meanwhile. Its records of the full type are not to be found any more afterwards: their
-  // index is given back for the memory that the order takes. N-grams less frequent than `least_frequency` are passed
-  // over before any of their patterns is looked up.
-  NGramsProcessor(NGramStore& store, std::uint32_t least_frequency);
+  // The store must outlive the processor and not change meanwhile; records of the full type need not be to be found.
+  // N-grams less frequent than `least_frequency` are passed over before any of their patterns is looked up.
+  NGramsProcessor(const NGramStore& store, std::uint32_t least_frequency);
 
-  // Makes the next N-gram the current one. Returns false when there is none left.
+  // Makes the next N-gram the current one. Returns false when there is none left. Throws fatal_error when a pattern of
+  // an N-gram is not in the store, which then was not filled by whole occurrences.
   bool next();
 
   // How many N-grams the last call of next has gone through, passed over or not.

@@ -5,12 +5,11 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <string_view>
 
-#include "base/notifier.h"
 #include "base/progress_bar.h"
 #include "corpus/buffer.h"
 #include "corpus/parser.h"
-#include "corpus/persistent.h"
 #include "extraction/ntree.h"
 #include "extraction/occurrence.h"
 
@@ -21,19 +20,20 @@ namespace {
 // How much of a datafile has been read, as a bar over its bytes.
 class ReadingProgress {
  public:
-  // Takes the length of the stream and leaves the stream at its beginning, ready to be read.
-  explicit ReadingProgress(std::istream& stream) {
+  // Takes the length of the stream and leaves the stream at its beginning, ready to be read. The channels must outlive
+  // this object.
+  ReadingProgress(std::istream& stream, const Channels& channels) : _channels(channels) {
     stream.seekg(0, std::ios::end);
     const std::streamoff end = stream.tellg();
     stream.seekg(0, std::ios::beg);
     if (end < 0) {
       stream.clear();
-      const ProgressBar scale_alone(1);
-      notifier::error.warning("Progress bar initialization failed! Going on without progress bar display...");
+      const ProgressBar scale_alone(channels.progress.stream(), 1);
+      channels.error.warning("Progress bar initialization failed! Going on without progress bar display...");
       return;
     }
     _length = static_cast<unsigned long>(end);
-    _bar.emplace(_length);
+    _bar.emplace(channels.progress.stream(), _length);
   }
 
   unsigned long length() const { return _length; }
@@ -48,8 +48,8 @@ class ReadingProgress {
     }
     const std::int64_t position = parser.position();
     if (position < 0) {
-      notifier::progress.info("");
-      notifier::error.warning("Progress bar update failed! Stopping progress bar display...");
+      _channels.progress.info("");
+      _channels.error.warning("Progress bar update failed! Stopping progress bar display...");
       _bar.reset();
       return true;
     }
@@ -59,6 +59,7 @@ class ReadingProgress {
   }
 
  private:
+  const Channels& _channels;
   std::optional<ProgressBar> _bar;
   unsigned long _length = 0;
   std::int64_t _position = 0;
@@ -66,17 +67,18 @@ class ReadingProgress {
 
 }  // namespace
 
-std::uint32_t extract(std::istream& stream, NamedDataFileStats& stats) {
-  ReadingProgress progress(stream);
+std::uint32_t extract(std::istream& stream, NamedDataFileStats& stats, const Stores& stores, const Channels& channels) {
+  ReadingProgress progress(stream, channels);
   // On the heap because of its caches: the stack would keep their memory for the rest of the run.
-  const auto parser = std::make_unique<Parser>(stream, persistent::lemmas, persistent::tags);
+  const auto parser = std::make_unique<Parser>(stream, stores.lemmas, stores.tags,
+                                               [&](std::string_view warning) { channels.error.warning(warning); });
   Buffer buffer(*parser, settings::context_window);
   buffer._init();
   if (buffer.empty()) return 0;
 
   NTree tree;
   SubtreeEnumerator enumerator;
-  OccurrenceCounter counter(buffer, stats);
+  OccurrenceCounter counter(buffer, stats, stores);
   do {
     tree.build(buffer.current());
     counter.begin_sentence();

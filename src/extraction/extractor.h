@@ -5,16 +5,19 @@
 #include <cstdint>
 #include <istream>
 
+#include "base/channels.h"
 #include "corpus/datafile_stats.h"
+#include "extraction/stores.h"
 
 namespace colx {
 
-// Reads a datafile to its end and counts its N-grams; adds to `stats`. Returns the length of the datafile in bytes,
-// modulo 2^32, as it was found at the beginning; 0 when it cannot be taken and also when there is no sentence.
+// Reads a datafile to its end and counts its N-grams in the stores; adds to `stats`. Returns the length of the datafile
+// in bytes, modulo 2^32, as it was found at the beginning; 0 when it cannot be taken and also when there is no
+// sentence.
 //
 // While the progress bar is drawn the walk ends with the first sentence after which the stream is at its end, even if
 // the window has read further sentences ahead. Passes on index_overflow, string_too_long and std::bad_alloc; what was
 // stored by then stays counted.
-std::uint32_t extract(std::istream& stream, NamedDataFileStats& stats);
+std::uint32_t extract(std::istream& stream, NamedDataFileStats& stats, const Stores& stores, const Channels& channels);
 
 }  // namespace colx

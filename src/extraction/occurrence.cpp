@@ -1,16 +1,16 @@
 #include "extraction/occurrence.h"
 
 #include "base/config.h"
-#include "corpus/dependencies.h"
-#include "corpus/persistent.h"
+#include "extraction/occurrence_members.h"
 
 namespace colx {
 
-OccurrenceCounter::OccurrenceCounter(const Buffer& buffer, NamedDataFileStats& stats)
+OccurrenceCounter::OccurrenceCounter(const Buffer& buffer, NamedDataFileStats& stats, const Stores& stores)
     : _buffer(buffer),
       _stats(stats),
-      _morphologic_filter(persistent::morphologic_filter, persistent::tags),
-      _context_filter(persistent::context_filter, persistent::tags),
+      _ngrams(stores.ngrams),
+      _morphologic_filter(stores.morphologic_filter, stores.tags),
+      _context_filter(stores.context_filter, stores.tags),
       _sentence() {
   if (!NGram::_context_tracing_on) return;
   _places.resize(OccurrenceBatch::capacity);
@@ -31,27 +31,25 @@ void OccurrenceCounter::begin_sentence() {
 }
 
 void OccurrenceCounter::add(std::span<const Position> positions) {
+  const std::size_t occurrence = _batch.size();
   _batch.add();
-  const std::size_t occurrence = _batch.size() - 1;
-  for (unsigned i = 0; i < positions.size(); ++i) {
-    const Word& word = _sentence.first[positions[i] - 1];
-    std::uint8_t parent = 0;
-    for (unsigned j = 0; j < positions.size(); ++j) {
-      if (positions[j] == word.parent) parent = static_cast<std::uint8_t>(j + 1);
-    }
-    const std::uint8_t dependency = parent != 0 ? word.dependency : dependency::head;
-    _batch.set_last(i, NGram::Member(word.lemma, word.tag, parent, dependency));
-    if (NGram::_context_tracing_on) {
-      const auto place = static_cast<std::size_t>(&word - _buffer.all().first);
+  std::array<NGram::Member, constants::max_grammity> members;
+  occurrence_members(_sentence, positions, members);
+  for (unsigned i = 0; i < positions.size(); ++i)
+    _batch.set_last(i, members[i]);
+  if (NGram::_context_tracing_on) {
+    const auto sentence_place = static_cast<std::size_t>(_sentence.first - _buffer.all().first);
+    for (unsigned i = 0; i < positions.size(); ++i) {
+      const std::size_t place = sentence_place + positions[i] - 1U;
       _places[occurrence][i] = place;
-      if (parent == 0) _roots[occurrence] = place;
+      if (members[i].parent() == 0) _roots[occurrence] = place;
     }
   }
   if (_batch.full()) flush();
 }
 
 void OccurrenceCounter::flush() {
-  persistent::ngrams.count_empty(_batch.size());
+  _ngrams.count_empty(_batch.size());
   for (std::uint8_t type = 1; type <= NGram::_full_ngram_type; ++type)
     _count_type(type);
   _batch.clear();
@@ -65,10 +63,11 @@ void OccurrenceCounter::_count_type(std::uint8_t type) {
       ++(record == nullptr ? _stats.filtered_count : _stats.passed_count);
     }
     if (record == nullptr || !NGram::_context_tracing_on) return;
-    _store_wide_context(record->contexts(), occurrence, type);
-    if (full) _store_narrow_context(record->contexts(), occurrence);
+    const ContextList contexts = _ngrams.contexts(*record);
+    _store_wide_context(contexts, occurrence, type);
+    if (full) _store_narrow_context(contexts, occurrence);
   };
-  RecordTable& records = persistent::ngrams.records(type);
+  RecordTable& records = _ngrams.records(type);
   if (_morphologic_filter.is_on()) {
     records.count(
         _batch, [&](std::size_t o) { return _morphologic_filter.admits(_batch, o, type); }, counted);

@@ -11,6 +11,7 @@
 #include "corpus/buffer.h"
 #include "corpus/datafile_stats.h"
 #include "extraction/ntree.h"
+#include "extraction/stores.h"
 #include "extraction/tag_filters.h"
 #include "model/context.h"
 #include "model/occurrence_batch.h"
@@ -21,8 +22,8 @@ namespace colx {
 // statistics, only after flush.
 class OccurrenceCounter {
  public:
-  // Buffer and statistics must outlive the counter.
-  OccurrenceCounter(const Buffer& buffer, NamedDataFileStats& stats);
+  // Buffer, statistics and stores must outlive the counter, and the rules of the filters stay as they are.
+  OccurrenceCounter(const Buffer& buffer, NamedDataFileStats& stats, const Stores& stores);
 
   // Turns to the current sentence of the buffer. With contexts, flush must come before the buffer moves on.
   void begin_sentence();
@@ -40,6 +41,7 @@ class OccurrenceCounter {
 
   const Buffer& _buffer;
   NamedDataFileStats& _stats;
+  NGramStore& _ngrams;
   MorphologicFilter _morphologic_filter;
   ContextFilter _context_filter;
   OccurrenceBatch _batch;

@@ -3,8 +3,8 @@
 // Morphological rule filters: which N-grams, and which words around them, are kept by their tags. Each filter counts,
 // rule by rule, what it let through.
 //
-// A rule is a pattern of tag characters, '-' standing for any, or one such pattern for each position. Tags are compared
-// as text, and only as far as the shorter of pattern and tag goes.
+// A tag rule is a text of tag characters, '-' standing for any. A rule is one tag rule, or one for each position. Tags
+// are compared as text, and only as far as the shorter of tag rule and tag goes.
 
 #include <cstddef>
 #include <cstdint>
@@ -41,7 +41,7 @@ class Filter {
   void _count(std::size_t rule);
 };
 
-// Compares one pattern with one tag; an empty pattern or tag agrees with everything.
+// Compares one tag rule with one tag; an empty tag rule or tag agrees with everything.
 bool match_single_rule(const std::string& rule, const std::string& item);
 
 // Admits single tags.
@@ -70,11 +70,11 @@ class MultiRulesFilter : public Filter {
 
   void add_rule(Rule rule);
 
-  // Adds each line of a file that holds `n` patterns separated by single spaces; with an `n` of 0, each line that is
+  // Adds each line of a file that holds `n` tag rules separated by single spaces; with an `n` of 0, each line that is
   // not empty. Returns false when the file cannot be opened.
   bool read_rules(const char* path, unsigned n);
 
-  // Tells whether some rule of as many patterns admits the tags, and counts them if asked to.
+  // Tells whether some rule of as many tag rules admits the tags, and counts them if asked to.
   bool match(const std::vector<std::string>& items, bool count);
 
   // The first rule that admits the tags, or the number of rules when none does. Counts nothing.

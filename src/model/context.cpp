@@ -5,9 +5,6 @@
 #include <limits>
 #include <new>
 
-#include "model/context_folder.h"
-#include "util/array_pool.h"
-
 namespace colx {
 
 namespace {
@@ -49,9 +46,6 @@ struct Handle {
 };
 static_assert(sizeof(std::uint32_t*) + sizeof(std::uint32_t) == ContextList::handle_size);
 
-// The memory of all lists.
-ArrayPool pool;
-
 // Reads the words that one unit each stands for, with their marks.
 template <typename Take>
 void _for_each_single(const std::uint32_t* begin, const std::uint32_t* end, const Take& take) {
@@ -68,8 +62,7 @@ std::uint32_t* _write_single(std::uint32_t* out, const PartOfContext& part) {
   return out;
 }
 
-std::span<const PartOfContext> _fold(const Handle& handle) {
-  static ContextFolder folder;
+std::span<const PartOfContext> _fold(const Handle& handle, ContextFolder& folder) {
   const std::uint32_t* const units = handle.units();
   const Header& header = handle.header();
   folder.clear(handle.size);
@@ -85,8 +78,8 @@ std::span<const PartOfContext> _fold(const Handle& handle) {
 }
 
 // Folds what has been noted, in place.
-void _compact(Handle& handle) {
-  const std::span<const PartOfContext> list = _fold(handle);
+void _compact(Handle& handle, ContextFolder& folder) {
+  const std::span<const PartOfContext> list = _fold(handle, folder);
   const auto first_single =
       std::partition_point(list.begin(), list.end(), [](const PartOfContext& part) { return part.frequency() > 1; });
   std::uint32_t* out = handle.units();
@@ -103,25 +96,25 @@ void _compact(Handle& handle) {
 
 // Sees to it that `more` units fit: by folding when what has been noted is not small beside the list, so that all folds
 // together cost a constant for each sighting, and by moving to a larger array when that does not help.
-void _make_room(Handle& handle, std::size_t more) {
+void _make_room(Handle& handle, std::size_t more, ContextMemory& memory) {
   if (handle.size + more <= handle.room()) return;
   if (handle.memory != nullptr) {
     const std::uint32_t folded = handle.header().folded;
     const std::uint32_t noted = handle.size - folded;
-    if (noted >= least_sightings && noted >= folded / 2) _compact(handle);
+    if (noted >= least_sightings && noted >= folded / 2) _compact(handle, memory.folder);
     if (handle.size + more <= handle.room()) return;
   }
   const std::size_t capacity = ArrayPool::capacity_for(header_units + handle.size + more);
   if (capacity > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
-  std::uint32_t* const memory = pool.take(capacity);
+  std::uint32_t* const array = memory.pool.take(capacity);
   Header header{};
   if (handle.memory != nullptr) {
     header = handle.header();
-    std::copy(handle.units(), handle.units() + handle.size, memory + header_units);
-    pool.give_back(handle.memory, header.capacity);
+    std::copy(handle.units(), handle.units() + handle.size, array + header_units);
+    memory.pool.give_back(handle.memory, header.capacity);
   }
   header.capacity = static_cast<std::uint32_t>(capacity);
-  handle.memory = memory;
+  handle.memory = array;
   handle.header() = header;
 }
 
@@ -134,7 +127,7 @@ void ContextList::clear(unsigned char* handle) {
 void ContextList::add_wide(std::span<const std::uint32_t> tagged_lemmas) {
   if (tagged_lemmas.empty()) return;
   Handle handle = Handle::load(_handle);
-  _make_room(handle, tagged_lemmas.size());
+  _make_room(handle, tagged_lemmas.size(), _memory);
   std::copy(tagged_lemmas.begin(), tagged_lemmas.end(), handle.units() + handle.size);
   handle.size += static_cast<std::uint32_t>(tagged_lemmas.size());
   handle.store(_handle);
@@ -142,7 +135,7 @@ void ContextList::add_wide(std::span<const std::uint32_t> tagged_lemmas) {
 
 void ContextList::add_narrow(std::uint32_t tagged_lemma) {
   Handle handle = Handle::load(_handle);
-  _make_room(handle, 2);
+  _make_room(handle, 2, _memory);
   _write_single(handle.units() + handle.size, PartOfContext(tagged_lemma, true));
   handle.size += 2;
   handle.store(_handle);
@@ -158,7 +151,7 @@ void ContextList::prefetch() const {
 std::span<const PartOfContext> ContextList::parts() const {
   const Handle handle = Handle::load(_handle);
   if (handle.memory == nullptr) return {};
-  return _fold(handle);
+  return _fold(handle, _memory.folder);
 }
 
 }  // namespace colx

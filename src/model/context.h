@@ -13,13 +13,21 @@
 #include <cstdint>
 #include <span>
 
+#include "model/context_folder.h"
 #include "model/part_of_context.h"
+#include "util/array_pool.h"
 
 namespace colx {
 
+// The memory that the lists of one store share, and the scratch memory in which one is folded.
+struct ContextMemory {
+  ArrayPool pool;
+  ContextFolder folder;
+};
+
 // The context words of one N-gram, by way of a handle that stands, packed and unaligned, in the N-gram's record. The
-// words themselves are in memory that all lists share, which lives as long as the process: 4 bytes for a word seen once
-// or noted, 8 for one seen more often.
+// words themselves are in shared memory, which is not owned: 4 bytes for a word seen once or noted, 8 for one seen more
+// often.
 class ContextList {
  public:
   static constexpr std::size_t handle_size = 12;  // in bytes
@@ -27,7 +35,8 @@ class ContextList {
   // Makes the handle of an empty list.
   static void clear(unsigned char* handle);
 
-  explicit ContextList(unsigned char* handle) : _handle(handle) {}
+  // The memory must be the same for all that is done with a handle.
+  ContextList(unsigned char* handle, ContextMemory& memory) : _handle(handle), _memory(memory) {}
 
   // Notes sightings of words in their order, each packed as in TaggedLemma. Throws std::bad_alloc.
   void add_wide(std::span<const std::uint32_t> tagged_lemmas);
@@ -36,11 +45,13 @@ class ContextList {
   // Loads the words into the cache.
   void prefetch() const;
 
-  // Returns the list with all that has been noted folded into it. Valid until anything is done with any list.
+  // Returns the list with all that has been noted folded into it. Valid until anything is done with any list of
+  // the same memory.
   std::span<const PartOfContext> parts() const;
 
  private:
   unsigned char* _handle;
+  ContextMemory& _memory;
 };
 
 }  // namespace colx

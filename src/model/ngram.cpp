@@ -1,5 +1,6 @@
 #include "model/ngram.h"
 
+#include <algorithm>
 #include <bit>
 #include <new>
 
@@ -14,7 +15,6 @@ std::uint8_t NGram::_full_ngram_type = 0;
 std::uint8_t NGram::_types_count = 0;
 std::vector<std::uint8_t> NGram::_members_count;
 std::vector<std::uint32_t> NGram::_ngrams_memory_sizes;
-std::map<const NGram*, std::uint32_t> NGram::_overflows;
 
 void NGram::init() {
   _context_tracing_on = settings::context_tracing_on();
@@ -47,19 +47,28 @@ NGram* NGram::build(void* memory, std::uint8_t type, std::span<const Member> mem
   return record;
 }
 
-void NGram::_carry() {
-  constexpr std::uint32_t largest = Overflow<const NGram*, std::uint32_t>::_max_value;
-  std::uint32_t& carried = _overflows[this];
-  carried = _max_frequency > largest - carried ? largest : carried + _max_frequency;
+// The counter runs from 1 to its largest value and then from 1 again.
+void NGram::add(std::uint32_t occurrences, Overflows& overflows) {
+  const std::uint32_t header = _load_header();
+  const std::uint64_t sum = std::uint64_t{header & _max_frequency} + occurrences;
+  if (sum <= _max_frequency) {
+    _store_header(header + occurrences);
+    return;
+  }
+  constexpr std::uint64_t largest = Overflow<const NGram*, std::uint32_t>::_max_value;
+  const std::uint64_t times_full = (sum - 1) / _max_frequency;
+  std::uint32_t& carried = overflows[this];
+  carried = static_cast<std::uint32_t>(std::min(largest, carried + times_full * _max_frequency));
+  const auto counter = static_cast<std::uint32_t>(sum - times_full * _max_frequency);
   const unsigned flagged_type = type() | unsigned{_overflow_flag_mask};
-  _store_header(1U | flagged_type << (8 * _last_bit_index));
+  _store_header(counter | flagged_type << (8 * _last_bit_index));
 }
 
-std::uint32_t NGram::_carried_frequency() const {
+std::uint32_t NGram::_carried_frequency(const Overflows& overflows) const {
   constexpr std::uint32_t largest = Overflow<const NGram*, std::uint32_t>::_max_value;
   const std::uint32_t base = _load_header() & _max_frequency;
-  const auto found = _overflows.find(this);
-  const std::uint32_t extra = found == _overflows.end() ? 0 : found->second;
+  const auto found = overflows.find(this);
+  const std::uint32_t extra = found == overflows.end() ? 0 : found->second;
   return base <= largest - extra ? base + extra : largest;
 }
 

@@ -6,6 +6,9 @@
 //
 // The type is a mask over the N positions: bit N - 1 - i stands for position i, counted from 0, so that the highest bit
 // is the first word. Type 0 is the empty N-gram, the full type has all N bits set.
+//
+// A record counts to 2^24 - 1 by itself; what was carried out of full counters (once NGram::_overflows) is kept by the
+// table that holds the record, and handed in here.
 
 #include <cstdint>
 #include <cstring>
@@ -18,8 +21,6 @@
 #include "model/tagged_lemma.h"
 
 namespace colx {
-
-class NGram;
 
 // The largest amount that may be carried out of a counter.
 template <typename Key, typename Amount>
@@ -76,9 +77,11 @@ class NGram {
   static bool _context_tracing_on;
   static std::uint8_t _full_ngram_type;
   static std::uint8_t _types_count;
-  static std::vector<std::uint8_t> _members_count;          // by type
-  static std::vector<std::uint32_t> _ngrams_memory_sizes;   // in bytes, by number of members
-  static std::map<const NGram*, std::uint32_t> _overflows;  // what was carried out of full counters
+  static std::vector<std::uint8_t> _members_count;         // by type
+  static std::vector<std::uint32_t> _ngrams_memory_sizes;  // in bytes, by number of members
+
+  // What was carried out of full counters, by record.
+  using Overflows = std::map<const NGram*, std::uint32_t>;
 
   // Sets the class-wide tables from the settings; to be called before any record is built.
   static void init();
@@ -93,21 +96,24 @@ class NGram {
   NGram(const NGram&) = delete;
   NGram& operator=(const NGram&) = delete;
 
-  // Adds one occurrence. A full counter starts again at 1 and what it held is carried to _overflows, where it saturates
-  // at the largest 32-bit number.
-  void inc() {
+  // Adds one occurrence. A full counter starts again at 1 and what it held is carried over, where it saturates at the
+  // largest 32-bit number.
+  void inc(Overflows& overflows) {
     const std::uint32_t header = _load_header();
     if ((header & _max_frequency) < _max_frequency) {
       _store_header(header + 1);
     } else {
-      _carry();
+      add(1, overflows);
     }
   }
 
+  // Adds a number of occurrences; the record and what was carried are then as after so many calls of inc.
+  void add(std::uint32_t occurrences, Overflows& overflows);
+
   // The number of occurrences, carried ones included; saturates at the largest 32-bit number.
-  std::uint32_t frequency() const {
+  std::uint32_t frequency(const Overflows& overflows) const {
     const std::uint32_t header = _load_header();
-    return (header >> 31) == 0 ? header & _max_frequency : _carried_frequency();
+    return (header >> 31) == 0 ? header & _max_frequency : _carried_frequency(overflows);
   }
 
   std::uint8_t type() const { return _header[_last_bit_index] & _type_mask; }
@@ -116,8 +122,8 @@ class NGram {
   Member member(unsigned i) const { return Member::load(_after_header() + i * Member::size); }
   unsigned members_count() const { return _members_count[type()]; }
 
-  // The context words; only when contexts are collected and the type is not 0.
-  ContextList contexts() { return ContextList(_after_header() + members_count() * Member::size); }
+  // The handle of the context words; only when contexts are collected and the type is not 0.
+  unsigned char* context_handle() { return _after_header() + members_count() * Member::size; }
 
  private:
   NGram() = default;
@@ -131,8 +137,7 @@ class NGram {
   // What follows the header is no part of the object: it is reached through the memory in which `build` has placed it.
   unsigned char* _after_header() { return reinterpret_cast<unsigned char*>(this + 1); }
   const unsigned char* _after_header() const { return reinterpret_cast<const unsigned char*>(this + 1); }
-  void _carry();
-  std::uint32_t _carried_frequency() const;
+  std::uint32_t _carried_frequency(const Overflows& overflows) const;
 
   unsigned char _header[4];  // little-endian
 };

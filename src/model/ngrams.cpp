@@ -13,6 +13,7 @@ NGramStore::NGramStore(std::uint32_t records_per_block) {
 
 void NGramStore::init(std::uint32_t records_per_block) {
   if (records_per_block == 0 || !_pools.empty()) return;
+  _context_memory = std::make_unique<ContextMemory>();
   _pools.reserve(settings::n + 1U);
   _pools.emplace_back(0U);  // the empty N-gram is never allocated
   for (unsigned k = 1; k <= settings::n; ++k)

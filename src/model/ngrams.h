@@ -6,8 +6,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
+#include "model/context.h"
 #include "model/ngram.h"
 #include "model/record_table.h"
 #include "util/pool.h"
@@ -20,9 +22,9 @@ class NGramStore {
   // Makes an empty store and, unless the argument is 0, initialises it.
   explicit NGramStore(std::uint32_t records_per_block);
 
-  // Makes a table for each type and a pool for each number of members, its blocks holding `records_per_block` records, at
-  // least RecordTable::records_per_chunk. Does nothing when the argument is 0 or the store has been initialised. To be
-  // called after NGram::init.
+  // Makes a table for each type and a pool for each number of members, its blocks holding `records_per_block` records,
+  // at least RecordTable::records_per_chunk. Does nothing when the argument is 0 or the store has been initialised. To
+  // be called after NGram::init.
   void init(std::uint32_t records_per_block);
 
   // Counts occurrences of the empty N-gram; saturates at the largest 32-bit number.
@@ -35,10 +37,14 @@ class NGramStore {
   RecordTable& records(std::uint8_t type) { return _tables[type - 1U]; }
   const RecordTable& records(std::uint8_t type) const { return _tables[type - 1U]; }
 
+  // The context words of one of the records; only when contexts are collected.
+  ContextList contexts(NGram& record) const { return {record.context_handle(), *_context_memory}; }
+
  private:
   std::uint32_t _empty_frequency = 0;
   std::vector<VoidPool> _pools;
   std::vector<RecordTable> _tables;  // by type, from 1
+  std::unique_ptr<ContextMemory> _context_memory;
 };
 
 }  // namespace colx

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "model/ngram.h"
@@ -21,8 +22,8 @@ namespace colx {
 class RecordTable {
  public:
   // The type must not be 0. The pool must serve chunks of `records_per_chunk` records of this type's size, and outlive
-  // the table.
-  RecordTable(std::uint8_t type, VoidPool& pool);
+  // the table. `most_records` is at most what the index can number.
+  RecordTable(std::uint8_t type, VoidPool& pool, std::uint32_t most_records = CompactIndex::largest_size);
 
   static constexpr std::uint32_t records_per_chunk = 2048;
 
@@ -34,9 +35,19 @@ class RecordTable {
 
   // Counts those occurrences of a batch for which `admits(occurrence)` holds, in their order: raises the frequency of
   // the record with their members at the significant positions, or makes it. Calls `counted(occurrence, record)` after
-  // each; the record of one that is not admitted is null. Throws std::bad_alloc, after which nothing is found any more.
+  // each; the record of one that is not admitted is null. Throws fatal_error when there are more records than the table
+  // takes, or when they are not to be found any more, and std::bad_alloc, after which they are not.
   template <typename Admits, typename Counted>
   void count(const OccurrenceBatch& batch, const Admits& admits, const Counted& counted);
+
+  // Counts `frequency` occurrences of the pattern that has these members at the significant positions, one for each in
+  // ascending position; its record, which is returned, is then as after so many calls of count. With a frequency of 0
+  // nothing is made and null returned. Context words are none of its business: those of a record that is there stay, a
+  // new one has none. Throws as count does.
+  NGram* add(std::span<const NGram::Member> members, std::uint32_t frequency);
+
+  // The number of occurrences of a record of this table, carried ones included; saturates at the largest 32-bit number.
+  std::uint32_t frequency(const NGram& record) const { return record.frequency(_overflows); }
 
   // Calls `found(occurrence, record)` for all occurrences of a batch, with the record of their members, or null.
   template <typename Found>
@@ -45,7 +56,8 @@ class RecordTable {
   // The numbers of all records in the order in which the output files list them.
   ZeroedArray<std::uint32_t> listed_order() const;
 
-  // Gives up finding records, and the memory that it takes.
+  // Gives up finding records, and the memory that it takes. Nothing can be counted afterwards, unless there is nothing
+  // yet.
   void release_index() { _index.clear(); }
 
  private:
@@ -87,6 +99,8 @@ class RecordTable {
   VoidPool& _pool;
   std::vector<unsigned char*> _chunks;
   std::uint32_t _size = 0;
+  std::uint32_t _most_records;
+  NGram::Overflows _overflows;
   CompactIndex _index;
 };
 
@@ -137,7 +151,7 @@ void RecordTable::count(const OccurrenceBatch& batch, const Admits& admits, cons
       if (admits(occurrence)) {
         record = _find(pattern);
         if (record != nullptr) {
-          record->inc();
+          record->inc(_overflows);
         } else {
           record = _make(pattern.hash, pattern.members.data());
         }

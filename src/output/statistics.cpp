@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "base/config.h"
-#include "corpus/persistent.h"
 
 namespace colx {
 
@@ -16,33 +15,34 @@ std::string _grams() {
   return std::to_string(settings::n) + "-grams";
 }
 
-void _write_counts(std::ostream& out, const NamedDataFileStats& stats) {
+void _write_counts(std::ostream& out, const NamedDataFileStats& stats, bool filtered) {
   out << "# of words: " << stats.words_count << '\n';
   out << "# of sentences: " << stats.sentences_count << '\n';
   out << "# of " << _grams() << " extracted: " << stats.extracted_count << '\n';
-  if (persistent::morphologic_filter.is_on()) {
+  if (filtered) {
     out << "# of " << _grams() << " passed: " << stats.passed_count << '\n';
     out << "# of " << _grams() << " filtered: " << stats.filtered_count << '\n';
   }
   out << '\n';
 }
 
-void _write_rules(std::ostream& out, const std::vector<std::uint32_t>& matched) {
-  const std::vector<MultiRulesFilter::Rule>& rules = persistent::morphologic_filter.rules();
+void _write_rules(std::ostream& out, const std::vector<MultiRulesFilter::Rule>& rules,
+                  const std::vector<std::uint32_t>& matched) {
   for (std::size_t i = 0; i < rules.size(); ++i) {
-    for (const std::string& pattern : rules[i])
-      out << ' ' << pattern;
+    for (const std::string& tag_rule : rules[i])
+      out << ' ' << tag_rule;
     out << '\t' << matched[i] << '\n';
   }
 }
 
 }  // namespace
 
-void write_stats(std::ostream& out) {
+void write_stats(std::ostream& out, const std::vector<NamedDataFileStats>& datafiles, bool filtered,
+                 const WordTexts& texts, const NGramStore& ngrams) {
   NamedDataFileStats sums;
-  for (const NamedDataFileStats& stats : persistent::overall_stats) {
+  for (const NamedDataFileStats& stats : datafiles) {
     out << "Statistics for datafile " << stats.name << ":\n";
-    _write_counts(out, stats);
+    _write_counts(out, stats, filtered);
     sums.words_count += stats.words_count;
     sums.sentences_count += stats.sentences_count;
     sums.extracted_count += stats.extracted_count;
@@ -50,29 +50,30 @@ void write_stats(std::ostream& out) {
     sums.filtered_count += stats.filtered_count;
   }
   out << "Overall datafiles statistics:\n";
-  _write_counts(out, sums);
+  _write_counts(out, sums, filtered);
 
   out << "Strings storage statistics:\n";
-  out << "# of unique lemmas: " << persistent::lemmas.size() << '\n';
-  out << "# of unique tags: " << persistent::tags.size() << "\n\n";
+  out << "# of unique lemmas: " << texts.lemmas.size() << '\n';
+  out << "# of unique tags: " << texts.tags.size() << "\n\n";
 
   out << _grams() << " storage statistics:\n";
   for (std::uint8_t type = 0; type <= NGram::_full_ngram_type; ++type) {
     // The empty N-gram is one and is not kept in a set.
-    const std::size_t count = type == 0 ? 1 : persistent::ngrams.records(type).size();
+    const std::size_t count = type == 0 ? 1 : ngrams.records(type).size();
     out << "# of unique " << _grams() << " of type " << unsigned{type} << ": " << count << '\n';
   }
   out << std::endl;
 }
 
-void write_morphologic_filter_stats(std::ostream& out) {
-  for (const auto& [name, stats] : persistent::morphologic_filter_file_stats) {
+void write_morphologic_filter_stats(std::ostream& out, const MultiRulesFilter& filter,
+                                    const std::map<std::string, Filter::Stats>& by_datafile) {
+  for (const auto& [name, stats] : by_datafile) {
     out << "Passed " << _grams() << " statistics for datafile " << name << ":\n";
-    _write_rules(out, stats.matched);
+    _write_rules(out, filter.rules(), stats.matched);
     out << '\n';
   }
   out << "Overall passed " << _grams() << " statistics:\n";
-  _write_rules(out, persistent::morphologic_filter.stats.matched);
+  _write_rules(out, filter.rules(), filter.stats.matched);
   out << std::endl;
 }
 

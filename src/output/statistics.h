@@ -2,14 +2,25 @@
 
 // The two statistics files. See docs/formats.md.
 
+#include <map>
 #include <ostream>
+#include <string>
+#include <vector>
+
+#include "corpus/datafile_stats.h"
+#include "corpus/word_texts.h"
+#include "filter/filter.h"
+#include "model/ngrams.h"
 
 namespace colx {
 
-// Writes the counts of each datafile, their sums and the sizes of the stores.
-void write_stats(std::ostream& out);
+// Writes the counts of each datafile, in the given order, their sums and the sizes of the stores. What the
+// morphological filter let through and what it refused is shown when it was asked, that is, when it has rules.
+void write_stats(std::ostream& out, const std::vector<NamedDataFileStats>& datafiles, bool filtered,
+                 const WordTexts& texts, const NGramStore& ngrams);
 
-// Writes how many N-grams each morphological rule let through, for each datafile and for the whole run.
-void write_morphologic_filter_stats(std::ostream& out);
+// Writes how many N-grams each rule of the filter let through, for each datafile and for the whole run.
+void write_morphologic_filter_stats(std::ostream& out, const MultiRulesFilter& filter,
+                                    const std::map<std::string, Filter::Stats>& by_datafile);
 
 }  // namespace colx

@@ -4,10 +4,14 @@
 
 #include <ostream>
 
+#include "base/notifier.h"
+#include "corpus/word_texts.h"
+#include "model/ngrams.h"
+
 namespace colx {
 
-// Writes the whole output datafile under a progress bar. Blocks come in the order in which the store is listed; N-grams
-// of the full type are not to be found in it any more afterwards. The caller looks at the state of the stream.
-void write(std::ostream& out);
+// Writes the whole output datafile of a store under a progress bar. Blocks come in the order in which the store is
+// listed. The caller looks at the state of the stream. Passes on what NGramsProcessor throws.
+void write(std::ostream& out, const NGramStore& ngrams, const WordTexts& texts, const Notifier& progress);
 
 }  // namespace colx

@@ -25,7 +25,7 @@ struct Name {
 constexpr std::array<Name, 4> _plain = {{{"rank", Quantity::rank},
                                          {"frequency", Quantity::frequency},
                                          {"total", Quantity::total},
-                                         {"pattern", Quantity::pattern}}};
+                                         {"pattern", Quantity::tree_text}}};
 
 // Numbered from 1 by word, cells from 0.
 constexpr std::array<Name, 6> _numbered = {{{"lemma", Quantity::lemma},
@@ -53,7 +53,7 @@ void _append_columns(std::vector<Column>& columns, const Name& name, std::size_t
     columns.push_back(_numbered_column(name, i));
 }
 
-// A relation in a pattern, with the position of the parent where that is not the neighbour.
+// A relation in the text of a tree, with the position of the parent where that is not the neighbour.
 std::string _relation_label(std::string_view relation, std::uint32_t parent, bool is_neighbour) {
   return is_neighbour ? std::string(relation) : fmt::format("{}:{}", relation, parent);
 }
@@ -97,7 +97,7 @@ std::uint64_t _count_of_row(const Column& column, const Row& row) {
     case Quantity::tag:
     case Quantity::relation:
     case Quantity::own_measure:
-    case Quantity::pattern:
+    case Quantity::tree_text:
     case Quantity::association:
       break;  // no counts
   }
@@ -111,7 +111,7 @@ ValueType Column::type() const {
     case Quantity::lemma:
     case Quantity::tag:
     case Quantity::relation:
-    case Quantity::pattern:
+    case Quantity::tree_text:
       return ValueType::text;
     case Quantity::own_measure:
     case Quantity::association:
@@ -197,7 +197,7 @@ std::vector<Column> cell_columns(std::size_t n) {
   return expand_column("cell", n);
 }
 
-void write_pattern(const Block& block, std::string& out) {
+void write_tree_text(const Block& block, std::string& out) {
   out.clear();
   for (std::size_t k = 0; k < block.n; ++k) {
     const Member& member = block.members[k];
@@ -226,8 +226,8 @@ Field field_of(const Column& column, const Row& row, std::string& scratch) {
       return {FieldKind::text, row.block.members[column.index].tag};
     case Quantity::relation:
       return {FieldKind::text, row.block.members[column.index].relation};
-    case Quantity::pattern:
-      write_pattern(row.block, scratch);
+    case Quantity::tree_text:
+      write_tree_text(row.block, scratch);
       return {FieldKind::text, scratch};
     case Quantity::own_measure:
       return _own_measure_field(row.block.measures[column.index]);

@@ -27,7 +27,7 @@ enum class Quantity {
   total,
   own_measure,
   cell,
-  pattern,
+  tree_text,
   association
 };
 
@@ -36,7 +36,7 @@ struct Column {
   std::size_t index = 0;  // which word, measure or cell, from 0
   std::string name;
 
-  // Lemmas, tags, relations and patterns are texts; everything else is a number.
+  // Lemmas, tags, relations and trees are texts; everything else is a number.
   ValueType type() const;
   bool is_text() const { return type() == ValueType::text; }
 
@@ -84,7 +84,7 @@ std::vector<Column> cell_columns(std::size_t n);
 // The N-gram as a readable tree: lemmas in word order; a word with its parent on the right is followed by `<relation`,
 // one with its parent on the left preceded by `relation>`. When the parent is not the next word, its position follows
 // the relation after a colon. Replaces the content of `out`.
-void write_pattern(const Block& block, std::string& out);
+void write_tree_text(const Block& block, std::string& out);
 
 // The value of a numeric column: of a computed measure with all its digits, of anything else as it is printed.
 double number_of(const Column& column, const Row& row);

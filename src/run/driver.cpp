@@ -10,11 +10,13 @@
 #include "base/config.h"
 #include "base/errors.h"
 #include "base/notifier.h"
+#include "model/ngram.h"
 #include "output/contexts.h"
 #include "output/statistics.h"
 #include "output/writer.h"
 #include "run/init.h"
 #include "run/params.h"
+#include "run/persistent.h"
 #include "run/processor.h"
 
 namespace colx {
@@ -52,7 +54,8 @@ class OutputFile {
   }
 
   // Writes and closes the file between two messages, if it was requested.
-  void write(const char* starting, void (*write_content)(std::ostream&), const char* finished) {
+  template <typename WriteContent>
+  void write(const char* starting, const WriteContent& write_content, const char* finished) {
     if (_path == nullptr) return;
     notifier::progress.info(starting);
     write_content(_stream);
@@ -82,11 +85,24 @@ void _run() {
 
   process(files, total_size);
 
-  stats.write("Writing statistics file.", write_stats, "Finished writing statistics file.");
-  filter_stats.write("Writing morphologic filter statistics file.", write_morphologic_filter_stats,
-                     "Finished writing morphologic filter statistics file.");
-  output.write("Writing output datafile.", write, "Finished writing output datafile.");
-  contexts.write("Writing contexts to file.", write_contexts, "Finished writing contexts to file.");
+  using namespace persistent;
+  const WordTexts texts{lemmas, tags};
+  stats.write(
+      "Writing statistics file.",
+      [&](std::ostream& out) { write_stats(out, overall_stats, morphologic_filter.is_on(), texts, ngrams); },
+      "Finished writing statistics file.");
+  filter_stats.write(
+      "Writing morphologic filter statistics file.",
+      [](std::ostream& out) { write_morphologic_filter_stats(out, morphologic_filter, morphologic_filter_file_stats); },
+      "Finished writing morphologic filter statistics file.");
+  // Nothing more is counted, and nobody looks N-grams of the full type up: their order takes the memory of their index.
+  ngrams.records(NGram::_full_ngram_type).release_index();
+  output.write(
+      "Writing output datafile.", [&](std::ostream& out) { write(out, ngrams, texts, notifier::progress); },
+      "Finished writing output datafile.");
+  contexts.write(
+      "Writing contexts to file.", [&](std::ostream& out) { write_contexts(out, ngrams, texts, notifier::progress); },
+      "Finished writing contexts to file.");
   notifier::progress.info("Bye!");
 }
 

@@ -7,9 +7,9 @@
 #include "base/config.h"
 #include "base/files.h"
 #include "base/notifier.h"
-#include "corpus/persistent.h"
 #include "model/ngram.h"
 #include "model/ngram_hash.h"
+#include "run/persistent.h"
 
 namespace colx {
 

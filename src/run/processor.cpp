@@ -7,9 +7,9 @@
 #include "base/errors.h"
 #include "base/files.h"
 #include "base/notifier.h"
-#include "corpus/persistent.h"
 #include "extraction/extractor.h"
 #include "output/utils.h"
+#include "run/persistent.h"
 
 namespace colx {
 
@@ -27,7 +27,10 @@ std::string _explain_overflow() {
 
 std::uint32_t _extract(std::ifstream& stream, NamedDataFileStats& stats) {
   try {
-    return extract(stream, stats);
+    return extract(stream, stats,
+                   {persistent::lemmas, persistent::tags, persistent::ngrams, persistent::morphologic_filter,
+                    persistent::context_filter},
+                   {notifier::error, notifier::progress});
   } catch (const std::bad_alloc&) {
     throw fatal_error("Program has met with out-of-memory condition while processing datafile: " + stats.name + "!");
   } catch (const index_overflow&) {

@@ -45,7 +45,7 @@ constexpr auto _rows = std::to_array<Row>({
     {{"--cells", "", "add the cells of the contingency table"},
      [](Options& options, const GivenOption&) { options.cells = true; }},
     {{"--pattern", "", "add the N-gram as a readable tree"},
-     [](Options& options, const GivenOption&) { options.pattern = true; }},
+     [](Options& options, const GivenOption&) { options.tree_text = true; }},
     {{"--measures", "LIST",
       "add textbook measures, separated by commas: G2, X2, MI, MI3, logDice, Dice, t, z; for pairs Fisher, odds_ratio"},
      [](Options& options, const GivenOption& given) { options.measures = _split_list(given); }},

@@ -23,7 +23,7 @@ struct Options {
   std::vector<std::string> columns;   // names as given; empty: the default columns
   std::vector<std::string> measures;  // names, all of them known
   bool cells = false;
-  bool pattern = false;
+  bool tree_text = false;
   std::optional<SortOrder> sort;
   std::optional<std::uint64_t> top;
   std::uint64_t min_frequency = 0;

@@ -28,7 +28,7 @@ std::vector<Column> _chosen_columns(const Options& options, std::size_t n) {
   for (const std::string& name : options.measures)
     add(*find_column(name));
   if (options.cells) add_all(cell_columns(n));
-  if (options.pattern) add(*find_column("pattern"));
+  if (options.tree_text) add(*find_column("pattern"));
   return columns;
 }
 

@@ -19,10 +19,11 @@
 
 namespace colx {
 
-// Numbers the things put into it 0, 1, 2 ...; holds up to 2^32 - 2.
+// Numbers the things put into it 0, 1, 2 ...; holds up to `largest_size`.
 class CompactIndex {
  public:
   static constexpr std::uint32_t none = 0xFFFFFFFF;
+  static constexpr std::uint32_t largest_size = 0xFFFFFFFE;
 
   // Returns the number of the thing with this hash for which `equal(number)` holds, or none.
   template <typename Equal>

@@ -1,7 +1,6 @@
 // The parser of datafiles reads any bytes as its plain twin does. The first byte chooses the mask and how much is read
 // at a time.
 
-#include <iostream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -11,8 +10,8 @@
 #include "corpus/word_queue.h"
 #include "tests/fuzz/target.h"
 #include "tests/reference/plain_parser.h"
+#include "tests/support/parsing.h"
 #include "tests/support/settings_guard.h"
-#include "tests/support/stream_capture.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   using namespace colx;
@@ -26,25 +25,33 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 
   const test::SettingsGuard guard;
   settings::morphologic_tag_mask = mask;
-  const test::StreamCapture warnings(std::cerr);
+  test::Warnings warnings;
   std::istringstream stream(text);
   std::istringstream plain_stream(text);
   StringStore<std::uint32_t> lemmas(65535);
   StringStore<std::uint8_t> tags(65535);
-  Parser parser(stream, lemmas, tags);
+  WordForms forms;
+  Parser parser(stream, lemmas, tags, warnings.sink(), &forms);
   reference::PlainParser plain(plain_stream, mask);
   try {
     while (!plain.at_end()) {
       WordQueue words;
+      forms.clear();
       std::vector<reference::PlainWord> plain_words;
       const bool any = parser.next(limit, mode, words);
       promise(any == plain.next(limit, mode, plain_words), "whether there are sentences");
-      promise(parser.sentence_lengths() == plain.sentence_lengths(), "lengths of sentences");
+      promise(parser.sentences().size() == plain.sentences().size(), "the number of sentences");
+      for (std::size_t i = 0; i < plain.sentences().size(); ++i) {
+        const reference::PlainSentence& sentence = plain.sentences()[i];
+        promise(parser.sentences()[i] == SentenceExtent{sentence.length, sentence.line, sentence.begin, sentence.end},
+                "where a sentence stood");
+      }
       promise(words.size() == plain_words.size(), "the number of words");
+      promise(forms.size() == words.size(), "the number of forms");
       for (std::size_t i = 0; i < words.size(); ++i)
         promise(words[i].lemma == plain_words[i].lemma && words[i].tag == plain_words[i].tag &&
                     words[i].order == plain_words[i].order && words[i].parent == plain_words[i].parent &&
-                    words[i].dependency == plain_words[i].dependency,
+                    words[i].dependency == plain_words[i].dependency && forms[i] == plain_words[i].form,
                 "a word");
       promise(parser.at_end() == plain.at_end(), "the end");
     }

@@ -1,4 +1,4 @@
-// Files of rules are read as their definition says: lines of N patterns, each ended by a single space or the line's
+// Files of rules are read as their definition says: lines of N tag rules, each ended by a single space or the line's
 // end, or any lines. The first byte is N.
 
 #include <string>
@@ -39,10 +39,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   bool any_line = false;
   for (const std::string& line : _cut(text, '\n')) {
     any_line = any_line || !line.empty();
-    std::vector<std::string> patterns = _cut(line, ' ');
-    if (patterns.back().empty())
-      patterns.pop_back();  // a blank ends a pattern, and no further one begins behind the last
-    if (!line.empty() && (n == 0 || patterns.size() == n)) expected.push_back(patterns);
+    std::vector<std::string> tag_rules = _cut(line, ' ');
+    if (tag_rules.back().empty())
+      tag_rules.pop_back();  // a blank ends a tag rule, and no further one begins behind the last
+    if (!line.empty() && (n == 0 || tag_rules.size() == n)) expected.push_back(tag_rules);
   }
   promise(several.rules() == expected, "the rules that were read");
   promise(several.is_on() == !expected.empty(), "whether the filter is on");

@@ -1,7 +1,6 @@
 // Whatever comes out of the importer, the parser of datafiles reads without a warning, word for word. The first byte
 // chooses format and conversion.
 
-#include <iostream>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -18,8 +17,8 @@
 #include "import/treebank_source.h"
 #include "tests/fuzz/memory_file.h"
 #include "tests/fuzz/target.h"
+#include "tests/support/parsing.h"
 #include "tests/support/settings_guard.h"
-#include "tests/support/stream_capture.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   using namespace colx;
@@ -64,14 +63,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   }
 
   const test::SettingsGuard guard;
-  const test::StreamCapture warnings(std::cerr);
+  test::Warnings warnings;
   std::istringstream stream(text);
   StringStore<std::uint32_t> lemmas(65535);
   StringStore<std::uint8_t> no_tags(65535);
   WordQueue words;
-  Parser parser(stream, lemmas, no_tags);
+  Parser parser(stream, lemmas, no_tags, warnings.sink());
   parser.next(4294967295, ContextWindow::sentences, words);
   promise(warnings.text().empty(), "no warning about what was imported");
-  promise(parser.sentence_lengths() == lengths, "every sentence is read whole");
+  promise(test::lengths_of(parser) == lengths, "every sentence is read whole");
   return 0;
 }

@@ -22,6 +22,15 @@ struct PlainWord {
   std::uint16_t order;
   std::uint16_t parent;
   std::uint8_t dependency;
+  std::string form;
+};
+
+// A sentence and where it stood, as the parser says it.
+struct PlainSentence {
+  std::uint32_t length;
+  std::uint32_t line;
+  std::uint64_t begin;
+  std::uint64_t end;
 };
 
 // Reads the sentences of one stream and keeps what it would warn of.
@@ -31,9 +40,10 @@ class PlainParser {
   PlainParser(std::istream& stream, const char* mask) : _stream(stream), _mask(mask) {}
 
   bool next(std::uint32_t limit, ContextWindow::Mode mode, std::vector<PlainWord>& words) {
-    _sentence_lengths.clear();
+    _sentences.clear();
     std::uint32_t words_read = 0;
     std::uint32_t length = 0;
+    PlainSentence sentence{};
     const auto drop_sentence = [&] {
       words.resize(words.size() - length);
       length = 0;
@@ -46,14 +56,15 @@ class PlainParser {
       if (first == '\n') {
         _stream.get();
         if (length > 0) {
-          _sentence_lengths.push_back(length);
+          _sentences.push_back(sentence);
           words_read += length;
           length = 0;
         }
         if (mode == ContextWindow::words && words_read >= limit) break;
-        if (mode == ContextWindow::sentences && _sentence_lengths.size() >= limit) break;
+        if (mode == ContextWindow::sentences && _sentences.size() >= limit) break;
         continue;
       }
+      const std::uint64_t begin = _offset();
       _stream >> _order >> _occurrence >> _lemma >> _tag >> _parent >> _dependency;
       const bool malformed = _stream.fail();
       if (malformed && _stream.eof()) break;
@@ -73,14 +84,16 @@ class PlainParser {
         drop_sentence();
       } else {
         words.push_back(_make_word());
-        ++length;
+        if (length == 0) sentence = {0, _line, begin, 0};
+        sentence.length = ++length;
+        sentence.end = _offset();
       }
     }
-    if (length > 0) _sentence_lengths.push_back(length);
-    return !_sentence_lengths.empty();
+    if (length > 0) _sentences.push_back(sentence);
+    return !_sentences.empty();
   }
 
-  const std::vector<std::uint32_t>& sentence_lengths() const { return _sentence_lengths; }
+  const std::vector<PlainSentence>& sentences() const { return _sentences; }
   bool at_end() const { return _stream.eof(); }
 
   // Bytes consumed so far; only before the end of the input has been noticed.
@@ -92,6 +105,11 @@ class PlainParser {
   PlainStringStore tags;
 
  private:
+  // Bytes consumed so far, whatever the state of the stream.
+  std::uint64_t _offset() {
+    return static_cast<std::uint64_t>(_stream.rdbuf()->pubseekoff(0, std::ios::cur, std::ios::in));
+  }
+
   void _warn(const std::string& problem) { _warnings += "WARNING: " + problem + ". Skipping current sentence...\n"; }
 
   void _skip_sentence() {
@@ -114,14 +132,15 @@ class PlainParser {
       tag += p < _tag.size() && _mask[p] == '*' ? _tag[p] : '-';
     // Texts end at their first zero byte.
     const std::uint32_t tag_index = tags.store(tag.c_str());
-    return {lemmas.store(lemma.c_str()), tag_index, static_cast<std::uint16_t>(_order),
-            static_cast<std::uint16_t>(_parent), string2dependency(_dependency)};
+    return {lemmas.store(lemma.c_str()),        tag_index,
+            static_cast<std::uint16_t>(_order), static_cast<std::uint16_t>(_parent),
+            string2dependency(_dependency),     _occurrence};
   }
 
   std::istream& _stream;
   const char* _mask;
   std::uint32_t _line = 0;
-  std::vector<std::uint32_t> _sentence_lengths;
+  std::vector<PlainSentence> _sentences;
   std::string _warnings;
   std::uint32_t _order = 0;
   std::string _occurrence;

@@ -4,7 +4,7 @@
 usage: rooms.py SOURCE_FOLDER
 
 A room may use itself and what stands before it; programs, behind the bar, do not use one another. Headers do not include
-corpus/persistent.h. Units (a header with its source file) never depend on each other, straight or in a ring.
+run/persistent.h. Units (a header with its source file) never depend on each other, straight or in a ring.
 """
 
 import pathlib
@@ -12,7 +12,7 @@ import re
 import sys
 
 HEADING = "## Rooms and arrows"
-LONG_LIVED = "corpus/persistent.h"
+LONG_LIVED = "run/persistent.h"
 
 
 def printed_order(internals):
@@ -88,15 +88,15 @@ def check_the_check():
     """Every rule finds its own breach."""
     breaches = [
         {"low/a.h": ["high/b.h"]},
-        {"high/a.h": ["program/b.h"]},
-        {"program/a.h": ["other/b.h"]},
+        {"high/a.h": ["run/b.h"]},
+        {"run/a.h": ["other/b.h"]},
         {"unknown/a.h": []},
-        {"high/a.h": [LONG_LIVED]},
+        {"run/a.h": [LONG_LIVED]},
         {"low/a.h": ["low/b.h"], "low/b.cpp": ["low/a.h"]},
     ]
     for files in breaches:
-        assert complaints(files, ["low", "corpus", "high"], ["program", "other"]), files
-    assert not complaints({"high/a.cpp": ["low/b.h", "high/a.h", LONG_LIVED]}, ["low", "corpus", "high"], ["program"])
+        assert complaints(files, ["low", "high"], ["run", "other"]), files
+    assert not complaints({"run/a.cpp": ["low/b.h", "run/a.h", LONG_LIVED]}, ["low", "high"], ["run", "other"])
 
 
 def main():

@@ -73,6 +73,12 @@ class Record {
     _record = NGram::build(_memory.get(), type, Occurrence(given).members(type));
   }
 
+  // Counting, and the context words, in memory of the record's own.
+  void inc() { _record->inc(overflows); }
+  void add(std::uint32_t occurrences) { _record->add(occurrences, overflows); }
+  std::uint32_t frequency() const { return _record->frequency(overflows); }
+  ContextList contexts() const { return {_record->context_handle(), *_context_memory}; }
+
   NGram& operator*() const { return *_record; }
   NGram* operator->() const { return _record; }
 
@@ -88,9 +94,15 @@ class Record {
   }
   bool overflow_flag() const { return (_memory[3] & 0x80) != 0; }
 
+  // What was carried out of the counter of this record.
+  std::uint32_t& carried() { return overflows[_record]; }
+
+  NGram::Overflows overflows;
+
  private:
   std::size_t _size;
   std::unique_ptr<unsigned char[]> _memory;
+  std::unique_ptr<ContextMemory> _context_memory = std::make_unique<ContextMemory>();
   NGram* _record = nullptr;
 };
 
@@ -107,21 +119,21 @@ struct ContextEntry {
   }
 };
 
-// The context words of a record; only when contexts are collected.
-inline std::vector<ContextEntry> contexts_of(NGram& record) {
+// What a list of context words holds.
+inline std::vector<ContextEntry> entries_of(const ContextList& contexts) {
   std::vector<ContextEntry> entries;
-  for (const PartOfContext& part : record.contexts().parts())
+  for (const PartOfContext& part : contexts.parts())
     entries.push_back({part.lemma(), part.tag(), part.frequency(), part.narrow()});
   return entries;
 }
 
 // Notes one sighting of a context word.
-inline void see(NGram& record, std::uint32_t lemma, std::uint8_t tag, bool narrow) {
+inline void see(ContextList contexts, std::uint32_t lemma, std::uint8_t tag, bool narrow) {
   const std::uint32_t word = TaggedLemma::pack(lemma, tag);
   if (narrow) {
-    record.contexts().add_narrow(word);
+    contexts.add_narrow(word);
   } else {
-    record.contexts().add_wide({&word, 1});
+    contexts.add_wide({&word, 1});
   }
 }
 
@@ -148,6 +160,11 @@ inline void count_all_types(NGramStore& store, const std::vector<MemberSpec>& gi
   }
 }
 
+// The frequency of a record of a store.
+inline std::uint32_t frequency_of(const NGramStore& store, const NGram& record) {
+  return store.records(record.type()).frequency(record);
+}
+
 // The record under which a pattern is stored, or null. The type is not 0.
 inline const NGram* find(const NGramStore& store, const Occurrence& occurrence, std::uint8_t type) {
   OccurrenceBatch batch;
@@ -161,7 +178,7 @@ inline const NGram* find(const NGramStore& store, const Occurrence& occurrence, 
 inline std::uint32_t frequency_of(const NGramStore& store, const std::vector<MemberSpec>& given, std::uint8_t type) {
   if (type == 0) return store.empty_frequency();
   const NGram* const record = find(store, Occurrence(given), type);
-  return record == nullptr ? 0 : record->frequency();
+  return record == nullptr ? 0 : frequency_of(store, *record);
 }
 
 // The records of a type other than 0 in the order in which the output files list them.

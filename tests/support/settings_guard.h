@@ -3,17 +3,14 @@
 // Settings and the tables that depend on N are state of the whole process. A test that needs its own holds a guard.
 
 #include <cstdint>
-#include <map>
-#include <utility>
 
 #include "base/config.h"
 #include "model/ngram.h"
 
 namespace colx::test {
 
-// Gives a test fresh settings and puts back, when it goes out of scope, whatever stood before: all settings, the tables
-// that depend on N, and the overflow map of the N-gram records. Guards may be nested. The persistent stores are not
-// touched: nothing can be taken out of them, so tests construct their own.
+// Gives a test fresh settings and puts back, when it goes out of scope, whatever stood before: all settings and the
+// tables that depend on N. Guards may be nested.
 class SettingsGuard {
  public:
   // Sets every setting to its start value; the tables stay as they are.
@@ -30,7 +27,6 @@ class SettingsGuard {
   ~SettingsGuard() {
     _saved.apply();
     init_tables();
-    NGram::_overflows = std::move(_saved_overflows);
   }
 
   SettingsGuard(const SettingsGuard&) = delete;
@@ -109,7 +105,6 @@ class SettingsGuard {
   };
 
   const Values _saved = Values::current();
-  std::map<const NGram*, std::uint32_t> _saved_overflows = std::exchange(NGram::_overflows, {});
 };
 
 }  // namespace colx::test

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <iostream>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -20,63 +19,63 @@ std::string _marks(std::size_t count) {
 }
 
 TEST(ProgressBar, DrawsOnlyItsScaleWhenItIsMade) {
-  const test::StreamCapture out(std::cout);
-  const ProgressBar bar(1000);
-  EXPECT_EQ(out.text(), test::bar_scale);
+  std::ostringstream out;
+  const ProgressBar bar(out, 1000);
+  EXPECT_EQ(out.str(), test::bar_scale);
 }
 
 TEST(ProgressBar, DrawsAMarkForEveryFiftiethReached) {
-  const test::StreamCapture out(std::cout);
-  ProgressBar bar(100);
+  std::ostringstream out;
+  ProgressBar bar(out, 100);
   bar.advance(20);
-  EXPECT_EQ(out.text(), test::bar_scale + _marks(10));
+  EXPECT_EQ(out.str(), test::bar_scale + _marks(10));
   bar.advance(30);
-  EXPECT_EQ(out.text(), test::bar_scale + _marks(25));
+  EXPECT_EQ(out.str(), test::bar_scale + _marks(25));
 }
 
 TEST(ProgressBar, EndsWithFiftyOneMarksAndALineEndWhenTheCountIsReached) {
-  const test::StreamCapture out(std::cout);
-  ProgressBar bar(7);
+  std::ostringstream out;
+  ProgressBar bar(out, 7);
   for (int i = 0; i < 7; ++i)
     bar.advance(1);
-  EXPECT_EQ(out.text(), test::complete_bar);
+  EXPECT_EQ(out.str(), test::complete_bar);
 }
 
 TEST(ProgressBar, StaysUnfinishedWhenTheCountIsNotReached) {
-  const test::StreamCapture out(std::cout);
+  std::ostringstream out;
   {
-    ProgressBar bar(1000);
+    ProgressBar bar(out, 1000);
     bar.advance(999);
   }
-  const std::string text = out.text();
+  const std::string text = out.str();
   EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 2);
 }
 
 TEST(ProgressBar, IsCompletedFromAnyCount) {
   for (const unsigned long done : {0UL, 1UL, 500UL, 999UL}) {
-    const test::StreamCapture out(std::cout);
-    ProgressBar bar(1000);
+    std::ostringstream out;
+    ProgressBar bar(out, 1000);
     if (done != 0) bar.advance(done);
     bar.complete();
-    EXPECT_EQ(out.text(), test::complete_bar) << "after " << done;
+    EXPECT_EQ(out.str(), test::complete_bar) << "after " << done;
   }
 }
 
 TEST(ProgressBar, TakesACountOfNothingAsOne) {
-  const test::StreamCapture out(std::cout);
-  ProgressBar bar(0);
-  EXPECT_EQ(out.text(), test::bar_scale);
+  std::ostringstream out;
+  ProgressBar bar(out, 0);
+  EXPECT_EQ(out.str(), test::bar_scale);
   bar.complete();
-  EXPECT_EQ(out.text(), test::complete_bar);
+  EXPECT_EQ(out.str(), test::complete_bar);
 }
 
 TEST(ProgressBar, GoesOnWhereItWasAfterAMove) {
-  const test::StreamCapture out(std::cout);
-  ProgressBar bar(100);
+  std::ostringstream out;
+  ProgressBar bar(out, 100);
   bar.advance(50);
   ProgressBar moved(std::move(bar));
   moved.advance(50);
-  EXPECT_EQ(out.text(), test::complete_bar);
+  EXPECT_EQ(out.str(), test::complete_bar);
 }
 
 // Increments of 0 and calls on a finished bar included: they are passed on like any other.
@@ -84,8 +83,8 @@ TEST(ProgressBar, PrintsWhatTheDisplayBelowPrintsForTheSameIncrements) {
   test::Random random;
   for (int round = 0; round < 500; ++round) {
     const unsigned long expected_count = random.below(300);
-    const test::StreamCapture out(std::cout);
-    ProgressBar bar(expected_count);
+    std::ostringstream out;
+    ProgressBar bar(out, expected_count);
     std::ostringstream stream;
     boost::progress_display display(expected_count, stream, "", "", "");
     for (std::uint32_t calls = random.below(30); calls > 0; --calls) {
@@ -99,7 +98,7 @@ TEST(ProgressBar, PrintsWhatTheDisplayBelowPrintsForTheSameIncrements) {
         display += increment;
       }
     }
-    ASSERT_EQ(out.text(), stream.str()) << "expected count " << expected_count;
+    ASSERT_EQ(out.str(), stream.str()) << "expected count " << expected_count;
   }
 }
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "base/errors.h"
+#include "tests/support/parsing.h"
 #include "tests/support/random.h"
 #include "tests/support/settings_guard.h"
 
@@ -52,7 +53,8 @@ class Window {
   std::istringstream _stream;
   StringStore<std::uint32_t> _lemmas{65535};
   StringStore<std::uint8_t> _tags{65535};
-  Parser _parser{_stream, _lemmas, _tags};
+  test::Warnings _warnings;
+  Parser _parser{_stream, _lemmas, _tags, _warnings.sink()};
 
  public:
   Buffer buffer;
@@ -165,7 +167,8 @@ TEST(Buffer, PassesOnTheOverflowOfAStore) {
   std::istringstream stream(text);
   StringStore<std::uint32_t> lemmas(65535);
   StringStore<std::uint8_t> tags(65535);
-  Parser parser(stream, lemmas, tags);
+  test::Warnings warnings;
+  Parser parser(stream, lemmas, tags, warnings.sink());
   Buffer buffer(parser, {ContextWindow::sentences, 1});
   buffer._init();
   for (unsigned sentence = 1; sentence < 253; ++sentence)

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <iostream>
 #include <sstream>
 #include <streambuf>
 #include <string>
@@ -13,10 +12,10 @@
 #include "corpus/parser.h"
 #include "corpus/word_queue.h"
 #include "tests/reference/plain_parser.h"
+#include "tests/support/parsing.h"
 #include "tests/support/piecewise_buffer.h"
 #include "tests/support/random.h"
 #include "tests/support/settings_guard.h"
-#include "tests/support/stream_capture.h"
 
 namespace colx {
 namespace {
@@ -74,13 +73,15 @@ void damage(std::string& text, test::Random& random, std::uint32_t damages) {
 void expect_plain_reading(const std::string& text, test::Random& random, const char* mask, std::uint32_t pieces) {
   const test::SettingsGuard guard;
   settings::morphologic_tag_mask = mask;
-  const test::StreamCapture warnings(std::cerr);
+  test::Warnings warnings;
   std::istringstream whole(text);
   test::PiecewiseBuffer piecewise(text, pieces == 0 ? 1 : pieces, random);
   std::istream stream(pieces == 0 ? whole.rdbuf() : static_cast<std::streambuf*>(&piecewise));
   StringStore<std::uint32_t> lemmas(65535);
   StringStore<std::uint8_t> tags(65535);
-  Parser parser(stream, lemmas, tags);
+  WordForms forms;
+  const bool with_forms = random.once_in(2);
+  Parser parser(stream, lemmas, tags, warnings.sink(), with_forms ? &forms : nullptr);
   std::istringstream plain_stream(text);
   reference::PlainParser plain(plain_stream, mask);
   const std::uint32_t largest_limit = random.once_in(3) ? 100000 : 6;
@@ -88,13 +89,25 @@ void expect_plain_reading(const std::string& text, test::Random& random, const c
     const ContextWindow::Mode mode = random.once_in(2) ? ContextWindow::words : ContextWindow::sentences;
     const std::uint32_t limit = random.below(largest_limit);
     WordQueue words;
+    forms.clear();
     std::vector<reference::PlainWord> plain_words;
     ASSERT_EQ(parser.next(limit, mode, words), plain.next(limit, mode, plain_words));
-    ASSERT_EQ(parser.sentence_lengths(), plain.sentence_lengths());
+    ASSERT_EQ(parser.sentences().size(), plain.sentences().size());
+    for (std::size_t i = 0; i < plain.sentences().size(); ++i) {
+      const reference::PlainSentence& sentence = plain.sentences()[i];
+      ASSERT_EQ(parser.sentences()[i].length, sentence.length);
+      ASSERT_EQ(parser.sentences()[i].line, sentence.line);
+      ASSERT_EQ(parser.sentences()[i].begin, sentence.begin);
+      ASSERT_EQ(parser.sentences()[i].end, sentence.end);
+    }
     ASSERT_EQ(words.size(), plain_words.size());
+    ASSERT_EQ(forms.size(), with_forms ? words.size() : 0U);
     for (std::size_t i = 0; i < words.size(); ++i) {
       ASSERT_EQ(words[i].lemma, plain_words[i].lemma) << plain.lemmas[plain_words[i].lemma];
       ASSERT_EQ(words[i].tag, plain_words[i].tag);
+      if (with_forms) {
+        ASSERT_EQ(forms[i], plain_words[i].form);
+      }
       ASSERT_EQ(words[i].order, plain_words[i].order);
       ASSERT_EQ(words[i].parent, plain_words[i].parent);
       ASSERT_EQ(words[i].dependency, plain_words[i].dependency);

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <iostream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -11,8 +10,8 @@
 #include "base/errors.h"
 #include "corpus/parser.h"
 #include "corpus/word_queue.h"
+#include "tests/support/parsing.h"
 #include "tests/support/settings_guard.h"
-#include "tests/support/stream_capture.h"
 
 namespace colx {
 namespace {
@@ -41,7 +40,7 @@ class ParserLimits : public ::testing::Test {
   Lengths next(std::uint32_t limit, ContextWindow::Mode mode) {
     const std::size_t before = words.size();
     const bool any = parser.next(limit, mode, words);
-    const Lengths& lengths = parser.sentence_lengths();
+    const Lengths lengths = test::lengths_of(parser);
     EXPECT_EQ(any, !lengths.empty());
     std::size_t sum = 0;
     for (const std::uint32_t length : lengths)
@@ -57,9 +56,9 @@ class ParserLimits : public ::testing::Test {
  protected:
   StringStore<std::uint32_t> lemmas{65535};
   StringStore<std::uint8_t> tags{65535};
-  Parser parser{_stream, lemmas, tags};
+  test::Warnings warnings;
+  Parser parser{_stream, lemmas, tags, warnings.sink()};
   WordQueue words;
-  const test::StreamCapture warnings{std::cerr};
 };
 
 TEST_F(ParserLimits, ReadsAsManySentencesAsAskedFor) {
@@ -131,7 +130,7 @@ TEST_F(ParserLimits, PassesOnTheOverflowOfTheTagStore) {
   input(_corpus({254}));
   EXPECT_EQ(next(1, ContextWindow::sentences), (Lengths{254}));
   std::istringstream stream("1 w w new 0 Pred\n\n");
-  Parser second(stream, lemmas, tags);
+  Parser second(stream, lemmas, tags, warnings.sink());
   EXPECT_THROW(second.next(1, ContextWindow::sentences, words), index_overflow);
   EXPECT_EQ(tags.size(), 255U);
 }
@@ -141,7 +140,7 @@ TEST_F(ParserLimits, InternsTheTagBeforeTheLemma) {
   input(_corpus({254}));
   next(1, ContextWindow::sentences);
   std::istringstream stream("1 w unseen new 0 Pred\n\n");
-  Parser second(stream, lemmas, tags);
+  Parser second(stream, lemmas, tags, warnings.sink());
   EXPECT_THROW(second.next(1, ContextWindow::sentences, words), index_overflow);
   EXPECT_EQ(lemmas.size(), 254U);
 }

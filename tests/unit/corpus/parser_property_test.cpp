@@ -5,7 +5,6 @@
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
-#include <iostream>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -14,9 +13,9 @@
 #include "corpus/dependencies.h"
 #include "corpus/parser.h"
 #include "corpus/word_queue.h"
+#include "tests/support/parsing.h"
 #include "tests/support/random.h"
 #include "tests/support/settings_guard.h"
-#include "tests/support/stream_capture.h"
 
 namespace colx {
 namespace {
@@ -140,17 +139,17 @@ class LiteralReader {
 // Reads a text with the parser, in calls of this limit.
 Reading _parse(const std::string& text, std::uint32_t limit, ContextWindow::Mode mode) {
   const test::SettingsGuard guard;
-  const test::StreamCapture warnings(std::cerr);
+  test::Warnings warnings;
   std::istringstream stream(text);
   StringStore<std::uint32_t> lemmas(65535);
   StringStore<std::uint8_t> tags(65535);
-  Parser parser(stream, lemmas, tags);
+  Parser parser(stream, lemmas, tags, warnings.sink());
   Reading reading;
   while (!parser.at_end()) {
     WordQueue words;
     parser.next(limit, mode, words);
     auto word = words.begin();
-    for (const std::uint32_t length : parser.sentence_lengths()) {
+    for (const std::uint32_t length : test::lengths_of(parser)) {
       for (const auto end = word + length; word != end; ++word)
         reading.sentences += _word_line(word->order, std::string(lemmas[word->lemma]), word->parent, word->dependency);
       reading.sentences += '\n';

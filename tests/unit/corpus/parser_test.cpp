@@ -3,14 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <iostream>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "corpus/word_queue.h"
+#include "tests/support/parsing.h"
 #include "tests/support/settings_guard.h"
-#include "tests/support/stream_capture.h"
 
 namespace colx {
 namespace {
@@ -61,9 +60,9 @@ class ParserTest : public ::testing::Test {
  protected:
   StringStore<std::uint32_t> lemmas{65535};
   StringStore<std::uint8_t> tags{65535};
-  Parser parser{_stream, lemmas, tags};
+  test::Warnings warnings;
+  Parser parser{_stream, lemmas, tags, warnings.sink()};
   WordQueue words;
-  const test::StreamCapture warnings{std::cerr};
 };
 
 TEST_F(ParserTest, MakesWordsOfTheSixFields) {
@@ -86,13 +85,13 @@ TEST_F(ParserTest, MakesWordsOfTheSixFields) {
 TEST_F(ParserTest, EndsTheLastSentenceAtTheEndOfTheInput) {
   for (const char* const end : {"", "\n", "\n\n"}) {
     std::istringstream stream(std::string("1 a a T 0 Pred\n2 b b T 1 Sb") + end);
-    Parser fresh(stream, lemmas, tags);
+    Parser fresh(stream, lemmas, tags, warnings.sink());
     words = WordQueue();
     EXPECT_TRUE(fresh.next(1, ContextWindow::sentences, words));
-    EXPECT_EQ(fresh.sentence_lengths(), Lengths{2});
+    EXPECT_EQ(test::lengths_of(fresh), Lengths{2});
     EXPECT_EQ(lemmas_read(), "a b ");
     EXPECT_FALSE(fresh.next(1, ContextWindow::sentences, words));
-    EXPECT_TRUE(fresh.sentence_lengths().empty());
+    EXPECT_TRUE(test::lengths_of(fresh).empty());
     EXPECT_TRUE(fresh.at_end());
   }
 }
@@ -100,7 +99,7 @@ TEST_F(ParserTest, EndsTheLastSentenceAtTheEndOfTheInput) {
 TEST_F(ParserTest, FindsNoSentenceInEmptyInput) {
   for (const char* const text : {"", "\n", "\n\n\n"}) {
     std::istringstream stream(text);
-    Parser fresh(stream, lemmas, tags);
+    Parser fresh(stream, lemmas, tags, warnings.sink());
     EXPECT_FALSE(fresh.next(1, ContextWindow::sentences, words));
     EXPECT_TRUE(words.empty());
     EXPECT_TRUE(fresh.at_end());
@@ -109,12 +108,12 @@ TEST_F(ParserTest, FindsNoSentenceInEmptyInput) {
 
 TEST_F(ParserTest, CountsEmptyLinesBeforeTheFirstWordButMakesNoSentenceOfThem) {
   expect("\n\n\n1 a a T 0 Pred\n\n1 b b T 0 Pred\n3 c c T 0 Sb\n\n", "a ", _mismatch(7, 3, 2));
-  EXPECT_EQ(parser.sentence_lengths(), Lengths{1});
+  EXPECT_EQ(test::lengths_of(parser), Lengths{1});
 }
 
 TEST_F(ParserTest, DropsTheWholeSentenceWhenOrdersDoNotRun) {
   expect("1 a a T 0 Pred\n2 b b T 1 Sb\n4 c c T 1 Sb\n5 d d T 1 Sb\n\n1 e e T 0 Pred\n\n", "e ", _mismatch(3, 4, 3));
-  EXPECT_EQ(parser.sentence_lengths(), Lengths{1});
+  EXPECT_EQ(test::lengths_of(parser), Lengths{1});
 }
 
 TEST_F(ParserTest, ExpectsTheFirstWordToBeOrderedOne) {
@@ -148,14 +147,14 @@ TEST_F(ParserTest, CodesAnUnknownRelationAsUndef) {
 
 TEST_F(ParserTest, EndsTheSentenceAtABlankAfterTheRelation) {
   expect("1 a a T 0 Pred \n2 b b T 1 Sb\n\n1 c c T 0 Pred\n\n", "a c ", _mismatch(3, 2, 1));
-  EXPECT_EQ(parser.sentence_lengths(), (Lengths{1, 1}));
+  EXPECT_EQ(test::lengths_of(parser), (Lengths{1, 1}));
 }
 
 // The return is the one character after the relation, so that each newline ends a sentence of one word; on the line of
 // its own it is white space before the next order number.
 TEST_F(ParserTest, EndsTheSentenceAfterEachWordWhenLinesEndInReturns) {
   expect("1 a a T 0 Pred\r\n\r\n1 b b T 0 Pred\r\n", "a b ", "");
-  EXPECT_EQ(parser.sentence_lengths(), (Lengths{1, 1}));
+  EXPECT_EQ(test::lengths_of(parser), (Lengths{1, 1}));
 }
 
 TEST_F(ParserTest, DoesNotEndSkippingAtALineOfAReturn) {
@@ -164,7 +163,7 @@ TEST_F(ParserTest, DoesNotEndSkippingAtALineOfAReturn) {
 
 TEST_F(ParserTest, TakesMissingFieldsFromTheLinesBelow) {
   expect("1 a a\nT 0\nPred\n2 b b T 1 Sb\n\n", "a b ", "");
-  EXPECT_EQ(parser.sentence_lengths(), Lengths{2});
+  EXPECT_EQ(test::lengths_of(parser), Lengths{2});
 }
 
 TEST_F(ParserTest, CountsAWordOnSeveralLinesAsOneLine) {
@@ -204,14 +203,58 @@ TEST_F(ParserTest, DropsAnIncompleteLastLineSilently) {
   for (const char* const tail :
        {"2", "2 b", "2 b b", "2 b b T", "2 b b T 1", "2 b b T 1 ", "2 b b T 1\n", " ", "\t \n"}) {
     std::istringstream stream(std::string("1 a a T 0 Pred\n") + tail);
-    Parser fresh(stream, lemmas, tags);
+    Parser fresh(stream, lemmas, tags, warnings.sink());
     words = WordQueue();
     EXPECT_TRUE(fresh.next(everything, ContextWindow::sentences, words)) << tail;
-    EXPECT_EQ(fresh.sentence_lengths(), Lengths{1}) << tail;
+    EXPECT_EQ(test::lengths_of(fresh), Lengths{1}) << tail;
     EXPECT_EQ(lemmas_read(), "a ") << tail;
     EXPECT_FALSE(fresh.next(everything, ContextWindow::sentences, words)) << tail;
   }
   EXPECT_EQ(warnings.text(), "");
+}
+
+using Extents = std::vector<SentenceExtent>;
+
+TEST_F(ParserTest, SaysWhereEachSentenceStood) {
+  input("\n1 a a T 0 Pred\n2 b b T 1 Sb\n\n\n1 c c T 0 Pred\n\n1 d d T 0 Pred\n2 e");
+  ASSERT_TRUE(next(2));
+  // Two lines of 15 and 13 bytes after an empty one, then two empty ones.
+  EXPECT_EQ(parser.sentences(), (Extents{{2, 2, 1, 29}, {1, 6, 31, 46}}));
+  ASSERT_TRUE(next());
+  EXPECT_EQ(parser.sentences(), (Extents{{1, 8, 47, 62}}));
+  EXPECT_FALSE(next());
+  EXPECT_EQ(parser.sentences(), Extents{});
+}
+
+TEST_F(ParserTest, SaysWhereASentenceStoodThatFollowsASkippedOne) {
+  input("2 a a T 0 Pred\nskipped\n\n1 b b T 0 Pred\n");
+  ASSERT_TRUE(next());
+  EXPECT_EQ(parser.sentences(), (Extents{{1, 4, 24, 39}}));
+}
+
+TEST_F(ParserTest, AWordOnSeveralLinesIsOneLineOfItsSentence) {
+  input("1 a a\nT 0\nPred\n2 b b T 1 Sb\n\n1 c c T 0 Pred");
+  ASSERT_TRUE(next());
+  EXPECT_EQ(parser.sentences(), (Extents{{2, 1, 0, 28}, {1, 4, 29, 43}}));
+}
+
+TEST_F(ParserTest, KeepsTheFormsOfTheWordsThatItReturnsWhenAskedTo) {
+  std::istringstream stream(
+      "1 Cats cat T 2 Sb\n2 sleep sleep T 0 Pred\n\n1 No no T 0 Sb\n3 x x T 0 Sb\n\n1  It\xC3\xA9'_ it T 0 Pred\n");
+  WordForms forms;
+  Parser keeping(stream, lemmas, tags, warnings.sink(), &forms);
+  forms.push_back("before");
+  ASSERT_TRUE(keeping.next(everything, ContextWindow::sentences, words));
+  ASSERT_EQ(forms.size(), 4U);
+  EXPECT_EQ(forms[0], "before");
+  EXPECT_EQ(forms[1], "Cats");
+  EXPECT_EQ(forms[2], "sleep");
+  EXPECT_EQ(forms[3], "It\xC3\xA9'_");
+  EXPECT_EQ(words.size(), 3U);
+}
+
+TEST_F(ParserTest, AWordHasNoPlaceForAForm) {
+  EXPECT_EQ(sizeof(Word), 12U);
 }
 
 TEST_F(ParserTest, NeverTakesFieldsFromTheLineBefore) {

@@ -4,7 +4,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/errors.h"
@@ -82,6 +84,20 @@ TEST(StringStore, TellsTextsApartByEveryByteWhateverTheirLength) {
     }
     ASSERT_EQ(store.store(text) + 2 * length + 1, next);
   }
+}
+
+TEST(StringStore, FindsTextsWithoutTakingThem) {
+  Tags store(65535);
+  EXPECT_EQ(store.find("a"), std::nullopt);
+  EXPECT_EQ(store.find(""), std::nullopt);
+  EXPECT_EQ(store.size(), 0U);
+  _fill(store);
+  const std::string_view text = "12534";
+  EXPECT_EQ(store.find(text.substr(0, 2)), 12);
+  EXPECT_EQ(store.find(text.substr(1, 3)), 253);
+  EXPECT_EQ(store.find("254"), std::nullopt);  // nor does a full store mind
+  EXPECT_EQ(store.find(std::string(70000, 'x')), std::nullopt);
+  EXPECT_EQ(store.size(), 254U);
 }
 
 TEST(StringStore, PutsAZeroBehindEveryText) {

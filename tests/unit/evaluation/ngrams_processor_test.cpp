@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/errors.h"
 #include "tests/support/records.h"
 #include "tests/support/settings_guard.h"
 
@@ -21,7 +22,7 @@ using test::SettingsGuard;
 using Frequencies = std::vector<std::uint32_t>;
 
 // Everything that the walk over a store yields.
-std::vector<std::pair<const NGram*, Frequencies>> walk(NGramStore& store, std::uint32_t least_frequency = 0) {
+std::vector<std::pair<const NGram*, Frequencies>> walk(const NGramStore& store, std::uint32_t least_frequency = 0) {
   std::vector<std::pair<const NGram*, Frequencies>> yielded;
   NGramsProcessor processor(store, least_frequency);
   std::size_t gone_through = 0;
@@ -47,7 +48,7 @@ TEST(NGramsProcessorTest, FrequenciesAreThoseOfThePatterns) {
   test::count_all_types(store, {{1, 0, 2}, {3, 0, 0}}, 4);
   test::count_all_types(store, {{4, 0, 2}, {2, 0, 0}}, 5);
   for (const auto& [record, frequencies] : walk(store)) {
-    if (record->frequency() != 3) continue;
+    if (test::frequency_of(store, *record) != 3) continue;
     // All 12; the second word 3 + 5, the first 3 + 4, both 3.
     EXPECT_EQ(frequencies, (Frequencies{12, 8, 7, 3}));
     return;
@@ -71,11 +72,31 @@ TEST(NGramsProcessorTest, FrequenciesIncludeWhatWasCarriedOut) {
   const std::vector<MemberSpec> pair = {{1, 0, 2}, {2, 0, 0}};
   test::count_all_types(store, pair);
   const test::Occurrence occurrence(pair);
-  NGram* const second_word = test::count(store, occurrence, 1);
-  for (int i = 0; i < 16777215; ++i)
-    second_word->inc();
+  store.records(1).add(occurrence.members(1), 16777216);
   // 2 + 16777215 sightings of the second word.
   EXPECT_EQ(walk(store).at(0).second, (Frequencies{1, 16777217, 1, 1}));
+}
+
+TEST(NGramsProcessorTest, NeedsNoIndexOfTheFullType) {
+  const SettingsGuard guard(2);
+  NGramStore store(2048);
+  test::count_all_types(store, {{1, 0, 2}, {2, 0, 0}}, 3);
+  store.records(3).release_index();
+  EXPECT_EQ(walk(store).at(0).second, (Frequencies{3, 3, 3, 3}));
+}
+
+TEST(NGramsProcessorTest, APatternThatIsNotThereIsAnError) {
+  const SettingsGuard guard(2);
+  NGramStore store(2048);
+  test::count_all_types(store, {{1, 0, 2}, {2, 0, 0}}, 3);
+  test::count(store, test::Occurrence({{1, 0, 2}, {3, 0, 0}}), 2);
+  test::count(store, test::Occurrence({{1, 0, 2}, {3, 0, 0}}), 3);
+  try {
+    walk(store);
+    FAIL() << "no error";
+  } catch (const fatal_error& error) {
+    EXPECT_STREQ(error.what(), "A pattern of type 1 of a counted N-gram is not in the store!");
+  }
 }
 
 TEST(NGramsProcessorTest, YieldsTheFrequentFullNGramsInTheOrderOfTheStoreWithCountsByBruteForce) {
@@ -97,7 +118,7 @@ TEST(NGramsProcessorTest, YieldsTheFrequentFullNGramsInTheOrderOfTheStoreWithCou
     }
     std::vector<const NGram*> listed = test::records_of(store, NGram::_full_ngram_type);
     const auto least_frequency = static_cast<std::uint32_t>(random() % 4);
-    std::erase_if(listed, [&](const NGram* record) { return record->frequency() < least_frequency; });
+    std::erase_if(listed, [&](const NGram* record) { return test::frequency_of(store, *record) < least_frequency; });
     const auto yielded = walk(store, least_frequency);
     ASSERT_EQ(yielded.size(), listed.size());
     for (std::size_t r = 0; r < listed.size(); ++r) {

@@ -16,8 +16,7 @@
 
 #include "base/config.h"
 #include "base/notifier.h"
-#include "corpus/persistent.h"
-#include "tests/support/fresh_stores.h"
+#include "tests/support/own_stores.h"
 #include "tests/support/records.h"
 #include "tests/support/settings_guard.h"
 #include "tests/support/stream_capture.h"
@@ -71,11 +70,13 @@ class ExtractorTest : public ::testing::Test {
 
   std::uint32_t run(std::streambuf& buffer) {
     std::istream stream(&buffer);
-    const test::StreamCapture out(notifier::progress.stream());
-    const test::StreamCapture err(notifier::error.stream());
-    const std::uint32_t length = extract(stream, stats);
-    progress = out.text();
-    errors = err.text();
+    std::ostringstream out;
+    std::ostringstream err;
+    const Notifier error_channel(err);
+    const Notifier progress_channel(out);
+    const std::uint32_t length = extract(stream, stats, _stores.all(), {error_channel, progress_channel});
+    progress = out.str();
+    errors = err.str();
     return length;
   }
 
@@ -84,10 +85,8 @@ class ExtractorTest : public ::testing::Test {
   NamedDataFileStats stats;
   std::string progress;
   std::string errors;
-
- private:
   test::SettingsGuard _guard{2};
-  test::FreshStores _stores;
+  test::OwnStores _stores;
 };
 
 const std::string sentence = "1 w a A 2 Sb\n2 w b B 0 Pred\n\n";
@@ -101,7 +100,7 @@ TEST_F(ExtractorTest, ADatafileWithoutASentenceReturnsZeroAtOnce) {
   EXPECT_EQ(stats.words_count, 0U);
   EXPECT_EQ(stats.sentences_count, 0U);
   EXPECT_EQ(stats.extracted_count, 0U);
-  EXPECT_TRUE(test::records_of(persistent::ngrams, 3).empty());
+  EXPECT_TRUE(test::records_of(_stores.ngrams, 3).empty());
 }
 
 TEST_F(ExtractorTest, CountsEverySentenceAndReturnsTheLength) {
@@ -112,7 +111,7 @@ TEST_F(ExtractorTest, CountsEverySentenceAndReturnsTheLength) {
   EXPECT_EQ(stats.passed_count, 3U);
   EXPECT_EQ(stars(), 51);
   EXPECT_EQ(errors, "");
-  EXPECT_EQ(test::records_of(persistent::ngrams, 3).at(0)->frequency(), 3U);
+  EXPECT_EQ(test::frequency_of(_stores.ngrams, *test::records_of(_stores.ngrams, 3).at(0)), 3U);
 }
 
 TEST_F(ExtractorTest, AddsToStatisticsAndStores) {
@@ -120,7 +119,7 @@ TEST_F(ExtractorTest, AddsToStatisticsAndStores) {
   run(sentence);
   EXPECT_EQ(stats.words_count, 4U);
   EXPECT_EQ(stats.extracted_count, 2U);
-  EXPECT_EQ(test::records_of(persistent::ngrams, 3).at(0)->frequency(), 2U);
+  EXPECT_EQ(test::frequency_of(_stores.ngrams, *test::records_of(_stores.ngrams, 3).at(0)), 2U);
 }
 
 TEST_F(ExtractorTest, UnderTheBarTheEndOfTheInputEndsTheWalkWithSentencesReadAhead) {

@@ -13,25 +13,28 @@
 
 #include "corpus/dependencies.h"
 #include "corpus/parser.h"
-#include "corpus/persistent.h"
-#include "tests/support/fresh_stores.h"
+#include "extraction/occurrence_members.h"
+#include "tests/support/own_stores.h"
+#include "tests/support/parsing.h"
 #include "tests/support/records.h"
 #include "tests/support/settings_guard.h"
 
 namespace colx {
 namespace {
 
-using test::FreshStores;
+using test::OwnStores;
 using test::SettingsGuard;
 using Texts = std::vector<std::string>;
 
 // A sentence in the buffer, whose occurrences are stored. Tags keep their first character.
 class LoadedSentence {
  public:
-  explicit LoadedSentence(const std::string& text)
-      : _stream(text),
-        _parser(_stream, persistent::lemmas, persistent::tags),
-        _buffer(_parser, settings::context_window) {
+  LoadedSentence(const std::string& text, OwnStores& stores)
+      : _stores(stores),
+        _stream(text),
+        _parser(_stream, stores.lemmas, stores.tags, _warnings.sink()),
+        _buffer(_parser, settings::context_window),
+        _counter(_buffer, stats, stores.all()) {
     _buffer._init();
   }
 
@@ -48,16 +51,12 @@ class LoadedSentence {
   NGram* record(const std::vector<Position>& positions, std::uint8_t type) {
     OccurrenceBatch batch;
     batch.add();
-    for (unsigned i = 0; i < positions.size(); ++i) {
-      const Word& word = _buffer.current().first[positions[i] - 1];
-      std::uint8_t parent = 0;
-      for (unsigned j = 0; j < positions.size(); ++j) {
-        if (positions[j] == word.parent) parent = static_cast<std::uint8_t>(j + 1);
-      }
-      batch.set_last(i, NGram::Member(word.lemma, word.tag, parent, parent == 0 ? dependency::head : word.dependency));
-    }
+    std::vector<NGram::Member> members(positions.size());
+    occurrence_members(_buffer.current(), positions, members);
+    for (unsigned i = 0; i < positions.size(); ++i)
+      batch.set_last(i, members[i]);
     NGram* found = nullptr;
-    RecordTable& records = persistent::ngrams.records(type);
+    RecordTable& records = _stores.ngrams.records(type);
     records.find(batch, [&](std::size_t, const NGram* pattern) {
       for (std::uint32_t r = 0; r < records.size(); ++r) {
         if (records.record(r) == pattern) found = records.record(r);
@@ -66,18 +65,17 @@ class LoadedSentence {
     return found;
   }
   std::uint32_t frequency(const std::vector<Position>& positions, std::uint8_t type) {
-    if (type == 0) return persistent::ngrams.empty_frequency();
+    if (type == 0) return _stores.ngrams.empty_frequency();
     const NGram* const found = record(positions, type);
-    return found == nullptr ? 0 : found->frequency();
+    return found == nullptr ? 0 : test::frequency_of(_stores.ngrams, *found);
   }
 
   // Its contexts as texts: lemma and frequency, those of narrow ones in brackets.
   Texts contexts(const std::vector<Position>& positions, std::uint8_t type) {
     Texts texts;
-    for (const test::ContextEntry& entry : test::contexts_of(*record(positions, type))) {
+    for (const test::ContextEntry& entry : test::entries_of(_stores.ngrams.contexts(*record(positions, type)))) {
       const std::string frequency = std::to_string(entry.frequency);
-      texts.push_back(std::string(persistent::lemmas[entry.lemma]) +
-                      (entry.narrow ? "(" + frequency + ")" : frequency));
+      texts.push_back(std::string(_stores.lemmas[entry.lemma]) + (entry.narrow ? "(" + frequency + ")" : frequency));
     }
     return texts;
   }
@@ -85,10 +83,12 @@ class LoadedSentence {
   NamedDataFileStats stats;
 
  private:
+  OwnStores& _stores;
   std::istringstream _stream;
+  test::Warnings _warnings;
   Parser _parser;
   Buffer _buffer;
-  OccurrenceCounter _counter{_buffer, stats};
+  OccurrenceCounter _counter;
 };
 
 class OccurrenceTest : public ::testing::Test {
@@ -100,9 +100,11 @@ class OccurrenceTest : public ::testing::Test {
     _stores.emplace();
   }
 
+  OwnStores& stores() { return *_stores; }
+
  private:
   std::optional<SettingsGuard> _guard;
-  std::optional<FreshStores> _stores;
+  std::optional<OwnStores> _stores;
 };
 
 const char* const pair = "1 w a A 2 Sb\n2 w b B 0 Pred\n\n";
@@ -112,10 +114,10 @@ const char* const five = "1 w a A 2 Sb\n2 w b B 0 Pred\n3 w c C 2 Obj\n4 w d D 3
 TEST_F(OccurrenceTest, ParentsArePlacesAmongTheMembers) {
   set_up(3);
   // 1 hangs under 3, 3 under 2, which is not among the positions, and 4 under 3.
-  LoadedSentence sentence("1 w a A 3 Sb\n2 w b B 0 Pred\n3 w c C 2 Obj\n4 w d D 3 Atr\n\n");
+  LoadedSentence sentence("1 w a A 3 Sb\n2 w b B 0 Pred\n3 w c C 2 Obj\n4 w d D 3 Atr\n\n", stores());
   sentence.store({1, 3, 4});
-  const NGram* const record = persistent::ngrams.records(7).record(0);
-  const auto lemma = [&](unsigned i) { return persistent::lemmas[record->member(i).lemma()]; };
+  const NGram* const record = stores().ngrams.records(7).record(0);
+  const auto lemma = [&](unsigned i) { return stores().lemmas[record->member(i).lemma()]; };
   EXPECT_EQ(lemma(0), "a");
   EXPECT_EQ(lemma(1), "c");
   EXPECT_EQ(lemma(2), "d");
@@ -129,7 +131,7 @@ TEST_F(OccurrenceTest, ParentsArePlacesAmongTheMembers) {
 
 TEST_F(OccurrenceTest, APairRaisesTheEmptyNGramAndItsThreeTypes) {
   set_up(2);
-  LoadedSentence sentence(pair);
+  LoadedSentence sentence(pair, stores());
   sentence.store({1, 2});
   for (std::uint8_t type = 0; type < 4; ++type)
     EXPECT_EQ(sentence.frequency({1, 2}, type), 1U) << "type " << unsigned{type};
@@ -145,11 +147,11 @@ TEST_F(OccurrenceTest, APairRaisesTheEmptyNGramAndItsThreeTypes) {
 
 TEST_F(OccurrenceTest, TheFullTypeAloneEntersTheStatisticsOfTheFilter) {
   set_up(2);
-  // Patterns from the last position to the first. An open position agrees with anything, so that the first rule admits
+  // Tag rules from the last position to the first. An open position agrees with anything, so that the first rule admits
   // the second word alone, the second rule the first word alone, and neither the pair.
-  persistent::morphologic_filter.add_rule({"B", "X"});
-  persistent::morphologic_filter.add_rule({"X", "A"});
-  LoadedSentence sentence(pair);
+  stores().morphologic_filter.add_rule({"B", "X"});
+  stores().morphologic_filter.add_rule({"X", "A"});
+  LoadedSentence sentence(pair, stores());
   sentence.store({1, 2});
   EXPECT_EQ(sentence.frequency({1, 2}, 0), 1U);
   EXPECT_EQ(sentence.frequency({1, 2}, 1), 1U);
@@ -159,14 +161,14 @@ TEST_F(OccurrenceTest, TheFullTypeAloneEntersTheStatisticsOfTheFilter) {
   EXPECT_EQ(sentence.stats.passed_count, 0U);
   EXPECT_EQ(sentence.stats.filtered_count, 1U);
   // Only the verdict on the pair was counted by the filter.
-  EXPECT_EQ(persistent::morphologic_filter.stats.matched, (std::vector<std::uint32_t>{0, 0}));
-  EXPECT_EQ(persistent::morphologic_filter.stats.unmatched, 1U);
+  EXPECT_EQ(stores().morphologic_filter.stats.matched, (std::vector<std::uint32_t>{0, 0}));
+  EXPECT_EQ(stores().morphologic_filter.stats.unmatched, 1U);
 }
 
 TEST_F(OccurrenceTest, TheEmptyNGramIsCountedEvenWhenTheFilterRefusesEverything) {
   set_up(2);
-  persistent::morphologic_filter.add_rule({"X", "X"});
-  LoadedSentence sentence(pair);
+  stores().morphologic_filter.add_rule({"X", "X"});
+  LoadedSentence sentence(pair, stores());
   sentence.store({1, 2});
   EXPECT_EQ(sentence.frequency({1, 2}, 0), 1U);
   for (std::uint8_t type = 1; type < 4; ++type)
@@ -176,18 +178,18 @@ TEST_F(OccurrenceTest, TheEmptyNGramIsCountedEvenWhenTheFilterRefusesEverything)
 TEST_F(OccurrenceTest, TheFilterSeesTagsFromTheLastPositionToTheFirstAndNothingAtOpenOnes) {
   set_up(3);
   // For type 5 the tags are C, nothing and A.
-  persistent::morphologic_filter.add_rule({"C", "X", "A"});
-  LoadedSentence sentence(triple);
+  stores().morphologic_filter.add_rule({"C", "X", "A"});
+  LoadedSentence sentence(triple, stores());
   sentence.store({1, 2, 3});
   EXPECT_NE(sentence.record({1, 2, 3}, 5), nullptr);
   EXPECT_EQ(sentence.record({1, 2, 3}, 7), nullptr);  // C, B, A
   EXPECT_EQ(sentence.record({1, 2, 3}, 2), nullptr);  // nothing, B, nothing
-  persistent::morphologic_filter.add_rule({"A", "B", "C"});
-  LoadedSentence second(triple);
+  stores().morphologic_filter.add_rule({"A", "B", "C"});
+  LoadedSentence second(triple, stores());
   second.store({1, 2, 3});
   EXPECT_EQ(second.record({1, 2, 3}, 7), nullptr);
-  persistent::morphologic_filter.add_rule({"C", "B", "A"});
-  LoadedSentence third(triple);
+  stores().morphologic_filter.add_rule({"C", "B", "A"});
+  LoadedSentence third(triple, stores());
   third.store({1, 2, 3});
   EXPECT_NE(third.record({1, 2, 3}, 7), nullptr);
 }
@@ -198,11 +200,12 @@ TEST_F(OccurrenceTest, NothingIsCountedBeforeABatchIsFullOrFlushed) {
   for (unsigned order = 1; order <= 300; ++order)
     text += std::to_string(order) + " w a A " + std::to_string(order - 1) + " Sb\n";
   std::istringstream stream(text);
-  Parser parser(stream, persistent::lemmas, persistent::tags);
+  test::Warnings warnings;
+  Parser parser(stream, stores().lemmas, stores().tags, warnings.sink());
   Buffer buffer(parser, settings::context_window);
   buffer._init();
   NamedDataFileStats stats;
-  OccurrenceCounter counter(buffer, stats);
+  OccurrenceCounter counter(buffer, stats, stores().all());
   counter.begin_sentence();
   for (Position first = 1; first < 300; ++first) {
     counter.add(std::vector<Position>{first, static_cast<Position>(first + 1)});
@@ -211,12 +214,12 @@ TEST_F(OccurrenceTest, NothingIsCountedBeforeABatchIsFullOrFlushed) {
   counter.flush();
   counter.flush();
   EXPECT_EQ(stats.extracted_count, 299U);
-  EXPECT_EQ(persistent::ngrams.empty_frequency(), 299U);
+  EXPECT_EQ(stores().ngrams.empty_frequency(), 299U);
 }
 
 TEST_F(OccurrenceTest, WithoutTracingNoContextsAreKept) {
   set_up(2, false, {ContextWindow::words, 5});
-  LoadedSentence sentence(five);
+  LoadedSentence sentence(five, stores());
   sentence.store({2, 3});
   // A record has no room for any, and nothing behind it is touched.
   EXPECT_EQ(NGram::_ngrams_memory_sizes[2], 16U);
@@ -229,14 +232,14 @@ TEST_F(OccurrenceTest, WithoutTracingNoContextsAreKept) {
 
 TEST_F(OccurrenceTest, WideContextsAreTheWordsAroundTheRoot) {
   set_up(2, true, {ContextWindow::words, 1});
-  LoadedSentence sentence(five);
+  LoadedSentence sentence(five, stores());
   sentence.store({2, 3});  // the root is b, the range a b c
   EXPECT_EQ(sentence.contexts({2, 3}, 3), (Texts{"a1", "a(1)", "d(1)"}));
 }
 
 TEST_F(OccurrenceTest, AWordAtAnOpenPositionIsAWideContextOfThePattern) {
   set_up(2, true, {ContextWindow::words, 1});
-  LoadedSentence sentence(five);
+  LoadedSentence sentence(five, stores());
   sentence.store({2, 3});
   EXPECT_EQ(sentence.contexts({2, 3}, 2), (Texts{"a1", "c1"}));  // b alone
   EXPECT_EQ(sentence.contexts({2, 3}, 1), (Texts{"a1", "b1"}));  // c alone, around the root of the pair
@@ -244,7 +247,7 @@ TEST_F(OccurrenceTest, AWordAtAnOpenPositionIsAWideContextOfThePattern) {
 
 TEST_F(OccurrenceTest, ASecondSightingRaisesTheFrequencies) {
   set_up(2, true, {ContextWindow::words, 1});
-  LoadedSentence sentence(five);
+  LoadedSentence sentence(five, stores());
   sentence.store({2, 3});
   sentence.store({2, 3});
   EXPECT_EQ(sentence.contexts({2, 3}, 3), (Texts{"a2", "a(2)", "d(2)"}));
@@ -252,7 +255,7 @@ TEST_F(OccurrenceTest, ASecondSightingRaisesTheFrequencies) {
 
 TEST_F(OccurrenceTest, InSentencesTheWideContextIsAllThatTheBufferHolds) {
   set_up(2, true, {ContextWindow::sentences, 1});
-  LoadedSentence sentence(std::string(pair) + "1 w x X 2 Sb\n2 w y Y 0 Pred\n\n1 w z Z 0 Pred\n\n");
+  LoadedSentence sentence(std::string(pair) + "1 w x X 2 Sb\n2 w y Y 0 Pred\n\n1 w z Z 0 Pred\n\n", stores());
   sentence.store({1, 2});
   EXPECT_EQ(sentence.contexts({1, 2}, 3), (Texts{"x1", "y1"}));
   EXPECT_EQ(sentence.contexts({1, 2}, 1), (Texts{"a1", "x1", "y1"}));
@@ -263,7 +266,7 @@ TEST_F(OccurrenceTest, InSentencesTheWideContextIsAllThatTheBufferHolds) {
 
 TEST_F(OccurrenceTest, TheNarrowContextStaysWithinTheSentence) {
   set_up(2, true, {ContextWindow::sentences, 0});
-  LoadedSentence sentence(std::string(five) + pair);
+  LoadedSentence sentence(std::string(five) + pair, stores());
   sentence.store({1, 2});  // starts the sentence: only the word to the right; wide are c, d and e
   EXPECT_EQ(sentence.contexts({1, 2}, 3), (Texts{"c1", "d1", "e1", "c(1)"}));
   sentence.store({2, 5});  // ends the sentence: only the word to the left
@@ -272,7 +275,7 @@ TEST_F(OccurrenceTest, TheNarrowContextStaysWithinTheSentence) {
 
 TEST_F(OccurrenceTest, AnOccurrenceThatSpansItsSentenceHasNoNarrowContext) {
   set_up(2, true, {ContextWindow::words, 10});
-  LoadedSentence sentence(std::string(pair) + five);
+  LoadedSentence sentence(std::string(pair) + five, stores());
   sentence.store({1, 2});
   // All the words read ahead are wide contexts; the members' lemmas occur again in the second sentence.
   EXPECT_EQ(sentence.contexts({1, 2}, 3), (Texts{"a1", "b1", "c1", "d1", "e1"}));
@@ -280,19 +283,19 @@ TEST_F(OccurrenceTest, AnOccurrenceThatSpansItsSentenceHasNoNarrowContext) {
 
 TEST_F(OccurrenceTest, TheContextFilterSelectsWideContextsOnly) {
   set_up(2, true, {ContextWindow::words, 50});
-  persistent::context_filter.add_rule("E");
-  LoadedSentence sentence(five);
+  stores().context_filter.add_rule("E");
+  LoadedSentence sentence(five, stores());
   sentence.store({2, 3});
   EXPECT_EQ(sentence.contexts({2, 3}, 3), (Texts{"e1", "a(1)", "d(1)"}));
   // Asking does not count.
-  EXPECT_EQ(persistent::context_filter.stats.matched, (std::vector<std::uint32_t>{0}));
-  EXPECT_EQ(persistent::context_filter.stats.unmatched, 0U);
+  EXPECT_EQ(stores().context_filter.stats.matched, (std::vector<std::uint32_t>{0}));
+  EXPECT_EQ(stores().context_filter.stats.unmatched, 0U);
 }
 
 TEST_F(OccurrenceTest, AFilteredNGramHasNoContextsButItsPatternsHave) {
   set_up(2, true, {ContextWindow::words, 1});
-  persistent::morphologic_filter.add_rule({"X", "B"});  // admits b as first word alone
-  LoadedSentence sentence(five);
+  stores().morphologic_filter.add_rule({"X", "B"});  // admits b as first word alone
+  LoadedSentence sentence(five, stores());
   sentence.store({2, 3});
   EXPECT_EQ(sentence.record({2, 3}, 3), nullptr);
   EXPECT_EQ(sentence.contexts({2, 3}, 2), (Texts{"a1", "c1"}));

@@ -37,8 +37,8 @@ TEST(MorphologicFilterTest, AnswersAndCountsAsTheFilterDoesOnRandomTagsAndRules)
     MultiRulesFilter filter, plain;
     for (std::uint32_t rules = 1 + random.below(6); rules > 0; --rules) {
       MultiRulesFilter::Rule rule(random.once_in(8) ? n - 1U : n);
-      for (std::string& pattern : rule)
-        pattern = random.text(2, "AB---");
+      for (std::string& tag_rule : rule)
+        tag_rule = random.text(2, "AB---");
       filter.add_rule(rule);
       plain.add_rule(rule);
     }

@@ -161,7 +161,7 @@ TEST(MultiRulesFilter, AdmitsWhenEveryPositionAgrees) {
   EXPECT_EQ(filter.stats.unmatched, 2U);
 }
 
-TEST(MultiRulesFilter, LeavesAPositionOfAnEmptyTagOrPatternFree) {
+TEST(MultiRulesFilter, LeavesAPositionOfAnEmptyTagOrTagRuleFree) {
   MultiRulesFilter filter;
   filter.add_rule({"AB", "XY"});
   EXPECT_TRUE(filter.match({"AB", ""}, false));
@@ -201,7 +201,7 @@ std::vector<MultiRulesFilter::Rule> _rules_of(const std::string& content, unsign
   return filter.rules();
 }
 
-TEST(MultiRulesFilter, ReadsLinesOfAsManyPatternsAsAskedFor) {
+TEST(MultiRulesFilter, ReadsLinesOfAsManyTagRulesAsAskedFor) {
   EXPECT_EQ(_rules_of("NN- -B-P NN\nNN- NN\n\nA B C D\nX Y Z", 3),
             (std::vector<Tags>{{"NN-", "-B-P", "NN"}, {"X", "Y", "Z"}}));
 }

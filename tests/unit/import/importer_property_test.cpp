@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
-#include <iostream>
 #include <iterator>
 #include <sstream>
 #include <string>
@@ -15,9 +14,10 @@
 #include "corpus/parser.h"
 #include "corpus/word_queue.h"
 #include "import/importer.h"
+#include "tests/support/parsing.h"
 #include "tests/support/random.h"
 #include "tests/support/settings_guard.h"
-#include "tests/support/stream_capture.h"
+
 #include "tests/support/temporary_folder.h"
 
 namespace colx {
@@ -90,11 +90,11 @@ TEST(ImporterProperty, LetsNothingOutThatTheParserStumblesOn) {
     StringStore<std::uint32_t> lemmas(65535);
     StringStore<std::uint8_t> tags(65535);
     WordQueue words;
-    const test::StreamCapture warnings(std::cerr);
-    Parser parser(stream, lemmas, tags);
+    test::Warnings warnings;
+    Parser parser(stream, lemmas, tags, warnings.sink());
     parser.next(4294967295, ContextWindow::sentences, words);
     EXPECT_EQ(warnings.text(), "");
-    ASSERT_EQ(parser.sentence_lengths(), whole) << text << "\n" << messages;
+    ASSERT_EQ(test::lengths_of(parser), whole) << text << "\n" << messages;
   }
 }
 

@@ -22,7 +22,7 @@ namespace colx {
 namespace {
 
 using test::ContextEntry;
-using test::contexts_of;
+using test::entries_of;
 using test::Record;
 using test::SettingsGuard;
 
@@ -33,9 +33,9 @@ class ContextTest : public ::testing::Test {
  protected:
   void see(std::uint32_t lemma, int times = 1, bool narrow = false, std::uint8_t tag = 0) const {
     for (int i = 0; i < times; ++i)
-      test::see(*_record, lemma, tag, narrow);
+      test::see(_record.contexts(), lemma, tag, narrow);
   }
-  Entries seen() const { return contexts_of(*_record); }
+  Entries seen() const { return entries_of(_record.contexts()); }
 
  private:
   SettingsGuard _guard{2, true};
@@ -122,7 +122,7 @@ TEST_F(ContextTest, IsOrderedByFrequencyAndThenByTheTimeOfReachingIt) {
       const auto lemma = static_cast<std::uint32_t>(random() % (1 + random() % 60));
       const auto tag = static_cast<std::uint8_t>(random() % 2);
       const bool narrow = random() % 4 == 0;
-      test::see(*record, lemma, tag, narrow);
+      test::see(record.contexts(), lemma, tag, narrow);
       auto& [frequency, reached] = model[{lemma, tag, narrow}];
       ++frequency;
       reached = time;
@@ -138,7 +138,7 @@ TEST_F(ContextTest, IsOrderedByFrequencyAndThenByTheTimeOfReachingIt) {
       Entries entries;
       for (const auto& [when, entry] : expected)
         entries.push_back(entry);
-      ASSERT_EQ(contexts_of(*record), entries) << "after sighting " << time;
+      ASSERT_EQ(entries_of(record.contexts()), entries) << "after sighting " << time;
     }
   }
 }
@@ -156,13 +156,14 @@ TEST(ContextListTest, AgreesWithAListThatIsKeptInOrderAtEverySighting) {
       unsigned char before;
       std::array<unsigned char, ContextList::handle_size> bytes;
     };
+    ContextMemory memory;
     std::vector<Handle> handles(1 + random.below(8));
     std::vector<reference::PlainContextList> plain(handles.size());
     for (Handle& handle : handles)
       ContextList::clear(handle.bytes.data());
     for (int additions = 0; additions < 600; ++additions) {
       const std::size_t at = random.below(static_cast<std::uint32_t>(handles.size()));
-      ContextList list(handles[at].bytes.data());
+      ContextList list(handles[at].bytes.data(), memory);
       std::vector<std::uint32_t> wide;
       for (std::uint32_t left = random.below(longest + 1); left > 0; --left) {
         const std::uint32_t lemma = random.below(skewed ? 1 + random.below(vocabulary) : vocabulary);
@@ -189,14 +190,15 @@ TEST(ContextListTest, AgreesWithAListThatIsKeptInOrderAtEverySighting) {
   }
 }
 
-TEST(ContextTracingTest, ListsAreNotShared) {
+TEST(ContextTracingTest, ListsOfOneStoreAreNotShared) {
   const SettingsGuard guard(2, true);
-  const Record a({{1, 0, 2}, {2, 0, 0}}, 3);
-  const Record b({{1, 0, 2}, {2, 0, 0}}, 3);
-  test::see(*a, 5, 0, true);
-  test::see(*b, 6, 0, true);
-  EXPECT_EQ(contexts_of(*a), (Entries{{5, 0, 1, true}}));
-  EXPECT_EQ(contexts_of(*b), (Entries{{6, 0, 1, true}}));
+  NGramStore store(2048);
+  const ContextList a = store.contexts(*test::count(store, test::Occurrence({{1, 0, 2}, {2, 0, 0}}), 3));
+  const ContextList b = store.contexts(*test::count(store, test::Occurrence({{1, 0, 2}, {3, 0, 0}}), 3));
+  test::see(a, 5, 0, true);
+  test::see(b, 6, 0, true);
+  EXPECT_EQ(entries_of(a), (Entries{{5, 0, 1, true}}));
+  EXPECT_EQ(entries_of(b), (Entries{{6, 0, 1, true}}));
 }
 
 }  // namespace

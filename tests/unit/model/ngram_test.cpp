@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "corpus/dependencies.h"
+#include "tests/support/random.h"
 #include "tests/support/records.h"
 #include "tests/support/settings_guard.h"
 
@@ -139,50 +140,93 @@ TEST(NGramTest, EveryTypeKeepsTheMembersOfTheFullRecord) {
 
 TEST(NGramTest, AFullCounterStartsAgainAndCarriesWhatItHeld) {
   const SettingsGuard guard(2);
-  const Record record({{1, 0, 2}, {2, 0, 0}}, 3);
+  Record record({{1, 0, 2}, {2, 0, 0}}, 3);
   record.set_counter(16777214);
-  record->inc();
+  record.inc();
   EXPECT_EQ(record.counter(), 16777215U);
   EXPECT_FALSE(record.overflow_flag());
-  EXPECT_EQ(record->frequency(), 16777215U);
-  record->inc();
+  EXPECT_EQ(record.frequency(), 16777215U);
+  record.inc();
   EXPECT_EQ(record.counter(), 1U);
   EXPECT_TRUE(record.overflow_flag());
   EXPECT_EQ(record->type(), 3);
-  EXPECT_EQ(NGram::_overflows.at(&*record), 16777215U);
-  EXPECT_EQ(record->frequency(), 16777216U);
+  EXPECT_EQ(record.overflows.at(&*record), 16777215U);
+  EXPECT_EQ(record.frequency(), 16777216U);
   // Once more: 2 x 16,777,215 carried and 1 counted.
   record.set_counter(16777215);
-  record->inc();
-  EXPECT_EQ(NGram::_overflows.at(&*record), 33554430U);
-  EXPECT_EQ(record->frequency(), 33554431U);
+  record.inc();
+  EXPECT_EQ(record.overflows.at(&*record), 33554430U);
+  EXPECT_EQ(record.frequency(), 33554431U);
 }
 
 TEST(NGramTest, CarriedAmountsAndFrequenciesSaturate) {
   const SettingsGuard guard(2);
-  const Record record({{1, 0, 2}, {2, 0, 0}}, 3);
+  Record record({{1, 0, 2}, {2, 0, 0}}, 3);
   record.set_counter(16777215);
-  record->inc();
-  NGram::_overflows[&*record] = 4294967295U - 16777215U;
+  record.inc();
+  record.carried() = 4294967295U - 16777215U;
   record.set_counter(16777215);
-  record->inc();
-  EXPECT_EQ(NGram::_overflows.at(&*record), 4294967295U);  // just reached
-  EXPECT_EQ(record->frequency(), 4294967295U);             // and one more does not wrap
+  record.inc();
+  EXPECT_EQ(record.overflows.at(&*record), 4294967295U);  // just reached
+  EXPECT_EQ(record.frequency(), 4294967295U);             // and one more does not wrap
   record.set_counter(16777215);
-  record->inc();
-  EXPECT_EQ(NGram::_overflows.at(&*record), 4294967295U);
-  NGram::_overflows[&*record] = 4294967295U - 16777214U;  // one short of room for a full counter
+  record.inc();
+  EXPECT_EQ(record.overflows.at(&*record), 4294967295U);
+  record.carried() = 4294967295U - 16777214U;  // one short of room for a full counter
   record.set_counter(16777215);
-  EXPECT_EQ(record->frequency(), 4294967295U);
-  record->inc();
-  EXPECT_EQ(NGram::_overflows.at(&*record), 4294967295U);
+  EXPECT_EQ(record.frequency(), 4294967295U);
+  record.inc();
+  EXPECT_EQ(record.overflows.at(&*record), 4294967295U);
+}
+
+// All that is near the places where counters start again and carried amounts end, and anything between.
+TEST(NGramTest, ANumberOfOccurrencesIsAddedAsOneByOne) {
+  const SettingsGuard guard(2);
+  test::Random random;
+  constexpr std::uint32_t largest = 4294967295U;
+  for (int round = 0; round < 300; ++round) {
+    Record at_once({{1, 0, 2}, {2, 0, 0}}, 3), one_by_one({{1, 0, 2}, {2, 0, 0}}, 3);
+    const std::uint32_t counter = random.once_in(2) ? 16777215 - random.below(5) : 1 + random.below(5);
+    const bool carried = random.once_in(2);
+    const std::uint32_t almost = largest - 16777215 + 5 - random.below(10);
+    for (Record* const record : {&at_once, &one_by_one}) {
+      if (carried) {
+        record->set_counter(16777215);
+        record->inc();
+        record->carried() = almost;
+      }
+      record->set_counter(counter);
+    }
+    const std::uint32_t occurrences = random.below(10);
+    at_once.add(occurrences);
+    for (std::uint32_t i = 0; i < occurrences; ++i)
+      one_by_one.inc();
+    ASSERT_EQ(at_once.bytes(), one_by_one.bytes()) << counter << " and " << occurrences;
+    ASSERT_EQ(at_once.overflows[&*at_once], one_by_one.overflows[&*one_by_one]);
+    ASSERT_EQ(at_once.frequency(), one_by_one.frequency());
+  }
+}
+
+TEST(NGramTest, ANumberOfOccurrencesMayFillTheCounterManyTimes) {
+  const SettingsGuard guard(2);
+  Record record({{1, 0, 2}, {2, 0, 0}}, 3);
+  record.add(16777214);  // full
+  EXPECT_FALSE(record.overflow_flag());
+  record.add(2 * 16777215);  // full again, for the third time
+  EXPECT_TRUE(record.overflow_flag());
+  EXPECT_EQ(record.counter(), 16777215U);
+  EXPECT_EQ(record.carried(), 2 * 16777215U);
+  EXPECT_EQ(record->type(), 3);
+  record.add(4294967295U);
+  EXPECT_EQ(record.carried(), 4294967295U);
+  EXPECT_EQ(record.frequency(), 4294967295U);
 }
 
 TEST(NGramTest, TheOverflowFlagIsNoPartOfTheType) {
   const SettingsGuard guard(7);
-  const Record record({{1}, {2}, {3}, {4}, {5}, {6}, {7}}, 127);
+  Record record({{1}, {2}, {3}, {4}, {5}, {6}, {7}}, 127);
   record.set_counter(16777215);
-  record->inc();
+  record.inc();
   EXPECT_TRUE(record.overflow_flag());
   EXPECT_EQ(record->type(), 127);
   EXPECT_EQ(record->members_count(), 7U);

@@ -34,9 +34,9 @@ TEST(NGramStoreTest, TheSecondOccurrenceFindsTheRecordOfTheFirst) {
   NGramStore store(2048);
   const Occurrence occurrence(pair);
   const NGram* const first = test::count(store, occurrence, 3);
-  EXPECT_EQ(first->frequency(), 1U);
+  EXPECT_EQ(frequency_of(store, *first), 1U);
   EXPECT_EQ(test::count(store, occurrence, 3), first);
-  EXPECT_EQ(first->frequency(), 2U);
+  EXPECT_EQ(frequency_of(store, *first), 2U);
   EXPECT_EQ(frequency_of(store, pair, 3), 2U);
 }
 
@@ -129,11 +129,11 @@ TEST(NGramStoreTest, AStoredRecordStartsWithoutContextsAndTracesItsOwn) {
   const SettingsGuard guard(2, true);
   NGramStore store(2048);
   NGram* const record = test::count(store, Occurrence(pair), 3);
-  EXPECT_TRUE(test::contexts_of(*record).empty());
-  test::see(*record, 5, 1, false);
+  EXPECT_TRUE(test::entries_of(store.contexts(*record)).empty());
+  test::see(store.contexts(*record), 5, 1, false);
   NGram* const other = test::count(store, Occurrence({{8, 1, 2}, {2, 2, 0}}), 3);
-  EXPECT_TRUE(test::contexts_of(*other).empty());
-  EXPECT_EQ(test::contexts_of(*record).size(), 1U);
+  EXPECT_TRUE(test::entries_of(store.contexts(*other)).empty());
+  EXPECT_EQ(test::entries_of(store.contexts(*record)).size(), 1U);
 }
 
 TEST(NGramStoreTest, CountsEveryPatternOfRandomOccurrences) {
@@ -163,7 +163,7 @@ TEST(NGramStoreTest, CountsEveryPatternOfRandomOccurrences) {
         }
         const NGram* const record = test::count(store, occurrence, type);
         const std::uint32_t frequency = ++frequencies[type][pattern];
-        ASSERT_EQ(record->frequency(), frequency) << pattern;
+        ASSERT_EQ(frequency_of(store, *record), frequency) << pattern;
         if (frequency > 1) continue;
         tables[type].insert(NGramHashCounter::count_hash(*record, record->members_count()), inserted[type].size());
         inserted[type].push_back(record);

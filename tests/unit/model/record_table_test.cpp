@@ -9,8 +9,10 @@
 #include <cstdint>
 #include <map>
 #include <set>
+#include <string>
 #include <vector>
 
+#include "base/errors.h"
 #include "model/ngrams.h"
 #include "tests/support/random.h"
 #include "tests/support/records.h"
@@ -44,7 +46,7 @@ TEST(RecordTableTest, AnyFieldOfASignificantPositionMakesAnotherRecord) {
     const NGram* const record = count(first);
     EXPECT_TRUE(records.insert(record).second);
     EXPECT_EQ(count(first), record);
-    EXPECT_EQ(record->frequency(), 2U);
+    EXPECT_EQ(test::frequency_of(store, *record), 2U);
   }
   EXPECT_EQ(store.records(5).size(), 5U);
 }
@@ -89,7 +91,7 @@ TEST(RecordTableTest, ARecordSeenTwiceInOneBatchIsMadeOnce) {
   const NGram* const first = store.records(3).record(0);
   const NGram* const second = store.records(3).record(1);
   EXPECT_EQ(records, (std::vector<const NGram*>{first, second, first, first}));
-  EXPECT_EQ(first->frequency(), 3U);
+  EXPECT_EQ(test::frequency_of(store, *first), 3U);
   EXPECT_EQ(store.records(3).size(), 2U);
 }
 
@@ -109,7 +111,7 @@ TEST(RecordTableTest, AnOccurrenceThatIsNotAdmittedIsReportedWithoutARecord) {
       });
   EXPECT_EQ(counted, (std::vector<bool>{false, true, false, true}));
   EXPECT_EQ(store.records(3).size(), 1U);
-  EXPECT_EQ(store.records(3).record(0)->frequency(), 2U);
+  EXPECT_EQ(test::frequency_of(store, *store.records(3).record(0)), 2U);
 }
 
 TEST(RecordTableTest, FindsWhatWasCountedAndNothingElse) {
@@ -124,6 +126,117 @@ TEST(RecordTableTest, FindsWhatWasCountedAndNothingElse) {
     const auto counted = model.find(key);
     ASSERT_EQ(test::find(store, occurrence, 3), counted == model.end() ? nullptr : counted->second);
   }
+}
+
+TEST(RecordTableTest, AddsAFrequencyAsSoManyOccurrences) {
+  test::Random random;
+  for (int round = 0; round < 24; ++round) {
+    const auto n = static_cast<std::uint8_t>(2 + round % 6);
+    const SettingsGuard guard(n, random.once_in(2));
+    NGramStore added(2048), counted(2048);
+    const auto type = static_cast<std::uint8_t>(1 + random.below(NGram::_full_ngram_type));
+    for (int i = 0; i < 400; ++i) {
+      const Occurrence occurrence(random_words(random, n, 4));
+      const std::uint32_t frequency = random.below(6);
+      const NGram* const record = added.records(type).add(occurrence.members(type), frequency);
+      if (random.once_in(4)) {
+        test::count(added, occurrence, type);
+        test::count(counted, occurrence, type);
+      }
+      for (std::uint32_t times = 0; times < frequency; ++times)
+        test::count(counted, occurrence, type);
+      ASSERT_EQ(record == nullptr, frequency == 0);
+      if (record != nullptr) {
+        ASSERT_EQ(record, test::find(added, occurrence, type));
+      }
+      ASSERT_EQ(added.records(type).size(), counted.records(type).size());
+    }
+    for (std::uint32_t r = 0; r < added.records(type).size(); ++r) {
+      const NGram& a = *added.records(type).record(r);
+      const NGram& b = *counted.records(type).record(r);
+      ASSERT_EQ(test::frequency_of(added, a), test::frequency_of(counted, b));
+      for (unsigned m = 0; m < a.members_count(); ++m)
+        ASSERT_EQ(a.member(m), b.member(m));
+    }
+  }
+}
+
+TEST(RecordTableTest, AddsMoreThanACounterHolds) {
+  const SettingsGuard guard(2);
+  NGramStore store(2048);
+  const Occurrence occurrence({{1, 0, 2}, {2, 0, 0}});
+  const NGram& record = *store.records(3).add(occurrence.members(), 4294967295U);
+  EXPECT_EQ(store.records(3).frequency(record), 4294967295U);
+  store.records(3).add(occurrence.members(), 4294967295U);
+  EXPECT_EQ(store.records(3).frequency(record), 4294967295U);
+  EXPECT_EQ(record.type(), 3);
+  EXPECT_EQ(store.records(3).size(), 1U);
+}
+
+TEST(RecordTableTest, AddingLeavesContextWordsAlone) {
+  const SettingsGuard guard(2, true);
+  NGramStore store(2048);
+  const Occurrence occurrence({{1, 0, 2}, {2, 0, 0}});
+  NGram& record = *store.records(3).add(occurrence.members(), 5);
+  EXPECT_TRUE(test::entries_of(store.contexts(record)).empty());
+  test::see(store.contexts(record), 7, 0, false);
+  store.records(3).add(occurrence.members(), 5);
+  EXPECT_EQ(test::entries_of(store.contexts(record)), (std::vector<test::ContextEntry>{{7, 0, 1, false}}));
+}
+
+TEST(RecordTableTest, CarriedAmountsBelongToOneTable) {
+  const SettingsGuard guard(2);
+  const Occurrence occurrence({{1, 0, 2}, {2, 0, 0}});
+  for (int round = 0; round < 2; ++round) {
+    NGramStore store(2048);  // in the memory of the one before, as likely as not
+    const NGram& record = *store.records(3).add(occurrence.members(), 1);
+    EXPECT_EQ(test::frequency_of(store, record), 1U);
+    store.records(3).add(occurrence.members(), 16777215);
+    EXPECT_EQ(test::frequency_of(store, record), 16777216U);
+  }
+}
+
+// What an error says that some action throws.
+template <typename Action>
+std::string error_of(const Action& action) {
+  try {
+    action();
+  } catch (const fatal_error& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(RecordTableTest, OneRecordMoreThanThereCanBeIsAnError) {
+  const SettingsGuard guard(2);
+  VoidPool pool(RecordTable::records_per_chunk * NGram::_ngrams_memory_sizes[2]);
+  RecordTable table(3, pool, 3000);
+  const auto add = [&](std::uint32_t lemma) { table.add(Occurrence({{lemma, 0, 2}, {2, 0, 0}}).members(), 1); };
+  for (std::uint32_t lemma = 0; lemma < 3000; ++lemma)
+    add(lemma);
+  EXPECT_EQ(error_of([&] { add(3000); }),
+            "There are more than 3000 different N-grams of type 3, which is as many as can be counted!");
+  EXPECT_EQ(table.size(), 3000U);
+  add(2999);
+  EXPECT_EQ(table.frequency(*table.record(2999)), 2U);
+  OccurrenceBatch batch;
+  Occurrence({{3001, 0, 2}, {2, 0, 0}}).add_to(batch);
+  EXPECT_NE(error_of([&] {
+              table.count(
+                  batch, [](std::size_t) { return true; }, [](std::size_t, const NGram*) {});
+            }),
+            "");
+}
+
+TEST(RecordTableTest, CountingWithoutTheIndexIsAnError) {
+  const SettingsGuard guard(2);
+  NGramStore store(2048);
+  const Occurrence occurrence({{1, 0, 2}, {2, 0, 0}});
+  test::count(store, occurrence, 3);
+  store.records(3).release_index();
+  EXPECT_EQ(test::find(store, occurrence, 3), nullptr);
+  EXPECT_EQ(error_of([&] { test::count(store, occurrence, 3); }),
+            "N-grams of type 3 cannot be counted any more: their index is gone!");
 }
 
 TEST(RecordTableTest, CountsBatchesOfRandomOccurrencesAsAMapDoes) {
@@ -149,7 +262,7 @@ TEST(RecordTableTest, CountsBatchesOfRandomOccurrencesAsAMapDoes) {
       table.count(
           batch, [](std::size_t) { return true; },
           [&](std::size_t occurrence, const NGram* record) {
-            ASSERT_EQ(record->frequency(), ++frequencies[keys[occurrence]]);
+            ASSERT_EQ(table.frequency(*record), ++frequencies[keys[occurrence]]);
             for (unsigned m = 0; m < record->members_count(); ++m)
               ASSERT_EQ(record->member(m).bits(), keys[occurrence][m]);
           });

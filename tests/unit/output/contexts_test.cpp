@@ -11,8 +11,7 @@
 #include <vector>
 
 #include "base/notifier.h"
-#include "corpus/persistent.h"
-#include "tests/support/fresh_stores.h"
+#include "tests/support/own_stores.h"
 #include "tests/support/records.h"
 #include "tests/support/settings_guard.h"
 #include "tests/support/stream_capture.h"
@@ -28,29 +27,27 @@ class ContextsFileTest : public ::testing::Test {
     _guard.emplace(n, true);
     _stores.emplace();
     for (const char* const lemma : {"heavy", "rain", "fall", "today"})
-      persistent::lemmas.store(lemma);
+      _stores->lemmas.store(lemma);
     for (const char* const tag : {"AA", "NN"})
-      persistent::tags.store(tag);
+      _stores->tags.store(tag);
   }
 
   // Stores words under one type alone.
-  static NGram* store(const std::vector<MemberSpec>& words, std::uint8_t type) {
-    return test::count(persistent::ngrams, test::Occurrence(words), type);
+  NGram* store(const std::vector<MemberSpec>& words, std::uint8_t type) {
+    return test::count(_stores->ngrams, test::Occurrence(words), type);
   }
 
   std::string written() {
     std::ostringstream out;
-    const test::StreamCapture capture(notifier::progress.stream());
-    write_contexts(out);
-    progress = capture.text();
+    std::ostringstream bar;
+    write_contexts(out, _stores->ngrams, _stores->texts(), Notifier(bar));
+    progress = bar.str();
     return out.str();
   }
 
   std::string progress;
-
- private:
   std::optional<test::SettingsGuard> _guard;
-  std::optional<test::FreshStores> _stores;
+  std::optional<test::OwnStores> _stores;
 };
 
 const std::vector<MemberSpec> pair = {{0, 0, 2, "Atr"}, {1, 1, 0, "Sb"}};
@@ -73,20 +70,20 @@ TEST_F(ContextsFileTest, AFullRecordWithoutContextsEndsInFourEmptyLines) {
 TEST_F(ContextsFileTest, APartialRecordHasNoNarrowSection) {
   set_up(2);
   NGram* const record = store(pair, 1);
-  test::see(*record, 3, 1, true);
-  test::see(*record, 2, 1, false);
+  test::see(_stores->ngrams.contexts(*record), 3, 1, true);
+  test::see(_stores->ngrams.contexts(*record), 2, 1, false);
   EXPECT_EQ(written(), "1\t*\n2\train\tNN\t0\tHead\n\nfall\tNN\t1\n\n\n\n");
 }
 
 TEST_F(ContextsFileTest, NarrowContextsComeBeforeWideOnesEachByFrequency) {
   set_up(2);
   NGram* const record = store(pair, 3);
-  test::see(*record, 3, 0, false);
-  test::see(*record, 3, 1, true);
+  test::see(_stores->ngrams.contexts(*record), 3, 0, false);
+  test::see(_stores->ngrams.contexts(*record), 3, 1, true);
   for (int i = 0; i < 12; ++i)
-    test::see(*record, 2, 1, false);
+    test::see(_stores->ngrams.contexts(*record), 2, 1, false);
   for (int i = 0; i < 2; ++i)
-    test::see(*record, 2, 0, true);
+    test::see(_stores->ngrams.contexts(*record), 2, 0, true);
   EXPECT_EQ(written(),
             "1\theavy\tAA\t2\tAtr\n2\train\tNN\t0\tHead\n\n"
             "fall\tAA\t2\ntoday\tNN\t1\n\n"
@@ -102,7 +99,7 @@ TEST_F(ContextsFileTest, AnOpenPositionIsAStar) {
 
 TEST_F(ContextsFileTest, TypesDescendAndTheEmptyNGramIsNotAmongThem) {
   set_up(2);
-  test::count_all_types(persistent::ngrams, pair);
+  test::count_all_types(_stores->ngrams, pair);
   EXPECT_EQ(written(),
             "1\theavy\tAA\t2\tAtr\n2\train\tNN\t0\tHead\n\n\n\n\n"
             "1\theavy\tAA\t2\tAtr\n2\t*\n\n\n\n"
@@ -115,8 +112,8 @@ TEST_F(ContextsFileTest, RecordsOfATypeComeInTheOrderOfTheStore) {
   for (std::uint32_t first = 0; first < 4; ++first)
     store({{first, 0, 2, "Atr"}, {1, 1, 0, "Sb"}}, 2);
   std::string expected;
-  for (const NGram* record : test::records_of(persistent::ngrams, 2))
-    expected += "1\t" + std::string(persistent::lemmas[record->member(0).lemma()]) + "\tAA\t2\tAtr\n2\t*\n\n\n\n";
+  for (const NGram* record : test::records_of(_stores->ngrams, 2))
+    expected += "1\t" + std::string(_stores->lemmas[record->member(0).lemma()]) + "\tAA\t2\tAtr\n2\t*\n\n\n\n";
   EXPECT_EQ(written(), expected + "\n");
 }
 
@@ -125,9 +122,9 @@ TEST_F(ContextsFileTest, AListEndsWithAnEmptyLineAlsoWhenNothingWasWritten) {
   std::ostringstream os;
   TextBuffer text(os);
   const PartOfContext part(TaggedLemma::pack(3, 0), true);
-  _print_context(text, {}, true);
-  _print_context(text, {&part, 1}, false);
-  _print_context(text, {&part, 1}, true);
+  _print_context(text, _stores->texts(), {}, true);
+  _print_context(text, _stores->texts(), {&part, 1}, false);
+  _print_context(text, _stores->texts(), {&part, 1}, true);
   text.flush();
   EXPECT_EQ(os.str(), "\n\ntoday\tAA\t1\n\n");
 }

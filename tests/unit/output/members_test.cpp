@@ -9,8 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "corpus/persistent.h"
-#include "tests/support/fresh_stores.h"
+#include "tests/support/own_stores.h"
 #include "tests/support/records.h"
 #include "tests/support/settings_guard.h"
 
@@ -24,23 +23,23 @@ class MembersTest : public ::testing::Test {
  protected:
   MembersTest() {
     for (const char* const lemma : {"heavy", "rain", "fall"})
-      persistent::lemmas.store(lemma);
+      _stores.lemmas.store(lemma);
     for (const char* const tag : {"AA", "NN", ""})
-      persistent::tags.store(tag);
+      _stores.tags.store(tag);
   }
 
-  static std::string n_members(std::uint8_t type) {
+  std::string n_members(std::uint8_t type) {
     std::ostringstream os;
     TextBuffer text(os);
-    _print_n_members(text, *Record(words, type));
+    _print_n_members(text, _stores.texts(), *Record(words, type));
     text.flush();
     return os.str();
   }
 
-  static std::string members(std::uint8_t type) {
+  std::string members(std::uint8_t type) {
     std::ostringstream os;
     TextBuffer text(os);
-    _print_members(text, *Record(words, type));
+    _print_members(text, _stores.texts(), *Record(words, type));
     text.flush();
     return os.str();
   }
@@ -48,15 +47,14 @@ class MembersTest : public ::testing::Test {
   // heavy <- rain <- fall, fall having an empty tag and its parent outside.
   inline static const std::vector<MemberSpec> words = {{0, 0, 2, "Atr"}, {1, 1, 3, "Sb_Co"}, {2, 2, 0, "Pred"}};
 
- private:
   test::SettingsGuard _guard{3};
-  test::FreshStores _stores;
+  test::OwnStores _stores;
 };
 
 TEST_F(MembersTest, PositionsAndParentsAreWrittenAsNumbers) {
   std::ostringstream os;
   TextBuffer text(os);
-  _print_member(text, 7, NGram::Member(1, 1, 6, test::relation("Obj")));
+  _print_member(text, _stores.texts(), 7, NGram::Member(1, 1, 6, test::relation("Obj")));
   text.flush();
   EXPECT_EQ(os.str(), "7\train\tNN\t6\tObj\n");
 }

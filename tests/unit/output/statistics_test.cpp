@@ -5,11 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <map>
 #include <sstream>
 #include <string>
+#include <vector>
 
-#include "corpus/persistent.h"
-#include "tests/support/fresh_stores.h"
+#include "tests/support/own_stores.h"
 #include "tests/support/records.h"
 #include "tests/support/settings_guard.h"
 
@@ -18,20 +19,21 @@ namespace {
 
 class StatisticsTest : public ::testing::Test {
  protected:
-  static std::string stats() {
+  std::string stats() {
     std::ostringstream out;
-    write_stats(out);
+    write_stats(out, datafiles, _stores.morphologic_filter.is_on(), _stores.texts(), _stores.ngrams);
     return out.str();
   }
-  static std::string filter_stats() {
+  std::string filter_stats() {
     std::ostringstream out;
-    write_morphologic_filter_stats(out);
+    write_morphologic_filter_stats(out, _stores.morphologic_filter, by_datafile);
     return out.str();
   }
 
- private:
   test::SettingsGuard _guard{2};
-  test::FreshStores _stores;
+  test::OwnStores _stores;
+  std::vector<NamedDataFileStats> datafiles;
+  std::map<std::string, Filter::Stats> by_datafile;
 };
 
 const std::string empty_stores =
@@ -48,7 +50,7 @@ TEST_F(StatisticsTest, WithoutDatafilesTheSumsAreZero) {
 }
 
 TEST_F(StatisticsTest, ADatafileAndTheSums) {
-  persistent::overall_stats.push_back({10, 2, 8, 8, 0, "a"});
+  datafiles.push_back({10, 2, 8, 8, 0, "a"});
   EXPECT_EQ(stats(),
             "Statistics for datafile a:\n# of words: 10\n# of sentences: 2\n# of 2-grams extracted: 8\n\n"
             "Overall datafiles statistics:\n# of words: 10\n# of sentences: 2\n# of 2-grams extracted: 8\n\n" +
@@ -56,8 +58,8 @@ TEST_F(StatisticsTest, ADatafileAndTheSums) {
 }
 
 TEST_F(StatisticsTest, SumsWrapAt32Bits) {
-  persistent::overall_stats.push_back({4294967295U, 1, 4000000000U, 0, 0, "b"});
-  persistent::overall_stats.push_back({6, 2, 1000000000U, 0, 0, "a"});
+  datafiles.push_back({4294967295U, 1, 4000000000U, 0, 0, "b"});
+  datafiles.push_back({6, 2, 1000000000U, 0, 0, "a"});
   const std::string text = stats();
   EXPECT_LT(text.find("datafile b:"), text.find("datafile a:"));  // in processing order
   // 4294967295 + 6 - 2^32 = 5; 5000000000 - 4294967296 = 705032704.
@@ -68,9 +70,9 @@ TEST_F(StatisticsTest, SumsWrapAt32Bits) {
 }
 
 TEST_F(StatisticsTest, AnActiveFilterShowsWhatPassedAndWhatDidNot) {
-  persistent::overall_stats.push_back({10, 2, 8, 5, 3, "a"});
-  persistent::overall_stats.push_back({1, 1, 2, 0, 2, "b"});
-  persistent::morphologic_filter.add_rule({"A", "B"});
+  datafiles.push_back({10, 2, 8, 5, 3, "a"});
+  datafiles.push_back({1, 1, 2, 0, 2, "b"});
+  _stores.morphologic_filter.add_rule({"A", "B"});
   EXPECT_EQ(stats(),
             "Statistics for datafile a:\n# of words: 10\n# of sentences: 2\n# of 2-grams extracted: 8\n"
             "# of 2-grams passed: 5\n# of 2-grams filtered: 3\n\n"
@@ -83,10 +85,10 @@ TEST_F(StatisticsTest, AnActiveFilterShowsWhatPassedAndWhatDidNot) {
 
 TEST_F(StatisticsTest, TheStoresAreCountedByDistinctEntries) {
   for (const char* const lemma : {"heavy", "rain", "heavy"})
-    persistent::lemmas.store(lemma);
-  persistent::tags.store("");
-  test::count_all_types(persistent::ngrams, {{0, 0, 2}, {1, 0, 0}}, 5);
-  test::count_all_types(persistent::ngrams, {{1, 0, 2}, {1, 0, 0}}, 5);
+    _stores.lemmas.store(lemma);
+  _stores.tags.store("");
+  test::count_all_types(_stores.ngrams, {{0, 0, 2}, {1, 0, 0}}, 5);
+  test::count_all_types(_stores.ngrams, {{1, 0, 2}, {1, 0, 0}}, 5);
   const std::string text = stats();
   EXPECT_TRUE(
       text.ends_with("Strings storage statistics:\n# of unique lemmas: 2\n# of unique tags: 1\n\n"
@@ -103,12 +105,12 @@ TEST_F(StatisticsTest, WithoutRulesTheFilterFileHoldsItsTitleAlone) {
 }
 
 TEST_F(StatisticsTest, RulesAreListedWithTheirCountsForEveryDatafileByPath) {
-  persistent::morphologic_filter.add_rule({"A", "B"});
-  persistent::morphologic_filter.add_rule({"N-", "--"});
-  persistent::morphologic_filter.stats.matched = {5, 7};
-  persistent::morphologic_filter_file_stats["b"].matched = {4, 0};
-  persistent::morphologic_filter_file_stats["a"].matched = {1, 7};
-  persistent::morphologic_filter_file_stats["a"].unmatched = 99;
+  _stores.morphologic_filter.add_rule({"A", "B"});
+  _stores.morphologic_filter.add_rule({"N-", "--"});
+  _stores.morphologic_filter.stats.matched = {5, 7};
+  by_datafile["b"].matched = {4, 0};
+  by_datafile["a"].matched = {1, 7};
+  by_datafile["a"].unmatched = 99;
   EXPECT_EQ(filter_stats(),
             "Passed 2-grams statistics for datafile a:\n A B\t1\n N- --\t7\n\n"
             "Passed 2-grams statistics for datafile b:\n A B\t4\n N- --\t0\n\n"

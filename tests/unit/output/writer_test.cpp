@@ -13,8 +13,7 @@
 
 #include "base/config.h"
 #include "base/notifier.h"
-#include "corpus/persistent.h"
-#include "tests/support/fresh_stores.h"
+#include "tests/support/own_stores.h"
 #include "tests/support/records.h"
 #include "tests/support/settings_guard.h"
 #include "tests/support/stream_capture.h"
@@ -30,18 +29,18 @@ class WriterTest : public ::testing::Test {
     _guard.emplace(n);
     _stores.emplace();
     for (const char* const lemma : {"heavy", "rain", "strong", "wind", "blue"})
-      persistent::lemmas.store(lemma);
+      _stores->lemmas.store(lemma);
     for (const char* const tag : {"AA", "NN"})
-      persistent::tags.store(tag);
+      _stores->tags.store(tag);
   }
 
   // Counts pairs of an adjective below a noun.
-  static void count(std::uint32_t first, std::uint32_t second, unsigned times) {
-    test::count_all_types(persistent::ngrams, {{first, 0, 2, "Atr"}, {second, 1, 0, "Sb"}}, times);
+  void count(std::uint32_t first, std::uint32_t second, unsigned times) {
+    test::count_all_types(_stores->ngrams, {{first, 0, 2, "Atr"}, {second, 1, 0, "Sb"}}, times);
   }
 
   // O = {930, 20, 40, 10} for heavy rain.
-  static void count_example() {
+  void count_example() {
     count(0, 1, 10);
     count(0, 3, 40);
     count(2, 1, 20);
@@ -50,17 +49,15 @@ class WriterTest : public ::testing::Test {
 
   std::string written() {
     std::ostringstream out;
-    const test::StreamCapture capture(notifier::progress.stream());
-    write(out);
-    progress = capture.text();
+    std::ostringstream bar;
+    write(out, _stores->ngrams, _stores->texts(), Notifier(bar));
+    progress = bar.str();
     return out.str();
   }
 
   std::string progress;
-
- private:
   std::optional<test::SettingsGuard> _guard;
-  std::optional<test::FreshStores> _stores;
+  std::optional<test::OwnStores> _stores;
 };
 
 TEST_F(WriterTest, AnEmptyStoreGivesAnEmptyLineAndABareScale) {
@@ -105,9 +102,9 @@ TEST_F(WriterTest, BlocksComeInTheOrderOfTheStore) {
       count(first, second, 1 + first);
   }
   std::string expected;
-  for (const NGram* record : test::records_of(persistent::ngrams, 3)) {
-    expected += "1\t" + std::string(persistent::lemmas[record->member(0).lemma()]) + "\tAA\t2\tAtr\n";
-    expected += "2\t" + std::string(persistent::lemmas[record->member(1).lemma()]) + "\tNN\t0\tHead\n";
+  for (const NGram* record : test::records_of(_stores->ngrams, 3)) {
+    expected += "1\t" + std::string(_stores->lemmas[record->member(0).lemma()]) + "\tAA\t2\tAtr\n";
+    expected += "2\t" + std::string(_stores->lemmas[record->member(1).lemma()]) + "\tNN\t0\tHead\n";
   }
   std::istringstream lines(written());
   std::string members;
@@ -123,7 +120,7 @@ TEST_F(WriterTest, LargerNGramsHaveTwoMeasures) {
   settings::thresholds.mutual_information = 1e300;  // of pairs only
   settings::thresholds.z_score = 1e300;
   const std::vector<MemberSpec> words = {{0, 0, 2, "Atr"}, {1, 1, 3, "Sb"}, {3, 1, 0, "Pred"}};
-  test::count_all_types(persistent::ngrams, words, 2);
+  test::count_all_types(_stores->ngrams, words, 2);
   // Alone in the store: only cell 7 is not empty, E[7] = 2 and E = 0 elsewhere: 0 / 0, and 2 x 2 log 1 = 0.
   const std::string all = written();
   EXPECT_TRUE(

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "corpus/persistent.h"
+#include "run/persistent.h"
 #include "tests/support/settings_guard.h"
 #include "tests/support/stream_capture.h"
 #include "tests/support/temporary_folder.h"

@@ -1,4 +1,4 @@
-#include "corpus/persistent.h"
+#include "run/persistent.h"
 
 #include <gtest/gtest.h>
 
