@@ -22,8 +22,9 @@ struct Name {
   Quantity quantity;
 };
 
-constexpr std::array<Name, 4> _plain = {{{"rank", Quantity::rank},
+constexpr std::array<Name, 5> _plain = {{{"rank", Quantity::rank},
                                          {"frequency", Quantity::frequency},
+                                         {"per_million", Quantity::per_million},
                                          {"total", Quantity::total},
                                          {"pattern", Quantity::tree_text}}};
 
@@ -99,6 +100,7 @@ std::uint64_t _count_of_row(const Column& column, const Row& row) {
     case Quantity::own_measure:
     case Quantity::tree_text:
     case Quantity::association:
+    case Quantity::per_million:
       break;  // no counts
   }
   return 0;
@@ -115,6 +117,7 @@ ValueType Column::type() const {
       return ValueType::text;
     case Quantity::own_measure:
     case Quantity::association:
+    case Quantity::per_million:
       return ValueType::real;
     case Quantity::rank:
     case Quantity::parent:
@@ -139,8 +142,8 @@ std::optional<Column> find_column(std::string_view name) {
     if (name == plain.name) return Column{plain.quantity, 0, std::string(name)};
   for (std::size_t i = 0; i < _own_measures.size(); ++i)
     if (name == _own_measures[i]) return Column{Quantity::own_measure, i, std::string(name)};
-  if (const auto association = find_association(name); association.has_value())
-    return Column{Quantity::association, static_cast<std::size_t>(*association), std::string(name)};
+  if (const Association* const found = find_association(name); found != nullptr)
+    return Column{Quantity::association, static_cast<std::size_t>(found - associations().data()), std::string(name)};
   for (const Name& numbered : _numbered) {
     if (!name.starts_with(numbered.name)) continue;
     const std::string_view digits = name.substr(numbered.name.size());
@@ -159,7 +162,7 @@ std::optional<Column> find_column(std::string_view name) {
 void check_column(const Column& column, std::size_t n) {
   bool exists = true;
   if (column.quantity == Quantity::association) {
-    exists = is_defined(static_cast<Association>(column.index), n);
+    exists = is_defined(associations()[column.index], n);
   } else if (column.quantity == Quantity::own_measure) {
     exists = column.index < measures_of(n);
   } else {
@@ -188,8 +191,11 @@ std::vector<Column> default_columns(std::size_t n) {
   for (const std::string_view name : {"lemma", "tag", "parent", "relation", "frequency", "marginal", "total"})
     for (Column& column : expand_column(name, n))
       result.push_back(std::move(column));
-  for (std::size_t i = 0; i < measures_of(n); ++i)
+  for (std::size_t i = 0; i < measures_of(n); ++i) {
+    // Wrong for almost all tables of a corpus; it is there for those who ask for it.
+    if (_own_measures[i] == "pearson") continue;
     result.push_back({Quantity::own_measure, i, std::string(_own_measures[i])});
+  }
   return result;
 }
 
@@ -214,7 +220,9 @@ void write_tree_text(const Block& block, std::string& out) {
 double number_of(const Column& column, const Row& row) {
   if (column.quantity == Quantity::own_measure) return measure_value(row.block.measures[column.index]);
   if (column.quantity == Quantity::association)
-    return associate(static_cast<Association>(column.index), row.contingency);
+    return associate(associations()[column.index], row.contingency, row.style.sign);
+  if (column.quantity == Quantity::per_million)
+    return 1e6 * static_cast<double>(row.contingency.frequency) / static_cast<double>(row.contingency.total);
   return static_cast<double>(_count_of_row(column, row));
 }
 
@@ -232,7 +240,8 @@ Field field_of(const Column& column, const Row& row, std::string& scratch) {
     case Quantity::own_measure:
       return _own_measure_field(row.block.measures[column.index]);
     case Quantity::association:
-      return _computed_field(number_of(column, row), row.precision, scratch);
+    case Quantity::per_million:
+      return _computed_field(number_of(column, row), row.style.precision, scratch);
     case Quantity::rank:
     case Quantity::parent:
     case Quantity::frequency:

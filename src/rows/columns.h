@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "rows/association.h"
 #include "rows/block.h"
 #include "rows/contingency.h"
 #include "rows/field.h"
@@ -28,7 +29,8 @@ enum class Quantity {
   own_measure,
   cell,
   tree_text,
-  association
+  association,
+  per_million
 };
 
 struct Column {
@@ -47,17 +49,20 @@ struct Column {
   bool operator==(const Column& other) const { return quantity == other.quantity && index == other.index; }
 };
 
+// How computed values are shown.
+struct Style {
+  int precision = 10;           // significant digits
+  Sign sign = Sign::of_excess;  // of the statistics that get one
+};
+
 // One N-gram in its place in the table.
 struct Row {
-  Row(const Block& source, std::uint64_t place, int digits)
-      : block(source),
-        rank(place),
-        precision(digits),
-        contingency(source.n, {source.cells.data(), source.cell_count()}) {}
+  Row(const Block& source, std::uint64_t place, const Style& shown)
+      : block(source), rank(place), style(shown), contingency(source.n, {source.cells.data(), source.cell_count()}) {}
 
   const Block& block;  // not owned
   std::uint64_t rank;  // from 1
-  int precision;       // significant digits of computed measures
+  Style style;
   Contingency contingency;
 };
 
@@ -75,7 +80,7 @@ std::vector<Column> expand_column(std::string_view name, std::size_t n);
 // Throws usage_error when N-grams of n words have no such column.
 void check_column(const Column& column, std::size_t n);
 
-// What the table has when nothing is said about columns.
+// What the table has when nothing is said about columns: of the measures of the file those that can be relied on.
 std::vector<Column> default_columns(std::size_t n);
 
 // The 2^n observed cells.

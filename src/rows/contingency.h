@@ -29,9 +29,12 @@ struct Contingency {
   // The same for any cell; an absent word enters with total - marginal.
   long double expected(std::size_t cell) const;
 
-  // How far the frequency is above the expected one, or a negative number. For pairs the difference is exact before it
-  // is divided by the total.
-  long double excess() const;
+  // How far a cell is above its expected count, or a negative number: exact before it is rounded for pairs, and for
+  // longer N-grams to some twelve digits however close both are.
+  long double excess(std::size_t cell) const;
+
+  // The same of the whole N-gram.
+  long double excess() const { return excess(cells.size() - 1); }
 };
 
 }  // namespace colx::table

@@ -47,7 +47,11 @@ constexpr auto _rows = std::to_array<Row>({
     {{"--pattern", "", "add the N-gram as a readable tree"},
      [](Options& options, const GivenOption&) { options.tree_text = true; }},
     {{"--measures", "LIST",
-      "add textbook measures, separated by commas: G2, X2, MI, MI3, logDice, Dice, t, z; for pairs Fisher, odds_ratio"},
+      "add textbook measures, separated by commas: G2, X2, simple_ll, expected, t, z, poisson, MI, MI3, local_mi, "
+      "npmi, "
+      "Dice, logDice, jaccard, min_sensitivity; for pairs phi, odds_ratio, log_ratio, delta_p12, delta_p21, p_G2, "
+      "p_X2, "
+      "Fisher"},
      [](Options& options, const GivenOption& given) { options.measures = _split_list(given); }},
     {{"--sort", "COLUMN", "sort by a column, descending; +COLUMN ascending"},
      [](Options& options, const GivenOption& given) { options.sort = parse_sort_order(given.value); }},
@@ -62,7 +66,10 @@ constexpr auto _rows = std::to_array<Row>({
     {{"--format", "FORMAT", "tsv, csv, jsonl, markdown, ucs or table; default table on a terminal, else tsv"},
      [](Options& options, const GivenOption& given) { options.format = _format(given); }},
     {{"--precision", "DIGITS", "significant digits of computed measures, 1 to 17; default 10"},
-     [](Options& options, const GivenOption& given) { options.precision = _precision(given); }},
+     [](Options& options, const GivenOption& given) { options.style.precision = _precision(given); }},
+    {{"--unsigned", "",
+      "leave out the sign of G2, X2 and simple_ll, which is that of frequency less expected frequency"},
+     [](Options& options, const GivenOption&) { options.style.sign = Sign::none; }},
     {{"-h,--help", "", "print this help and exit"},
      [](Options& options, const GivenOption&) { options.information = help(program); },
      true},
@@ -76,7 +83,7 @@ void _check_names(const Options& options) {
   for (const std::string& name : options.columns)
     expand_column(name, 0);
   for (const std::string& name : options.measures)
-    if (!find_association(name).has_value()) throw usage_error(fmt::format("there is no measure \"{}\"", name));
+    if (find_association(name) == nullptr) throw usage_error(fmt::format("there is no measure \"{}\"", name));
 }
 
 }  // namespace
@@ -90,7 +97,8 @@ constinit const Program program = {
     .notes =
         "Columns: rank, lemma1 to lemmaN, tag1.., parent1.., relation1.., frequency,\n"
         "marginal1.., total, chi_square, log_likelihood and for pairs mutual_information,\n"
-        "pearson, t_test, z_score; cell0.., pattern, and every measure of --measures.\n"
+        "t_test, z_score; on request pearson, per_million, cell0.., pattern, and every\n"
+        "measure of --measures.\n"
         "(Use pearson for samples of some hundred words only: see the man page.)\n"
         "In --columns a name without its number (lemma) stands for all of its columns.\n"
         "Example:\n"

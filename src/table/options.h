@@ -29,7 +29,7 @@ struct Options {
   std::uint64_t min_frequency = 0;
   std::vector<RowFilter> filters;
   std::optional<Format> format;
-  int precision = 10;  // significant digits of computed measures
+  Style style;
 
   std::string information;  // what --help or --version print; the run then does nothing else
 };

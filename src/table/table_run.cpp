@@ -60,7 +60,7 @@ void TableRun::begin(std::size_t n) {
 
 bool TableRun::add(const Block& block) {
   if (_is_full()) return false;
-  const Row row(block, _printed + 1, _options.precision);
+  const Row row(block, _printed + 1, _options.style);
   if (row.contingency.frequency < _options.min_frequency) return true;
   for (const RowFilter& filter : _options.filters)
     if (!filter.admits(row)) return true;
@@ -79,7 +79,7 @@ void TableRun::end() {
     for (std::size_t i = 0; i < _sorted->size(); ++i) {
       // What was kept had been a block before.
       if (parse_block(_sorted->text(i), block, fault) != ParseStatus::complete) throw std::logic_error(fault.message);
-      _print(Row(block, _printed + 1, _options.precision));
+      _print(Row(block, _printed + 1, _options.style));
     }
   }
   _writer->end();
