@@ -59,6 +59,14 @@ constexpr std::array<Operator, 8> _operators = {{{"!=", Comparison::unequal},
                                                  {"<", Comparison::less},
                                                  {">", Comparison::greater}}};
 
+// The row with as many digits as are printed when nothing is said about them: which rows are in a table does not depend
+// on how it is printed.
+Row _with_usual_digits(const Row& row) {
+  Row result = row;
+  result.style.precision = Style().precision;
+  return result;
+}
+
 double _number_from(std::string_view text, std::string_view condition) {
   if (text == "NA") return std::numeric_limits<double>::quiet_NaN();
   if (text == "Inf") return std::numeric_limits<double>::infinity();
@@ -109,13 +117,13 @@ RowFilter::RowFilter(std::string_view condition) {
 }
 
 bool RowFilter::admits(const Row& row) const {
+  if (_expression == nullptr && !_column.is_text()) return _compares(number_of(_column, row));
   std::string scratch;
-  const Field field = field_of(_column, row, scratch);
   if (_expression != nullptr) {
-    return _expression->matches(text_of(field)) == (_comparison == Comparison::matches);
+    const std::string_view text = text_of(field_of(_column, _with_usual_digits(row), scratch));
+    return _expression->matches(text) == (_comparison == Comparison::matches);
   }
-  if (_column.is_text()) return (field.content == _text) == (_comparison == Comparison::equal);
-  return _compares(value_of(field));
+  return (field_of(_column, row, scratch).content == _text) == (_comparison == Comparison::equal);
 }
 
 bool RowFilter::_compares(double value) const {

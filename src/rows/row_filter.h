@@ -15,9 +15,10 @@ enum class Comparison { equal, unequal, matches, matches_not, less, at_most, at_
 
 // One condition: a column, one of = != ~ !~ < <= >= >, and a value.
 //
-// Equality compares texts byte by byte, and numbers by the value that is printed; NA, Inf and -Inf may be given. Order
-// is for numbers alone, and NA is in none. An expression, behind ~, is a POSIX extended regular expression, sought
-// anywhere in the text as it is written in a tsv table; characters are those of the locale.
+// Equality compares texts byte by byte. Numbers are compared with all their digits, whatever the style of the row; NA,
+// Inf and -Inf may be given. Order is for numbers alone, and NA is in none. An expression, behind ~, is a POSIX
+// extended regular expression, sought anywhere in the text as it is written in a tsv table, computed numbers with the
+// usual ten digits; characters are those of the locale.
 class RowFilter {
  public:
   // Throws usage_error when the condition has no column, no operator, a value that is no number for a numeric column,

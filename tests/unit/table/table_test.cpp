@@ -140,10 +140,25 @@ TEST(Table, ComputedMeasuresHaveTenDigitsOrAsManyAsAsked) {
   EXPECT_EQ(_table(content, {"--columns=MI"}), "MI\n1.392317423\n");
   EXPECT_EQ(_table(content, {"--columns=MI", "--precision", "3"}), "MI\n1.39\n");
   EXPECT_DOUBLE_EQ(std::stod(_table(content, {"--columns=MI", "--precision", "17"}).substr(3)), std::log2(2.625));
-  EXPECT_EQ(_table(content, {"--columns=MI", "--where", "MI=1.392317423"}), "MI\n1.392317423\n");
-  EXPECT_EQ(_table(content, {"--columns=MI", "--where", "MI=1.39", "--precision=3"}), "MI\n1.39\n");
   EXPECT_THROW(_table(content, {"--precision", "0"}), usage_error);
   EXPECT_THROW(_table(content, {"--precision", "18"}), usage_error);
+}
+
+TEST(Table, ConditionsSeeAllDigitsWhateverIsPrinted) {
+  // MI = 1.3923174227787603..., see above, and 9 1 1 2: E = 3 * 3 / 13 and MI = log2(2 * 13 / 9) = 1.53051...
+  const std::string content = _pair("a", "b", 3) + _pair("c", "d", 2) + "\n";
+  const auto lemmas = [&](const std::string& condition, const std::string& digits) {
+    return _table(content, {"--columns=lemma1", "--where", condition, "--precision", digits}).substr(7);
+  };
+  for (const std::string digits : {"1", "2", "10", "17"}) {
+    EXPECT_EQ(lemmas("MI>1.4", digits), "c\n");
+    EXPECT_EQ(lemmas("MI>=1.39231742", digits), "a\nc\n");
+    EXPECT_EQ(lemmas("MI<1.3923174228", digits), "a\n");
+    EXPECT_EQ(lemmas("MI=1.392317423", digits), "");
+    EXPECT_EQ(lemmas("MI~23$", digits), "a\n");
+    EXPECT_EQ(lemmas("per_million<150000", digits), "");
+    EXPECT_EQ(lemmas("per_million>=153846.153", digits), "a\nc\n");
+  }
 }
 
 TEST(Table, WritesUcsForPairsOnly) {
