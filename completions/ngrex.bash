@@ -25,6 +25,8 @@ _ngrex_value_of() {
     ngrex-import:--print-relation-map) echo 'ud sud' ;;
     ngrex-import:--mask | ngrex-import:--split) echo text ;;
     ngrex-table:--format) echo 'tsv csv jsonl markdown ucs table' ;;
+    ngrex-table:--json-numbers) echo 'null strings' ;;
+    ngrex-table:--na) echo text ;;
     ngrex-table:--measures) echo "list: $measures" ;;
     ngrex-table:--columns) echo "list: rank lemma tag parent relation marginal cell $columns" ;;
     ngrex-table:--sort) echo "$columns $(printf '+%s ' $columns)" ;;
@@ -44,7 +46,7 @@ _ngrex_complete() {
         --strict --tag-table -q --quiet -h --help --version'
       ;;
     ngrex-table)
-      options='--columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision
+      options='--columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision --na --bom --json-numbers
         -h --help --version'
       ;;
   esac

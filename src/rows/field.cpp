@@ -21,10 +21,10 @@ double value_of(const Field& field) {
   return measure_value(field.content);
 }
 
-std::string_view text_of(const Field& field) {
+std::string_view text_of(const Field& field, std::string_view na) {
   switch (field.kind) {
     case FieldKind::not_a_number:
-      return "NA";
+      return na;
     case FieldKind::infinity:
       return "Inf";
     case FieldKind::minus_infinity:

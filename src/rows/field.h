@@ -27,7 +27,7 @@ struct Field {
 // The value of a field that is no text, as it is written.
 double value_of(const Field& field);
 
-// The text that stands for a field where there are no special values: NA, Inf and -Inf.
-std::string_view text_of(const Field& field);
+// The text that stands for a field where there are no special values: Inf, -Inf, and for not-a-number `na`.
+std::string_view text_of(const Field& field, std::string_view na = "NA");
 
 }  // namespace colx::table

@@ -15,7 +15,7 @@ namespace {
 // value that is wider pushes the rest of its line to the right.
 class AlignedWriter : public Writer {
  public:
-  AlignedWriter(Output& output, bool bold_header) : Writer(output), _bold_header(bold_header) {}
+  using Writer::Writer;
 
   void begin(std::span<const Heading> columns) override {
     std::vector<std::string> header;
@@ -31,7 +31,7 @@ class AlignedWriter : public Writer {
     std::vector<std::string> line;
     line.reserve(fields.size());
     for (const Field& field : fields)
-      line.push_back(printable(text_of(field)));
+      line.push_back(printable(shown(field)));
     if (_settled) {
       _write(line);
       return;
@@ -48,8 +48,8 @@ class AlignedWriter : public Writer {
   // Writes what was held back to measure it.
   void _settle() {
     if (!_settled && !_held.empty()) {
-      if (_bold_header) out() << "\x1b[1m";
-      _write(_held[0], _bold_header ? "\x1b[0m" : "");
+      if (look().bold_header) out() << "\x1b[1m";
+      _write(_held[0], look().bold_header ? "\x1b[0m" : "");
       for (std::size_t i = 1; i < _held.size(); ++i)
         _write(_held[i]);
     }
@@ -76,7 +76,6 @@ class AlignedWriter : public Writer {
     out().end_row();
   }
 
-  bool _bold_header;
   bool _settled = false;
   std::vector<bool> _is_text;
   std::vector<std::size_t> _widths;
@@ -85,8 +84,8 @@ class AlignedWriter : public Writer {
 
 }  // namespace
 
-std::unique_ptr<Writer> make_aligned_writer(Output& output, bool bold_header) {
-  return std::make_unique<AlignedWriter>(output, bold_header);
+std::unique_ptr<Writer> make_aligned_writer(Output& output, const Look& look) {
+  return std::make_unique<AlignedWriter>(output, look);
 }
 
 }  // namespace colx::table

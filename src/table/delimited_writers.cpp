@@ -25,7 +25,7 @@ class TsvWriter : public Writer {
     bool first = true;
     for (const Field& field : fields) {
       if (!std::exchange(first, false)) out() << '\t';
-      out() << text_of(field);
+      out() << shown(field);
     }
     out() << '\n';
     out().end_row();
@@ -39,6 +39,7 @@ class CsvWriter : public Writer {
 
   void begin(std::span<const Heading> columns) override {
     bool first = true;
+    if (look().byte_order_mark) out() << "\xEF\xBB\xBF";
     for (const Heading& column : columns) {
       if (!std::exchange(first, false)) out() << ',';
       out() << column.name;
@@ -50,10 +51,10 @@ class CsvWriter : public Writer {
     bool first = true;
     for (const Field& field : fields) {
       if (!std::exchange(first, false)) out() << ',';
-      _write(text_of(field));
+      _write(shown(field));
     }
     // A line without anything would be taken for no record at all.
-    if (fields.size() == 1 && text_of(fields[0]).empty()) out() << "\"\"";
+    if (fields.size() == 1 && shown(fields[0]).empty()) out() << "\"\"";
     _end_line();
   }
 
@@ -79,12 +80,12 @@ class CsvWriter : public Writer {
 
 }  // namespace
 
-std::unique_ptr<Writer> make_tsv_writer(Output& output) {
-  return std::make_unique<TsvWriter>(output);
+std::unique_ptr<Writer> make_tsv_writer(Output& output, const Look& look) {
+  return std::make_unique<TsvWriter>(output, look);
 }
 
-std::unique_ptr<Writer> make_csv_writer(Output& output) {
-  return std::make_unique<CsvWriter>(output);
+std::unique_ptr<Writer> make_csv_writer(Output& output, const Look& look) {
+  return std::make_unique<CsvWriter>(output, look);
 }
 
 }  // namespace colx::table

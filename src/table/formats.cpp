@@ -29,21 +29,21 @@ std::optional<Format> find_format(std::string_view name) {
   return std::nullopt;
 }
 
-std::unique_ptr<Writer> make_writer(Format format, Output& output, bool bold_header) {
+std::unique_ptr<Writer> make_writer(Format format, Output& output, const Look& look) {
   switch (format) {
     case Format::csv:
-      return make_csv_writer(output);
+      return make_csv_writer(output, look);
     case Format::jsonl:
-      return make_json_lines_writer(output);
+      return make_json_lines_writer(output, look);
     case Format::markdown:
-      return make_markdown_writer(output);
+      return make_markdown_writer(output, look);
     case Format::aligned:
-      return make_aligned_writer(output, bold_header);
+      return make_aligned_writer(output, look);
     case Format::tsv:
     case Format::ucs:
       break;
   }
-  return make_tsv_writer(output);
+  return make_tsv_writer(output, look);
 }
 
 std::vector<Column> ucs_columns(std::span<const Column> columns) {

@@ -19,8 +19,8 @@ enum class Format { tsv, csv, jsonl, markdown, ucs, aligned };
 // The format of that name: tsv, csv, jsonl, markdown, ucs, table.
 std::optional<Format> find_format(std::string_view name);
 
-// A writer for the format. `bold_header` is for the aligned table alone: it is then written for a terminal.
-std::unique_ptr<Writer> make_writer(Format format, Output& output, bool bold_header);
+// A writer for the format.
+std::unique_ptr<Writer> make_writer(Format format, Output& output, const Look& look);
 
 // The columns of a ucs table: id, l1, l2, f, f1, f2, N, which are the rank, both lemmas, the frequencies and the total
 // under other names, and then all given columns that are not among them, with dots for underscores, which names of that

@@ -26,8 +26,12 @@ class JsonLinesWriter : public Writer {
       out() << _keys[i];
       if (fields[i].kind == FieldKind::text)
         _write(fields[i].content);
+      else if (fields[i].kind == FieldKind::number)
+        out() << fields[i].content;
+      else if (look().special_as_text)
+        out() << '"' << text_of(fields[i]) << '"';
       else
-        out() << (fields[i].kind == FieldKind::number ? fields[i].content : std::string_view("null"));
+        out() << "null";
     }
     out() << "}\n";
     out().end_row();
@@ -63,8 +67,8 @@ class JsonLinesWriter : public Writer {
 
 }  // namespace
 
-std::unique_ptr<Writer> make_json_lines_writer(Output& output) {
-  return std::make_unique<JsonLinesWriter>(output);
+std::unique_ptr<Writer> make_json_lines_writer(Output& output, const Look& look) {
+  return std::make_unique<JsonLinesWriter>(output, look);
 }
 
 }  // namespace colx::table

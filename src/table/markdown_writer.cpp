@@ -25,7 +25,7 @@ class MarkdownWriter : public Writer {
   void row(std::span<const Field> fields) override {
     out() << '|';
     for (const Field& field : fields)
-      _write(text_of(field));
+      _write(shown(field));
     out() << '\n';
     out().end_row();
   }
@@ -43,8 +43,8 @@ class MarkdownWriter : public Writer {
 
 }  // namespace
 
-std::unique_ptr<Writer> make_markdown_writer(Output& output) {
-  return std::make_unique<MarkdownWriter>(output);
+std::unique_ptr<Writer> make_markdown_writer(Output& output, const Look& look) {
+  return std::make_unique<MarkdownWriter>(output, look);
 }
 
 }  // namespace colx::table

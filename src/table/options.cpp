@@ -39,6 +39,16 @@ Format _format(const GivenOption& given) {
   return *format;
 }
 
+std::string _na(const GivenOption& given) {
+  if (given.value.find_first_of("\t\r\n") != std::string::npos) reject(given, "a text without TAB and line end");
+  return given.value;
+}
+
+bool _special_as_text(const GivenOption& given) {
+  if (given.value != "null" && given.value != "strings") reject(given, "null or strings");
+  return given.value == "strings";
+}
+
 constexpr auto _rows = std::to_array<Row>({
     {{"--columns", "LIST", "columns to print instead of the default ones, separated by commas"},
      [](Options& options, const GivenOption& given) { options.columns = _split_list(given); }},
@@ -67,6 +77,12 @@ constexpr auto _rows = std::to_array<Row>({
      [](Options& options, const GivenOption& given) { options.format = _format(given); }},
     {{"--precision", "DIGITS", "significant digits of computed measures, 1 to 17; default 10"},
      [](Options& options, const GivenOption& given) { options.style.precision = _precision(given); }},
+    {{"--na", "TEXT", "what stands for values that are not a number; default NA"},
+     [](Options& options, const GivenOption& given) { options.na = _na(given); }},
+    {{"--bom", "", "begin csv with a byte order mark, by which spreadsheets know UTF-8"},
+     [](Options& options, const GivenOption&) { options.byte_order_mark = true; }},
+    {{"--json-numbers", "HOW", "what jsonl has for NA, Inf and -Inf: null, the default, or strings"},
+     [](Options& options, const GivenOption& given) { options.special_as_text = _special_as_text(given); }},
     {{"--unsigned", "",
       "leave out the sign of G2, X2 and simple_ll, which is that of frequency less expected frequency"},
      [](Options& options, const GivenOption&) { options.style.sign = Sign::none; }},

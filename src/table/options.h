@@ -30,6 +30,9 @@ struct Options {
   std::vector<RowFilter> filters;
   std::optional<Format> format;
   Style style;
+  std::optional<std::string> na;        // what stands for not-a-number
+  bool byte_order_mark = false;         // of csv
+  std::optional<bool> special_as_text;  // in jsonl, in place of null
 
   std::string information;  // what --help or --version print; the run then does nothing else
 };

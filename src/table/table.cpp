@@ -25,12 +25,23 @@ bool _is_set(const char* variable) {
   return value != nullptr && *value != '\0';
 }
 
+// The look of a table, once its format is known. Throws usage_error for what the format has no use for.
+Look _look(const Options& options, Format format, bool bold) {
+  if (options.na.has_value() && format == Format::jsonl)
+    throw usage_error("--na is not for jsonl, which has null; --json-numbers strings tells NA from infinities");
+  if (options.byte_order_mark && format != Format::csv) throw usage_error("--bom is for --format csv");
+  if (options.special_as_text.has_value() && format != Format::jsonl)
+    throw usage_error("--json-numbers is for --format jsonl");
+  return {options.na.value_or("NA"), options.byte_order_mark, options.special_as_text.value_or(false), bold};
+}
+
 }  // namespace
 
 void write_table(const Options& options, Output& output, bool on_terminal, bool bold) {
   const Format format = options.format.value_or(on_terminal ? Format::aligned : Format::tsv);
+  const Look look = _look(options, format, bold);
   BlockReader reader(options.input);
-  TableRun table(options, format, output, bold);
+  TableRun table(options, format, output, look);
   Block block;
   bool begun = false;
   try {

@@ -44,8 +44,8 @@ void _check_for_n(const Options& options, Format format, std::size_t n) {
 
 }  // namespace
 
-TableRun::TableRun(const Options& options, Format format, Output& output, bool bold)
-    : _options(options), _format(format), _writer(make_writer(format, output, bold)) {
+TableRun::TableRun(const Options& options, Format format, Output& output, const Look& look)
+    : _options(options), _format(format), _writer(make_writer(format, output, look)) {
   if (options.sort.has_value()) _sorted = std::make_unique<SortedRows>(*options.sort, options.top);
 }
 

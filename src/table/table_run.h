@@ -17,8 +17,8 @@ namespace colx::table {
 // Takes N-grams one after another and hands their rows to a writer, at once or, when they are to be sorted, at the end.
 class TableRun {
  public:
-  // Options and output must outlive the run. `bold` is for the header of an aligned table.
-  TableRun(const Options& options, Format format, Output& output, bool bold);
+  // Options and output must outlive the run.
+  TableRun(const Options& options, Format format, Output& output, const Look& look);
 
   // Takes all that follows from N and writes the header; n = 0 when there is no N-gram. Throws usage_error when the
   // options ask for something that N-grams of n words do not have.

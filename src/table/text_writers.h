@@ -9,12 +9,10 @@
 
 namespace colx::table {
 
-std::unique_ptr<Writer> make_tsv_writer(Output& output);
-std::unique_ptr<Writer> make_csv_writer(Output& output);
-std::unique_ptr<Writer> make_json_lines_writer(Output& output);
-std::unique_ptr<Writer> make_markdown_writer(Output& output);
-
-// With `bold_header` the header is written for a terminal.
-std::unique_ptr<Writer> make_aligned_writer(Output& output, bool bold_header);
+std::unique_ptr<Writer> make_tsv_writer(Output& output, const Look& look);
+std::unique_ptr<Writer> make_csv_writer(Output& output, const Look& look);
+std::unique_ptr<Writer> make_json_lines_writer(Output& output, const Look& look);
+std::unique_ptr<Writer> make_markdown_writer(Output& output, const Look& look);
+std::unique_ptr<Writer> make_aligned_writer(Output& output, const Look& look);
 
 }  // namespace colx::table

@@ -3,16 +3,27 @@
 // Writing one table, in whatever format.
 
 #include <span>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "rows/field.h"
 #include "table/output.h"
 
 namespace colx::table {
 
+// What the user decides about the look of a table. Every writer takes what its format has a use for.
+struct Look {
+  std::string na = "NA";         // stands for not-a-number, but in jsonl
+  bool byte_order_mark = false;  // csv: at its beginning
+  bool special_as_text = false;  // jsonl: "NA", "Inf" and "-Inf" in place of null
+  bool bold_header = false;      // table: for a terminal
+};
+
 // Takes one table: begin, its rows, end.
 class Writer {
  public:
-  explicit Writer(Output& output) : _output(output) {}
+  Writer(Output& output, Look look) : _output(output), _look(std::move(look)) {}
   virtual ~Writer() = default;
 
   Writer(const Writer&) = delete;
@@ -27,9 +38,12 @@ class Writer {
 
  protected:
   Output& out() { return _output; }
+  const Look& look() const { return _look; }
+  std::string_view shown(const Field& field) const { return text_of(field, _look.na); }
 
  private:
   Output& _output;  // not owned
+  Look _look;
 };
 
 }  // namespace colx::table

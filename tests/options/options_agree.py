@@ -9,6 +9,8 @@ import re
 import subprocess
 import sys
 
+# What options need beside them to be taken at all.
+COMPANY = {"--json-numbers": ["--format", "jsonl"]}
 OPTION = r"-{1,2}[A-Za-z][A-Za-z-]*"
 
 
@@ -81,13 +83,13 @@ def refused_values(source, program, options):
                 refused.append(f"{option} completes {words}, not files")
             continue
         def takes(word):
-            return subprocess.run([program, option, word], input="\n", capture_output=True, text=True).returncode == 0
+            return subprocess.run([program, *COMPANY.get(option, []), option, word], input="\n", capture_output=True, text=True).returncode == 0
 
         refused += [f"{option} {word} is completed and refused" for word in words if not takes(word)]
         if value in ("FORMAT", "SOURCE", "HOW", "NAME") or option == "--measures":
             lacking = [word for word in help_words(program, option) if word not in words and takes(word)]
             refused += [f"{option} {word} is not completed" for word in lacking]
-        if not words and value not in ("WORDS", "MASK", "K", "F", "CONDITION", "DIGITS"):
+        if not words and value not in ("WORDS", "MASK", "K", "F", "CONDITION", "DIGITS", "TEXT"):
             refused.append(f"{option} completes nothing")
     return refused
 

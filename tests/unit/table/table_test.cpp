@@ -48,6 +48,47 @@ TEST(Table, WritesSpecialValuesAsDocumented) {
             "\"mutual_information\":null,\"pearson\":0.5}\n");
 }
 
+TEST(Table, SpellsSpecialValuesAsAsked) {
+  const std::string content = _pair("NA", "b", 3, "-nan") + "\n";
+  const auto with = [&](const std::string& format, const std::string& option) {
+    return _table(content,
+                  {"--columns=lemma1,chi_square,log_likelihood,mutual_information", "--format=" + format, option});
+  };
+  const std::string header = "lemma1\tchi_square\tlog_likelihood\tmutual_information\n";
+  EXPECT_EQ(with("tsv", "--na="), header + "NA\t\tInf\t-Inf\n");
+  EXPECT_EQ(with("tsv", "--na=\"x\""), header + "NA\t\"x\"\tInf\t-Inf\n");
+  EXPECT_TRUE(with("csv", "--na=\"x\"").ends_with("\r\nNA,\"\"\"x\"\"\",Inf,-Inf\r\n"));
+  EXPECT_TRUE(with("markdown", "--na=*").ends_with("\n| NA | \\* | Inf | -Inf |\n"));
+  EXPECT_TRUE(with("table", "--na=-").ends_with("\nNA               -             Inf                -Inf\n"));
+  EXPECT_EQ(with("jsonl", "--json-numbers=strings"),
+            "{\"lemma1\":\"NA\",\"chi_square\":\"NA\",\"log_likelihood\":\"Inf\",\"mutual_information\":\"-Inf\"}\n");
+  EXPECT_EQ(with("jsonl", "--json-numbers=null"),
+            "{\"lemma1\":\"NA\",\"chi_square\":null,\"log_likelihood\":null,\"mutual_information\":null}\n");
+}
+
+TEST(Table, NotANumberKeepsItsNameInConditions) {
+  EXPECT_EQ(_table(_pair("a", "b", 3, "-nan") + "\n", {"--columns=lemma1", "--na=-", "--where=chi_square=NA"}),
+            "lemma1\na\n");
+}
+
+TEST(Table, BeginsCsvWithAByteOrderMarkWhenAsked) {
+  EXPECT_EQ(_table(_pair("\xC3\xA9", "b", 3) + "\n", {"--columns=lemma1", "--format=csv", "--bom"}),
+            "\xEF\xBB\xBFlemma1\r\n\xC3\xA9\r\n");
+}
+
+TEST(Table, RefusesWhatAFormatHasNoUseFor) {
+  const std::string content = _pair("a", "b", 3) + "\n";
+  for (const Words& wrong : std::vector<Words>{{"--na=-", "--format=jsonl"},
+                                               {"--bom"},
+                                               {"--bom", "--format=jsonl"},
+                                               {"--json-numbers=strings"},
+                                               {"--json-numbers=null", "--format=csv"},
+                                               {"--json-numbers=both", "--format=jsonl"},
+                                               {"--na=a\tb"},
+                                               {"--na=a\n"}})
+    EXPECT_THROW(_table(content, wrong), usage_error) << wrong[0];
+}
+
 TEST(Table, MakesTreesReadable) {
   EXPECT_EQ(_table(_pair("heavy", "rain", 1) + "\n", {"--columns=pattern"}), "pattern\nheavy <Atr rain\n");
   const std::string triple =
