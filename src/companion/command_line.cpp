@@ -196,7 +196,7 @@ void reject(const GivenOption& given, std::string_view expected) {
 
 int run_companion(const Program& program, int argc, const char* const* argv,
                   int (*work)(const std::vector<std::string>& arguments)) {
-  std::signal(SIGPIPE, SIG_IGN);
+  const auto at_start = std::signal(SIGPIPE, SIG_IGN);
   _occupy_standard_descriptors();
   try {
     const int status = work(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
@@ -205,6 +205,11 @@ int run_companion(const Program& program, int argc, const char* const* argv,
     return _complain(program, fmt::format("cannot write to standard output: {}", system_reason()), 1);
   } catch (const usage_error& error) {
     return _complain(program, error.what(), 2);
+  } catch (const reader_gone& error) {
+    if (at_start == SIG_IGN) return _complain(program, error.what(), 1);
+    std::signal(SIGPIPE, SIG_DFL);
+    std::raise(SIGPIPE);
+    return 128 + SIGPIPE;  // where the signal is blocked
   } catch (const std::bad_alloc&) {
     return _complain(program, "not enough memory", 1);
   } catch (const std::exception& error) {

@@ -106,8 +106,10 @@ std::size_t whole_number(const GivenOption& given, std::size_t least);
 [[noreturn]] void reject(const GivenOption& given, std::string_view expected);
 
 // Runs the work of a program and returns its exit status. A failure is told on standard error under the program's name:
-// usage_error makes the status 2 and points to --help, anything else makes it 1. A reader of standard output that goes
-// away counts as a failed write.
+// usage_error makes the status 2 and points to --help, anything else makes it 1. When the reader of standard output
+// goes away the run is ended in good order and the program then dies of SIGPIPE without a word, as GNU tools do; where
+// that signal was ignored from the start it counts as a failed write. No other stream can end it so: a reader of
+// standard error that goes away costs no file.
 int run_companion(const Program& program, int argc, const char* const* argv,
                   int (*work)(const std::vector<std::string>& arguments));
 

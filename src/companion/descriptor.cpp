@@ -59,10 +59,15 @@ std::size_t Descriptor::read_some(void* to, std::size_t size, std::string_view n
 void Descriptor::write_fully(std::string_view text, std::string_view name) const {
   while (!text.empty()) {
     const ssize_t count = ::write(_number, text.data(), text.size());
-    if (count >= 0)
+    if (count >= 0) {
       text.remove_prefix(static_cast<std::size_t>(count));
-    else if (errno != EINTR)
-      throw output_error(fmt::format("cannot write to {}: {}", name, system_reason()));
+      continue;
+    }
+    if (errno == EINTR) continue;
+    const bool lost_reader = errno == EPIPE && !_owned && _number == STDOUT_FILENO;
+    const std::string message = fmt::format("cannot write to {}: {}", name, system_reason());
+    if (lost_reader) throw reader_gone(message);
+    throw output_error(message);
   }
 }
 

@@ -30,7 +30,8 @@ class Descriptor {
   // Reads up to `size` bytes and returns how many; 0 is the end. `name` is for the message. Throws input_error.
   std::size_t read_some(void* to, std::size_t size, std::string_view name) const;
 
-  // Writes all of a text. `name` is for the message. Throws output_error, also when a reader has gone away.
+  // Writes all of a text. `name` is for the message. Throws output_error, but
+  // reader_gone when it is standard output that has lost its reader.
   void write_fully(std::string_view text, std::string_view name) const;
 
   // Closes it, unless it is a standard stream. A file system may tell only now that something could not be written:
@@ -48,7 +49,7 @@ Descriptor open_for_reading(const std::string& path);
 // The name of that input for messages.
 std::string input_name(const std::string& path);
 
-// Writes to standard output. Throws output_error.
+// Writes to standard output. Throws output_error and reader_gone.
 void write_to_standard_output(std::string_view text);
 
 // Tells regular files apart, whatever names lead to them.

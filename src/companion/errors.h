@@ -24,4 +24,10 @@ class output_error : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// Nobody reads standard output any longer, so there is no need to go on and nothing to tell.
+class reader_gone : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 }  // namespace colx

@@ -120,7 +120,7 @@ constinit const Program program = {
         "Example:\n"
         "  ngrex-table --min-frequency 3 --measures logDice --sort logDice pairs.txt\n"
         "Exit status: 0 when the table is complete, 1 for failures, 2 for a wrong\n"
-        "command line.",
+        "command line, 141 when the reader of the table goes away.",
     .options = _entries,
     .most_files = 1,
 };

@@ -43,7 +43,8 @@ class Output {
   std::string _pending;
 };
 
-// Standard output. Throws output_error when a text cannot be written, for instance because the disk is full.
+// Standard output. Throws output_error when a text cannot be written, for instance because the disk is full,
+// and reader_gone.
 class StandardOutput : public Output {
  private:
   void _deliver(std::string_view text) override;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -38,15 +39,38 @@ TEST(TableProgram, RowsBeforeAFaultStand) {
   EXPECT_NE(result.err.find("line 6:"), std::string::npos);
 }
 
-TEST(TableProgram, FullDiskAndClosedPipeAreErrors) {
+TEST(TableProgram, AFullDiskIsAnError) {
   ToolOptions full;
   full.output_path = "/dev/full";
   EXPECT_EQ(run_tool("ngrex-table", {}, pair + "\n", full).status, 1);
+}
+
+TEST(TableProgram, AReaderThatGoesAwayEndsItInSilence) {
   ToolOptions closed;
   closed.output_closed_pipe = true;
+  for (const std::vector<std::string>& arguments : {std::vector<std::string>{}, {"--sort", "frequency"}, {"--help"}}) {
+    const ToolResult result = run_tool("ngrex-table", arguments, pair + "\n", closed);
+    EXPECT_EQ(result.status, 128 + SIGPIPE);
+    EXPECT_EQ(result.err, "");
+  }
+  closed.ignore_sigpipe = true;
   const ToolResult result = run_tool("ngrex-table", {}, pair + "\n", closed);
   EXPECT_EQ(result.status, 1);
-  EXPECT_NE(result.err.find("cannot write to standard output"), std::string::npos);
+  EXPECT_EQ(result.err, "ngrex-table: cannot write to standard output: Broken pipe\n");
+}
+
+TEST(TableProgram, HelpIsGivenWhateverElseStandsOnTheLine) {
+  const std::string help = run_tool("ngrex-table", {"--help"}).out;
+  const std::vector<std::vector<std::string>> lines = {{"--nonsense", "--help"}, {"--help", "--sort", "lemma9"},
+                                                       {"--top", "x", "-h"},     {"--format=xls", "--help", "--sort"},
+                                                       {"a", "b", "--help"},     {"--help", "--version"}};
+  for (const std::vector<std::string>& arguments : lines) {
+    const ToolResult result = run_tool("ngrex-table", arguments);
+    EXPECT_EQ(result.status, 0) << arguments[0];
+    EXPECT_EQ(result.out, help) << arguments[0];
+    EXPECT_EQ(result.err, "") << arguments[0];
+  }
+  EXPECT_EQ(run_tool("ngrex-table", {"--", "--help"}).status, 1);
 }
 
 TEST(TableProgram, AMissingFileIsAnInputError) {

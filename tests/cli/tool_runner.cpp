@@ -52,6 +52,14 @@ std::string _content(const File& file) {
   return text;
 }
 
+// The end to write to of a pipe that nobody reads.
+int _unread_pipe() {
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) _fail("pipe2");
+  close(ends[0]);
+  return ends[1];
+}
+
 void _send(int descriptor, const std::string& text) {
   std::size_t sent = 0;
   while (sent < text.size()) {
@@ -79,31 +87,33 @@ ToolResult run_tool(const std::string& program, const std::vector<std::string>& 
   std::array<int, 2> in{};
   if (pipe2(in.data(), O_CLOEXEC) != 0) _fail("pipe2");
   int out_descriptor = dup(fileno(out.get()));
+  int err_descriptor = dup(fileno(err.get()));
+  if (options.errors_closed_pipe) {
+    close(err_descriptor);
+    err_descriptor = _unread_pipe();
+  }
   if (options.output_closed_pipe) {
-    std::array<int, 2> unread{};
-    if (pipe2(unread.data(), O_CLOEXEC) != 0) _fail("pipe2");
-    close(unread[0]);
     close(out_descriptor);
-    out_descriptor = unread[1];
+    out_descriptor = _unread_pipe();
   } else if (!options.output_path.empty()) {
     close(out_descriptor);
     const int mode = options.append_output ? O_APPEND : O_TRUNC;
     out_descriptor = open(options.output_path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | mode, 0666);
   }
-  if (out_descriptor < 0) _fail("standard output");
+  if (out_descriptor < 0 || err_descriptor < 0) _fail("standard output and standard error");
 
   // A child that ends without reading its input must not end the tests.
   auto* const old_handler = std::signal(SIGPIPE, SIG_IGN);
   const pid_t child = fork();
   if (child < 0) _fail("fork");
   if (child == 0) {
-    std::signal(SIGPIPE, SIG_DFL);
+    std::signal(SIGPIPE, options.ignore_sigpipe ? SIG_IGN : SIG_DFL);
     alarm(seconds_until_alarm);
     for (std::string& setting : settings)
       putenv(setting.data());
     if (!options.working_directory.empty() && chdir(options.working_directory.c_str()) != 0) _exit(126);
     if (dup2(in[0], STDIN_FILENO) < 0 || dup2(out_descriptor, STDOUT_FILENO) < 0 ||
-        dup2(fileno(err.get()), STDERR_FILENO) < 0) {
+        dup2(err_descriptor, STDERR_FILENO) < 0) {
       _exit(126);
     }
     execv(words.front(), words.data());
@@ -111,6 +121,7 @@ ToolResult run_tool(const std::string& program, const std::vector<std::string>& 
   }
   close(in[0]);
   close(out_descriptor);
+  close(err_descriptor);
   std::thread sender(_send, in[1], std::cref(input));
   int wait_status = 0;
   while (waitpid(child, &wait_status, 0) < 0) {

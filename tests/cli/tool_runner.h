@@ -13,6 +13,8 @@ struct ToolOptions {
   std::string output_path;            // where standard output goes; empty: it is caught
   bool append_output = false;         // write behind what is there
   bool output_closed_pipe = false;    // standard output is a pipe that nobody reads
+  bool errors_closed_pipe = false;    // so is standard error
+  bool ignore_sigpipe = false;        // as behind "trap '' PIPE" in a shell
   std::vector<std::string> settings;  // NAME=VALUE, added to the environment
 };
 
