@@ -10,8 +10,9 @@ _ngrex_complete_list() {
 # What follows an option: words, a list of words ("list:"), files ("files"), or something that cannot be completed ("text").
 # Prints nothing for a switch.
 _ngrex_value_of() {
-  local measures='G2 X2 MI MI3 logDice Dice t z Fisher odds_ratio'
-  local columns='frequency total pattern chi_square log_likelihood mutual_information pearson t_test z_score'
+  local measures='G2 X2 simple_ll expected t z poisson MI MI3 local_mi npmi Dice logDice jaccard min_sensitivity phi odds_ratio
+    log_ratio delta_p12 delta_p21 p_G2 p_X2 Fisher'
+  local columns='frequency per_million total pattern chi_square log_likelihood mutual_information pearson t_test z_score'
   columns+=" $measures $(printf '%s ' {lemma,tag,parent,relation,marginal}{1,2,3,4,5,6,7})"
   case $1:$2 in
     ngrex:-n) echo '2 3 4 5 6 7' ;;
@@ -46,7 +47,7 @@ _ngrex_complete() {
         --strict --tag-table -q --quiet -h --help --version'
       ;;
     ngrex-table)
-      options='--columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision --na --bom --json-numbers
+      options='--columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision --na --bom --json-numbers --unsigned
         -h --help --version'
       ;;
   esac

@@ -123,7 +123,7 @@ def main():
             failures += 1
     for words, expected in ((("ngrex", "-n", ""), list("234567")), (("ngrex", "-tf", ""), []),
                             (("ngrex", "-i", "ng"), ["ngrex.bash"]), (("ngrex-table", "--", "-"), []),
-                            (("ngrex-table", "--measures", "G2,lo"), ["G2,logDice"]),
+                            (("ngrex-table", "--measures", "G2,logD"), ["G2,logDice"]),
                             (("ngrex-import", "--from", "=", "d"), ["datafile"])):
         if completed(source, *words) != expected:
             print(f"{words} is completed to {completed(source, *words)}")

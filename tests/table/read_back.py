@@ -11,6 +11,7 @@ cut somewhere the whole N-grams before the cut must be printed.
 import argparse
 import codecs
 import csv
+import decimal
 import fractions
 import io
 import json
@@ -25,7 +26,13 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 import differential  # noqa: E402
 
 OWN = ["chi_square", "log_likelihood", "mutual_information", "pearson", "t_test", "z_score"]
-MEASURES = ["G2", "X2", "MI", "MI3", "logDice", "Dice", "t", "z"]
+MEASURES = ["per_million", "G2", "X2", "simple_ll", "expected", "t", "z", "poisson", "MI", "MI3", "local_mi", "npmi", "Dice", "logDice", "jaccard",
+            "min_sensitivity"]
+OF_PAIRS = ["phi", "odds_ratio", "log_ratio", "delta_p12", "delta_p21", "p_G2", "p_X2", "Fisher"]
+WITH_SIGN = ["G2", "X2", "simple_ll"]
+RECOMPUTED = 300  # N-grams of a file whose measures are recomputed, which takes much longer than printing them
+PLAIN = ["rank", "lemma", "tag", "parent", "relation", "frequency", "marginal", "total"]
+decimal.getcontext().prec = 60
 LARGEST = 4_000_000  # bytes of an output datafile that are taken apart here in reasonable time
 TEXTS = ("lemma", "tag", "relation", "pattern")
 
@@ -83,26 +90,69 @@ def row_of(block, rank):
     return {name: value if isinstance(value, bytes) else b"%d" % value for name, value in row.items()}
 
 
+def ln(ratio):
+    """The natural logarithm of a fraction, to sixty digits."""
+    if ratio == 0:
+        return decimal.Decimal("-Infinity")
+    return decimal.Decimal(ratio.numerator).ln() - decimal.Decimal(ratio.denominator).ln()
+
+
+def log2(ratio):
+    return ln(ratio) / decimal.Decimal(2).ln()
+
+
+def number(fraction):
+    return decimal.Decimal(fraction.numerator) / decimal.Decimal(fraction.denominator)
+
+
+def quotient(a, b):
+    """a / b as a fraction; infinite or not a number where b is 0."""
+    if b != 0:
+        return fractions.Fraction(a) / b
+    return None if a == 0 else math.inf
+
+
+def tail(statistic):
+    """Upper tail of the chi-square distribution with one degree of freedom."""
+    return math.erfc(math.sqrt(float(statistic) / 2))
+
+
 def measures_of(block):
-    """Textbook measures as floating-point numbers, None where they are not a number."""
+    """Textbook measures of an N-gram that occurs, by whole numbers, fractions and logarithms of sixty digits; None where they are
+    not a number."""
     cells, n = block["cells"], len(block["members"])
     total, f, marginals = sum(cells), cells[-1], marginals_of(block)
 
     def expected(cell):
         product = math.prod(f_k if cell >> (n - 1 - k) & 1 else total - f_k for k, f_k in enumerate(marginals))
-        return product / total ** (n - 1)  # whole numbers up to the division
+        return fractions.Fraction(product, total ** (n - 1))
 
     e = expected(len(cells) - 1)
-    pairs = {}
-    if n == 2:
-        pairs["Fisher"] = fisher(f, *marginals, total)
-        product = cells[1] * cells[2]
-        pairs["odds_ratio"] = cells[0] * f / product if product else None if cells[0] * f == 0 else math.inf
+    sign = -1 if f < e else 1
     table = [(o, expected(i)) for i, o in enumerate(cells) if expected(i) > 0]
-    return {"G2": 2 * math.fsum(o * math.log(o / x) for o, x in table if o),
-            "X2": math.fsum((o - x) ** 2 / x for o, x in table), "MI": math.log2(f / e), "MI3": math.log2(f**3 / e),
-            "Dice": n * f / sum(marginals), "logDice": 14 + math.log2(n * f / sum(marginals)),
-            "t": (f - e) / math.sqrt(f), "z": (f - e) / math.sqrt(e), **pairs}
+    g2 = 2 * sum(o * ln(o / x) for o, x in table if o)
+    x2 = number(sum((o - x) ** 2 / x for o, x in table))
+    mi = log2(f / e)
+    dice = fractions.Fraction(n * f, sum(marginals))
+    values = {"per_million": fractions.Fraction(f * 10**6, total), "G2": sign * g2, "X2": sign * x2, "simple_ll": sign * 2 * (f * ln(f / e) - number(f - e)), "expected": e,
+              "t": number(f - e) / decimal.Decimal(f).sqrt(), "z": number(f - e) / number(e).sqrt(),
+              "poisson": f * (ln(f / e) - 1), "MI": mi, "MI3": mi + 2 * log2(fractions.Fraction(f)), "local_mi": f * mi,
+              "npmi": mi / (-(n - 1) * log2(fractions.Fraction(f, total))) if f < total else None, "Dice": dice,
+              "logDice": 14 + log2(dice), "jaccard": fractions.Fraction(f, total - cells[0]),
+              "min_sensitivity": fractions.Fraction(f, max(marginals))}
+    if n == 2:
+        f1, f2 = marginals
+        product = f1 * f2 * (total - f1) * (total - f2)
+        without1, without2 = quotient(cells[1], total - f1), quotient(cells[2], total - f2)
+        ratio = quotient(fractions.Fraction(f, f1), without1) if without1 is not None else None
+        values.update({
+            "phi": (cells[3] * cells[0] - cells[2] * cells[1]) / decimal.Decimal(product).sqrt() if product else None,
+            "odds_ratio": quotient(cells[3] * cells[0], cells[2] * cells[1]),
+            "log_ratio": ratio if ratio in (None, math.inf) else log2(ratio),
+            "delta_p12": None if without1 is None else fractions.Fraction(f, f1) - without1,
+            "delta_p21": None if without2 is None else fractions.Fraction(f, f2) - without2,
+            "p_G2": tail(g2), "p_X2": tail(x2), "Fisher": fisher(f, f1, f2, total)})
+    return values
 
 
 def fisher(f, f1, f2, total):
@@ -115,11 +165,11 @@ def fisher(f, f1, f2, total):
     return math.log10(everything) - math.log10(everything - below)
 
 
-def close(printed, expected, block):
-    if expected is None or math.isinf(expected):
+def close(printed, expected):
+    if expected is None or expected == math.inf:
         return printed == (b"NA" if expected is None else b"Inf")
-    # G2 as computed here loses digits near independence, in proportion to the total.
-    return math.isclose(float(printed), expected, rel_tol=1e-8, abs_tol=1e-12 * (1 + sum(block["cells"])))
+    # Sixty digits leave a trace where exactly 0 would be right.
+    return math.isclose(float(printed), float(expected), rel_tol=1e-9, abs_tol=1e-40)
 
 
 class Disagreement(Exception):
@@ -137,25 +187,33 @@ def table_of(program, path, *options, status=0):
     return run.stdout
 
 
-def check_formats(program, path, blocks):
-    of_pairs = ["Fisher", "odds_ratio"] if blocks and len(blocks[0]["members"]) == 2 else []
-    options = ["--cells", "--pattern", "--measures", ",".join(MEASURES + of_pairs)]
+def check_formats(program, path, blocks, r):
+    measures = MEASURES + (OF_PAIRS if blocks and len(blocks[0]["members"]) == 2 else [])
+    own = OWN[: len(blocks[0]["own"])] if blocks else OWN[:2]
+    options = ["--columns", ",".join(PLAIN + own + measures), "--cells", "--pattern"]
     lines = table_of(program, path, *options, "--format", "tsv").split(b"\n")[:-1]
     if not blocks:
         expect(lines == [], "a table without N-grams", lines)
         return
     rows = [row_of(block, rank) for rank, block in enumerate(blocks, 1)]
     names = [name.decode() for name in lines[0].split(b"\t")]
-    expect(set(names) == set(rows[0]) | set(MEASURES + of_pairs), "columns", names)
+    expect(set(names) == set(rows[0]) | set(measures), "columns", names)
     expect(len(lines) == len(rows) + 1, "rows", len(lines))
+    chosen = set(r.sample(range(len(blocks)), min(RECOMPUTED, len(blocks))))
     for line, row, block in zip(lines[1:], rows, blocks):
         got = dict(zip(names, line.split(b"\t")))
-        computed = measures_of(block)
+        computed = measures_of(block) if int(row["rank"]) - 1 in chosen else {}
         for name in names:
             if name in computed:
-                expect(close(got[name], computed[name], block), name, got[name], computed[name], block)
-            else:
+                expect(close(got[name], computed[name]), name, got[name], computed[name], block)
+            elif name not in measures:
                 expect(got[name] == row[name], name, got[name], row[name])
+
+    unsigned = table_of(program, path, "--unsigned", "--columns", ",".join(measures), "--format", "tsv").split(b"\n")[:-1]
+    for line, plain in zip(lines[1:], unsigned[1:]):
+        got = dict(zip(names, line.split(b"\t")))
+        for name, value in zip(measures, plain.split(b"\t")):
+            expect(value == (got[name].lstrip(b"-") if name in WITH_SIGN else got[name]), "unsigned", name, value, got[name])
 
     text = table_of(program, path, *options, "--format", "csv").decode("latin-1")
     read = list(csv.reader(io.StringIO(text, newline="")))
@@ -242,7 +300,7 @@ def main():
                 content = file.read()
             try:
                 blocks = blocks_of(content)
-                check_formats(table, path, blocks)
+                check_formats(table, path, blocks, r)
                 if blocks:
                     check_order(table, path, blocks, r)
                     check_measure_order(table, path, r)

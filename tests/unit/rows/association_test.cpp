@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <string_view>
 #include <vector>
 
@@ -50,7 +51,7 @@ TEST(Association, GivesTheChiSquareOfVacheAndCow) {
 
 TEST(Association, KeepsItsDigitsNearIndependence) {
   // Expected values computed with 60 decimal digits.
-  EXPECT_NEAR(_of("G2", 2, {5887, 1966, 1611, 538}) / 1.262685892437988e-08, 1, 1e-13);
+  EXPECT_NEAR(_of("G2", 2, {5887, 1966, 1611, 538}) / -1.262685892437988e-08, 1, 1e-13);  // f < E
   EXPECT_NEAR(_of("G2", 2, {103359978, 64962143, 510700594, 320977285}) / 2.923675987137196e-10, 1, 1e-13);
 }
 
@@ -63,6 +64,48 @@ TEST(Association, GivesFishersTeaTasting) {
   // Fisher, The Design of Experiments (1935): three of four cups right, p = (16 + 1) / 70 = 0.243; all four, 1 / 70.
   EXPECT_NEAR(_of("Fisher", 2, {3, 1, 1, 3}), -std::log10(17.0 / 70), 1e-12);
   EXPECT_NEAR(_of("Fisher", 2, {4, 0, 0, 4}), std::log10(70.0), 1e-12);
+}
+
+TEST(Association, KeepsItsDigitsNearIndependenceOfTriplesOfABigCorpus) {
+  // Total 10^13; expected values computed with 60 decimal digits.
+  const std::uint64_t eighth = 1250000000000;
+  const Cells cells = {eighth + 3, eighth, eighth, eighth, eighth, eighth, eighth, eighth + 7};
+  EXPECT_NEAR(_of("G2", 3, cells) / 3.15999999999292e-11, 1, 1e-12);
+  EXPECT_NEAR(_of("X2", 3, cells) / 3.15999999999492e-11, 1, 1e-12);
+  EXPECT_NEAR(_of("t", 3, cells) / 3.8013155617384623e-06, 1, 1e-14);
+  EXPECT_NEAR(_of("MI", 3, cells) / 4.905163139002653e-12, 1, 1e-12);
+}
+
+TEST(Association, GivesTheDirectionsOfOfCourse) {
+  // Gries, 50-something years of work on collocations (2013): of course in a corpus, 5610 and 168938, 2257 and
+  // 10233063; the book prints 0.032 for course after of and 0.697 for of before course.
+  const Cells of_course = {10233063, 2257, 168938, 5610};
+  EXPECT_NEAR(_of("delta_p12", 2, of_course), 0.032, 0.0005);
+  EXPECT_NEAR(_of("delta_p21", 2, of_course), 0.697, 0.0005);
+}
+
+TEST(Association, GivesTheCriticalValuesOfChiSquare) {
+  // Marginals of 20 in 40 and an excess of e in each cell make X2 = 40 (e / 10)^2; 3.6 at e = 3. The upper tail with
+  // one degree of freedom is erfc(sqrt(X2 / 2)).
+  const Cells cells = {13, 7, 7, 13};
+  EXPECT_NEAR(_of("X2", 2, cells), 3.6, 1e-12);
+  EXPECT_NEAR(_of("p_X2", 2, cells), std::erfc(std::sqrt(1.8)), 1e-14);
+  EXPECT_NEAR(_of("p_G2", 2, cells), std::erfc(std::sqrt(_of("G2", 2, cells) / 2)), 1e-14);
+  EXPECT_EQ(_of("p_X2", 2, {7, 13, 13, 7}), _of("p_X2", 2, cells));  // two-sided
+  EXPECT_EQ(_of("p_G2", 2, {1000000, 0, 0, 1000000}), 0);
+}
+
+TEST(Association, StatisticsHaveTheSignOfTheExcess) {
+  const Cells apart = {10, 20, 20, 10};
+  for (const std::string_view name : {"G2", "X2", "simple_ll"}) {
+    const double value = _of(name, 2, apart);
+    EXPECT_LT(value, 0) << name;
+    EXPECT_EQ(associate(*find_association(name), Contingency(2, apart), Sign::none), -value) << name;
+    EXPECT_GT(_of(name, 2, {20, 10, 10, 20}), 0) << name;
+    // For triples it is that of the whole N-gram: here 1 instead of 27 * 27 * 27 / 53^2.
+    EXPECT_LT(_of(name, 3, {1, 13, 13, 0, 13, 0, 0, 1}), 0) << name;
+  }
+  EXPECT_LT(_of("phi", 2, apart), 0);
 }
 
 TEST(Association, ComputesEveryMeasureOfASmallTableByHand) {
@@ -78,6 +121,16 @@ TEST(Association, ComputesEveryMeasureOfASmallTableByHand) {
   EXPECT_NEAR(_of("t", 2, cells), 3.0 / 7, 1e-12);
   EXPECT_NEAR(_of("z", 2, cells), 3.0 / 7 / std::sqrt(4.0 / 7), 1e-12);
   EXPECT_DOUBLE_EQ(_of("odds_ratio", 2, cells), 4);
+  EXPECT_NEAR(_of("expected", 2, cells), 4.0 / 7, 1e-15);
+  EXPECT_NEAR(_of("simple_ll", 2, cells), 2 * (std::log(1.75) - 3.0 / 7), 1e-12);
+  EXPECT_NEAR(_of("poisson", 2, cells), std::log(1.75) - 1, 1e-12);
+  EXPECT_NEAR(_of("local_mi", 2, cells), std::log2(1.75), 1e-12);
+  EXPECT_NEAR(_of("npmi", 2, cells), std::log2(1.75) / std::log2(7.0), 1e-12);
+  EXPECT_NEAR(_of("jaccard", 2, cells), 1.0 / 3, 1e-15);
+  EXPECT_DOUBLE_EQ(_of("min_sensitivity", 2, cells), 0.5);
+  EXPECT_NEAR(_of("phi", 2, cells), 3 / std::sqrt(2.0 * 2 * 5 * 5), 1e-15);
+  EXPECT_NEAR(_of("delta_p12", 2, cells), 1.0 / 2 - 1.0 / 5, 1e-15);
+  EXPECT_NEAR(_of("log_ratio", 2, cells), std::log2((1.0 / 2) / (1.0 / 5)), 1e-12);
 }
 
 TEST(Association, UsesAllCellsOfTriples) {
@@ -95,6 +148,23 @@ TEST(Association, LeavesImpossibleCellsOutOfTheSums) {
   EXPECT_DOUBLE_EQ(_of("G2", 2, {0, 0, 3, 2}), 0);
   EXPECT_TRUE(std::isinf(_of("odds_ratio", 2, {3, 0, 1, 1})));
   EXPECT_TRUE(std::isnan(_of("MI", 2, {0, 0, 0, 0})));
+}
+
+TEST(Association, HasLimitsWhereWordsNeverMeetOrNeverPart) {
+  const Cells never_together = {5, 3, 2, 0};
+  for (const std::string_view name : {"poisson", "local_mi", "jaccard", "min_sensitivity", "Dice"})
+    EXPECT_EQ(_of(name, 2, never_together), 0) << name;
+  EXPECT_EQ(_of("npmi", 2, never_together), -1);
+  EXPECT_EQ(_of("log_ratio", 2, never_together), -std::numeric_limits<double>::infinity());
+  const Cells always_together = {5, 0, 0, 3};
+  EXPECT_NEAR(_of("phi", 2, always_together), 1, 1e-15);
+  EXPECT_NEAR(_of("npmi", 2, always_together), 1, 1e-15);
+  EXPECT_EQ(_of("log_ratio", 2, always_together), std::numeric_limits<double>::infinity());
+  EXPECT_NEAR(_of("delta_p21", 2, always_together), 1, 1e-15);
+  const Cells nothing_else = {0, 0, 0, 3};
+  EXPECT_TRUE(std::isnan(_of("npmi", 2, nothing_else)));
+  EXPECT_TRUE(std::isnan(_of("phi", 2, nothing_else)));
+  EXPECT_TRUE(std::isnan(_of("delta_p12", 2, nothing_else)));
 }
 
 TEST(Fisher, AgreesWithItsExpansion) {
