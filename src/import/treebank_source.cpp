@@ -4,134 +4,58 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <utility>
 
 #include <fmt/format.h>
 
+#include "companion/descriptor.h"
 #include "companion/errors.h"
 
 namespace colx {
 
 namespace {
 
-constexpr std::size_t block_size = std::size_t{1} << 17;
+constexpr std::size_t block_size = std::size_t{1} << 18;
 constexpr std::size_t preview_size = std::size_t{1} << 18;
-constexpr int gzip_only = 15 + 16;  // largest window, gzip header and trailer
 
-}  // namespace
-
-TreebankSource::TreebankSource(const std::string& path, bool rewindable)
-    : _path(path), _name(input_name(path)), _input(open_for_reading(path)), _raw(block_size) {
-  try {
-    if (rewindable && lseek(_input.number(), 0, SEEK_CUR) != 0) _spool();
-    _start();
-  } catch (...) {
-    _release();
-    throw;
-  }
-}
-
-void TreebankSource::_release() {
-  if (_inflater_made) inflateEnd(&_inflater);
-}
-
-void TreebankSource::_fail(const std::string& reason) const {
-  throw input_error(_name + ": " + reason);
-}
-
-// Replaces the descriptor by one of a temporary file that holds the same bytes and disappears with it.
-void TreebankSource::_spool() {
+// A descriptor of a temporary file that holds the same bytes and disappears with it.
+Descriptor _copy_of(const Descriptor& input, const std::string& name) {
   const char* const folder = std::getenv("TMPDIR");
   std::string path = std::string(folder == nullptr || *folder == '\0' ? "/tmp" : folder) + "/ngrex-import-XXXXXX";
-  const std::string copy_name = fmt::format("{}, a copy of {} that is read twice", path, _name);
+  const std::string copy_name = fmt::format("{}, a copy of {} that is read twice", path, name);
   const int number = mkostemp(path.data(), O_CLOEXEC);
   if (number < 0) throw output_error(fmt::format("cannot make {}: {}", copy_name, system_reason()));
   Descriptor copy(number);
   unlink(path.c_str());
-  while (const std::size_t size = _input.read_some(_raw.data(), _raw.size(), _name))
-    copy.write_fully({reinterpret_cast<const char*>(_raw.data()), size}, copy_name);
-  if (lseek(copy.number(), 0, SEEK_SET) != 0) _fail("cannot be read again: " + system_reason());
-  _input = std::move(copy);
+  std::string block(block_size, '\0');
+  while (const std::size_t size = input.read_some(block.data(), block.size(), name))
+    copy.write_fully({block.data(), size}, copy_name);
+  if (lseek(copy.number(), 0, SEEK_SET) != 0)
+    throw input_error(fmt::format("{}: cannot be read again: {}", name, system_reason()));
+  return copy;
 }
 
-void TreebankSource::_start() {
-  _raw_begin = 0;
-  _raw_end = 0;
-  _bytes_read = 0;
-  _line_number = 0;
-  _text.clear();
-  _text_begin = 0;
-  _at_end = false;
-  // A pipe may give a single byte at first.
-  while (_raw_end < 2) {
-    const std::size_t count = _input.read_some(_raw.data() + _raw_end, _raw.size() - _raw_end, _name);
-    if (count == 0) break;
-    _raw_end += count;
-  }
-  _bytes_read = _raw_end;
-  _compressed = _raw_end >= 2 && _raw[0] == 0x1F && _raw[1] == 0x8B;
-  _inside_member = _compressed;
-  if (_compressed) {
-    if (!_inflater_made && inflateInit2(&_inflater, gzip_only) != Z_OK) _fail("no memory to decompress it");
-    _inflater_made = true;
-    inflateReset(&_inflater);
-  }
+Descriptor _open(const std::string& path, bool rewindable) {
+  Descriptor input = open_for_reading(path);
+  if (rewindable && lseek(input.number(), 0, SEEK_CUR) != 0) return _copy_of(input, input_name(path));
+  return input;
 }
 
-// Appends more text. Returns false, and notes the end, when there is none.
+}  // namespace
+
+TreebankSource::TreebankSource(const std::string& path, bool rewindable)
+    : _path(path), _bytes(_open(path, rewindable), input_name(path)) {}
+
+// Appends more text. Returns false when there is none.
 bool TreebankSource::_fill() {
-  if (_at_end) return false;
   if (_text_begin > 0) {
     _text.erase(0, _text_begin);
     _text_begin = 0;
   }
-  for (;;) {
-    if (_raw_begin == _raw_end) {
-      _raw_begin = 0;
-      _raw_end = _input.read_some(_raw.data(), _raw.size(), _name);
-      _bytes_read += _raw_end;
-      if (_raw_end == 0) {
-        if (_inside_member) _fail("the compressed data end too early; the file is truncated");
-        _at_end = true;
-        return false;
-      }
-    }
-    if (!_compressed) {
-      _text.append(reinterpret_cast<const char*>(_raw.data()) + _raw_begin, _raw_end - _raw_begin);
-      _raw_begin = _raw_end;
-      return true;
-    }
-    if (_inflate()) return true;
-  }
-}
-
-// Decompresses what is in the raw buffer; returns whether that gave any text.
-bool TreebankSource::_inflate() {
-  if (!_inside_member) {
-    // Zeros may pad a file behind its last member; anything else must be another member.
-    while (_raw_begin < _raw_end && _raw[_raw_begin] == 0)
-      ++_raw_begin;
-    if (_raw_begin == _raw_end) return false;
-    if (_raw[_raw_begin] != 0x1F) _fail("there are bytes behind the compressed data that are not compressed data");
-    inflateReset(&_inflater);
-    _inside_member = true;
-  }
   const std::size_t old_size = _text.size();
-  _text.resize(old_size + 4 * block_size);
-  _inflater.next_in = _raw.data() + _raw_begin;
-  _inflater.avail_in = static_cast<uInt>(_raw_end - _raw_begin);
-  _inflater.next_out = reinterpret_cast<Bytef*>(_text.data() + old_size);
-  _inflater.avail_out = static_cast<uInt>(4 * block_size);
-  const int result = inflate(&_inflater, Z_NO_FLUSH);
-  _raw_begin = _raw_end - _inflater.avail_in;
-  _text.resize(_text.size() - _inflater.avail_out);
-  if (result == Z_STREAM_END) {
-    _inside_member = false;
-  } else if (result != Z_OK && result != Z_BUF_ERROR) {
-    _fail(std::string("the compressed data are damaged") +
-          (_inflater.msg == nullptr ? "" : std::string(": ") + _inflater.msg));
-  }
-  return _text.size() > old_size;
+  _text.resize(old_size + block_size);
+  const std::size_t count = _bytes.read_some(_text.data() + old_size, block_size);
+  _text.resize(old_size + count);
+  return count > 0;
 }
 
 std::string_view TreebankSource::preview() {
@@ -161,8 +85,10 @@ bool TreebankSource::next_line(std::string_view& line) {
 }
 
 void TreebankSource::rewind() {
-  if (lseek(_input.number(), 0, SEEK_SET) != 0) _fail("cannot be read again: " + system_reason());
-  _start();
+  _bytes.rewind();
+  _line_number = 0;
+  _text.clear();
+  _text_begin = 0;
 }
 
 }  // namespace colx

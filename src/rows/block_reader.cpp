@@ -255,14 +255,14 @@ double measure_value(std::string_view text) {
 }
 
 BlockReader::BlockReader(const std::string& path, std::size_t buffer)
-    : _name(input_name(path)), _buffer(buffer == 0 ? 1 : buffer), _file(open_for_reading(path)) {}
+    : _bytes(path), _buffer(buffer == 0 ? 1 : buffer) {}
 
 bool BlockReader::_refill() {
   std::memmove(_buffer.data(), _buffer.data() + _begin, _end - _begin);
   _end -= _begin;
   _begin = 0;
   if (_end == _buffer.size()) _buffer.resize(2 * _buffer.size());
-  const std::size_t got = _file.read_some(_buffer.data() + _end, _buffer.size() - _end, _name);
+  const std::size_t got = _bytes.read_some(_buffer.data() + _end, _buffer.size() - _end);
   _end += got;
   return got > 0;
 }
@@ -296,7 +296,7 @@ bool BlockReader::next(Block& block) {
 }
 
 void BlockReader::_fail(std::uint64_t line, const std::string& message) const {
-  throw input_error(fmt::format("{}: line {}: {}", _name, line, message));
+  throw input_error(fmt::format("{}: line {}: {}", _bytes.name(), line, message));
 }
 
 }  // namespace colx::table

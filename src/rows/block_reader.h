@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "companion/descriptor.h"
+#include "companion/byte_source.h"
 #include "rows/block_source.h"
 
 namespace colx::table {
@@ -28,7 +28,7 @@ struct Fault {
 // The value of a measure as the program prints it; `inf`, `nan` and both with a minus sign are numbers here.
 double measure_value(std::string_view text);
 
-// A file or standard input as a sequence of blocks, all of the same N.
+// A file or standard input, plain or compressed with gzip, as a sequence of blocks, all of the same N.
 class BlockReader : public BlockSource {
  public:
   static constexpr std::size_t default_buffer = std::size_t{1} << 20;
@@ -37,19 +37,19 @@ class BlockReader : public BlockSource {
   explicit BlockReader(const std::string& path, std::size_t buffer = default_buffer);
 
   // Takes the next block, whose texts stay valid until the next call; false at the end of a complete file. Throws
-  // input_error with the name of the input and the number of the line when the input is malformed or truncated.
+  // input_error with the name of the input and the number of the line when the input is malformed or truncated, and
+  // with the name alone when it cannot be read or decompressed.
   bool next(Block& block) override;
 
  private:
   bool _refill();
   [[noreturn]] void _fail(std::uint64_t line, const std::string& message) const;
 
-  std::string _name;
+  ByteSource _bytes;
   bool _at_end = false;
   std::size_t _n = 0;        // of the first block
   std::uint64_t _lines = 0;  // before the block at _begin
   std::vector<char> _buffer;
-  Descriptor _file;
   std::size_t _begin = 0;
   std::size_t _end = 0;
 };

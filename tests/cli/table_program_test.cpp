@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/cli/tool_runner.h"
+#include "tests/support/gzip.h"
 
 namespace colx::cli {
 namespace {
@@ -37,6 +38,22 @@ TEST(TableProgram, RowsBeforeAFaultStand) {
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.out, "lemma1\tlemma2\nheavy\train\n");
   EXPECT_NE(result.err.find("line 6:"), std::string::npos);
+}
+
+TEST(TableProgram, ReadsCompressedInput) {
+  const std::string plain = run_tool("ngrex-table", {}, pair + pair + "\n").out;
+  for (const std::string& input : {test::gzip(pair + pair + "\n"), test::gzip(pair) + test::gzip(pair + "\n")}) {
+    const ToolResult result = run_tool("ngrex-table", {}, input);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out, plain);
+  }
+  const std::string members = test::gzip(pair + pair);
+  const ToolResult cut = run_tool("ngrex-table", {}, members.substr(0, members.size() - 4));
+  EXPECT_EQ(cut.status, 1);
+  EXPECT_EQ(cut.out, plain);
+  EXPECT_EQ(cut.err,
+            "ngrex-table: standard input: the compressed data end too early; the file is truncated; the table ends "
+            "here\n");
 }
 
 TEST(TableProgram, AFullDiskIsAnError) {

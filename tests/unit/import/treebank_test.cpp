@@ -1,9 +1,7 @@
 // Sources, formats, rows and trees: what is read from a treebank and what is found wrong in it.
 
 #include <gtest/gtest.h>
-#include <zlib.h>
 
-#include <cstdio>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,6 +12,7 @@
 #include "import/sentence_reader.h"
 #include "import/treebank_format.h"
 #include "import/treebank_source.h"
+#include "tests/support/gzip.h"
 #include "tests/support/temporary_folder.h"
 
 namespace colx {
@@ -21,18 +20,6 @@ namespace {
 
 std::string _row(const std::string& id, const std::string& parent, const std::string& form = "f") {
   return id + "\t" + form + "\tl\tNOUN\tNN\t_\t" + parent + "\tdep\t_\t_\n";
-}
-
-std::string _gzip(const test::TemporaryFolder& folder, const std::string& text) {
-  const std::string path = folder.path("x.gz");
-  gzFile file = gzopen(path.c_str(), "wb");
-  gzwrite(file, text.data(), static_cast<unsigned>(text.size()));
-  gzclose(file);
-  std::string bytes(1 << 20, '\0');
-  std::FILE* const stream = std::fopen(path.c_str(), "rb");
-  bytes.resize(std::fread(bytes.data(), 1, bytes.size(), stream));
-  std::fclose(stream);
-  return bytes;
 }
 
 std::string _all_lines(const std::string& path) {
@@ -70,13 +57,13 @@ using Problems = std::vector<std::string>;
 TEST(TreebankSource, ReadsPlainAndCompressedTextOfSeveralMembers) {
   const test::TemporaryFolder folder;
   EXPECT_EQ(_all_lines(folder.write("a", "one\n\ntwo")), "one||two|");
-  const std::string member = _gzip(folder, "one\ntw");
+  const std::string member = test::gzip("one\ntw");
   EXPECT_EQ(_all_lines(folder.write("b", member + member + std::string(20, '\0'))), "one|twone|tw|");
 }
 
 TEST(TreebankSource, RefusesDamagedAndTruncatedCompression) {
   const test::TemporaryFolder folder;
-  const std::string member = _gzip(folder, std::string(5000, 'x') + "\n");
+  const std::string member = test::gzip(std::string(5000, 'x') + "\n");
   for (std::size_t size = 2; size < member.size(); ++size)
     EXPECT_THROW(_all_lines(folder.write("a", member.substr(0, size))), input_error) << size;
   std::string damaged = member;

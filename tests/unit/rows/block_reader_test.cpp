@@ -74,9 +74,9 @@ TEST(BlockReader, NamesTheLineOfAFault) {
   EXPECT_PRED2(starts,
                _error("1\ta\t\t2\tSb\n2\tb\t\t0\tSb\n1\t1\t1\t1\n" + std::string(400, '9') + "\t1\t1\t1\t1\t1\n"),
                "line 4: expected a number");
-  EXPECT_PRED2(starts, _error("\x1f\x8b\xc2\x9b\xc3\xa9\n"),
+  EXPECT_PRED2(starts, _error("\x1e\x8b\xc2\x9b\xc3\xa9\n"),
                "line 1: expected word 1 of an N-gram (position, lemma, tag, "
-               "parent, relation, separated by TABs), found \"\\x1f\\x8b?\xc3\xa9\"");
+               "parent, relation, separated by TABs), found \"\\x1e\\x8b?\xc3\xa9\"");
   EXPECT_PRED2(starts, _error(pair + "\n" + pair + "\n"), "line 7: expected the end");
   EXPECT_PRED2(starts,
                _error(pair + "1\ta\t\t0\tHead\n2\tb\t\t1\tSb\n3\tc\t\t2\tObj\n1\t0\t0\t0\t0\t0\t0\t1\n1\t2\n\n\n"),
