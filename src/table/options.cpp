@@ -1,6 +1,7 @@
 #include "table/options.h"
 
 #include <array>
+#include <limits>
 #include <string_view>
 
 #include <fmt/format.h>
@@ -102,6 +103,14 @@ void _check_names(const Options& options) {
     if (find_association(name) == nullptr) throw usage_error(fmt::format("there is no measure \"{}\"", name));
 }
 
+[[noreturn]] void _refuse_files(const std::vector<std::string>& files) {
+  throw usage_error(fmt::format(
+      "expected one FILE, found {}: {} and {}; the counts of several files cannot be added, as the cells of "
+      "an N-gram depend on all N-grams of its corpus, also on those that its file leaves out; run ngrex "
+      "over one list with all datafiles instead",
+      files.size(), files[0], files[1]));
+}
+
 }  // namespace
 
 constinit const Program program = {
@@ -122,13 +131,14 @@ constinit const Program program = {
         "Exit status: 0 when the table is complete, 1 for failures, 2 for a wrong\n"
         "command line, 141 when the reader of the table goes away.",
     .options = _entries,
-    .most_files = 1,
+    .most_files = std::numeric_limits<std::size_t>::max(),  // refused below, with the reason
 };
 
 Options parse_options(const std::vector<std::string>& arguments) {
   Options options;
   std::vector<std::string> files;
   if (apply_command_line(program, _rows, arguments, options, files)) return options;
+  if (files.size() > 1) _refuse_files(files);
   if (!files.empty()) options.input = files.front();
   _check_names(options);
   return options;

@@ -33,6 +33,17 @@ TEST(TableProgram, UsageErrorsEndWithStatusTwo) {
   }
 }
 
+TEST(TableProgram, SeveralFilesAreRefusedWithTheReason) {
+  const ToolResult result = run_tool("ngrex-table", {"a.txt", "--top", "3", "b.txt"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err,
+            "ngrex-table: expected one FILE, found 2: a.txt and b.txt; the counts of several files cannot be added, as "
+            "the cells of an N-gram depend on all N-grams of its corpus, also on those that its file leaves out; run "
+            "ngrex over one list with all datafiles instead\n"
+            "Try 'ngrex-table --help' for more information.\n");
+}
+
 TEST(TableProgram, RowsBeforeAFaultStand) {
   const ToolResult result = run_tool("ngrex-table", {"--columns", "lemma", "--", "-"}, pair + "1\tx\n");
   EXPECT_EQ(result.status, 1);
