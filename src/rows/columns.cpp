@@ -60,8 +60,9 @@ std::string _relation_label(std::string_view relation, std::uint32_t parent, boo
 }
 
 Field _count_field(std::uint64_t count, std::string& scratch) {
-  scratch.clear();
-  fmt::format_to(std::back_inserter(scratch), FMT_STRING("{}"), count);
+  std::array<char, std::numeric_limits<std::uint64_t>::digits10 + 1> digits;
+  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), count);
+  scratch.assign(digits.data(), end);
   return {FieldKind::number, scratch};
 }
 
