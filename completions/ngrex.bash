@@ -25,6 +25,7 @@ _ngrex_value_of() {
     ngrex-import:--relations) echo 'keep functions' ;;
     ngrex-import:--print-relation-map) echo 'ud sud' ;;
     ngrex-import:--mask | ngrex-import:--split) echo text ;;
+    ngrex-table:-o | ngrex-table:--output) echo files ;;
     ngrex-table:--format) echo 'tsv csv jsonl markdown ucs table' ;;
     ngrex-table:--json-numbers) echo 'null strings' ;;
     ngrex-table:--na) echo text ;;
@@ -47,7 +48,7 @@ _ngrex_complete() {
         --strict --tag-table -q --quiet -h --help --version'
       ;;
     ngrex-table)
-      options='--columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision --na --bom --json-numbers --unsigned
+      options='-o --output --columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision --na --bom --json-numbers --unsigned
         -h --help --version'
       ;;
   esac

@@ -50,7 +50,14 @@ bool _special_as_text(const GivenOption& given) {
   return given.value == "strings";
 }
 
+std::string _path(const GivenOption& given) {
+  if (given.value.empty()) reject(given, "the name of a file");
+  return given.value == "-" ? "" : given.value;
+}
+
 constexpr auto _rows = std::to_array<Row>({
+    {{"-o,--output", "FILE", "write the table to FILE; - is standard output, the default"},
+     [](Options& options, const GivenOption& given) { options.output = _path(given); }},
     {{"--columns", "LIST", "columns to print instead of the default ones, separated by commas"},
      [](Options& options, const GivenOption& given) { options.columns = _split_list(given); }},
     {{"--cells", "", "add the cells of the contingency table"},

@@ -20,6 +20,7 @@ extern constinit const Program program;
 // What a run is to do.
 struct Options {
   std::string input = "-";
+  std::string output;                 // empty: standard output
   std::vector<std::string> columns;   // names as given; empty: the default columns
   std::vector<std::string> measures;  // names, all of them known
   bool cells = false;

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "companion/new_file.h"
+
 namespace colx::table {
 
 class Output {
@@ -48,6 +50,18 @@ class Output {
 class StandardOutput : public Output {
  private:
   void _deliver(std::string_view text) override;
+};
+
+// A file that is there when it is complete. Throws output_error.
+class FileOutput : public Output {
+ public:
+  // The file must outlive the output.
+  explicit FileOutput(const NewFile& file) : _file(file) {}
+
+ private:
+  void _deliver(std::string_view text) override { _file.write(text); }
+
+  const NewFile& _file;
 };
 
 // A text in memory.

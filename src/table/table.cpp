@@ -35,6 +35,24 @@ Look _look(const Options& options, Format format, bool bold) {
   return {options.na.value_or("NA"), options.byte_order_mark, options.special_as_text.value_or(false), bold};
 }
 
+// Writes the table to where it is wanted.
+void _deliver(const Options& options) {
+  if (options.output.empty()) {
+    const bool on_terminal = ::isatty(STDOUT_FILENO) == 1;
+    StandardOutput output;
+    write_table(options, output, on_terminal, on_terminal && !_is_set("NO_COLOR"));
+    return;
+  }
+  const auto before = regular_file(options.output);
+  const auto input = regular_input(options.input);
+  if (before.has_value() && input.has_value() && before->identity == input->identity)
+    throw usage_error(fmt::format("output {} is also the input", options.output));
+  NewFile file(options.output);
+  FileOutput output(file);
+  write_table(options, output, false, false);
+  file.commit();
+}
+
 }  // namespace
 
 void write_table(const Options& options, Output& output, bool on_terminal, bool bold) {
@@ -51,6 +69,7 @@ void write_table(const Options& options, Output& output, bool on_terminal, bool 
       if (!table.add(block)) break;
     }
   } catch (const input_error& error) {
+    if (!options.output.empty()) throw input_error(fmt::format("{}; {} is not written", error.what(), options.output));
     table.end();
     output.flush();
     throw input_error(fmt::format("{}; {}", error.what(), begun ? "the table ends here" : "there is no table"));
@@ -66,10 +85,8 @@ int run(const std::vector<std::string>& arguments) {
     write_to_standard_output(options.information);
     return 0;
   }
-  const bool on_terminal = ::isatty(STDOUT_FILENO) == 1;
-  StandardOutput output;
   try {
-    write_table(options, output, on_terminal, on_terminal && !_is_set("NO_COLOR"));
+    _deliver(options);
   } catch (const std::bad_alloc&) {
     if (!options.sort.has_value()) throw;
     throw std::runtime_error(

@@ -1,0 +1,112 @@
+#include "companion/new_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "companion/errors.h"
+
+namespace colx {
+
+namespace {
+
+constexpr std::array<int, 3> interruptions = {SIGHUP, SIGINT, SIGTERM};
+
+std::atomic<const char*> _unfinished = nullptr;  // the temporary name that an interruption removes
+static_assert(std::atomic<const char*>::is_always_lock_free);
+
+extern "C" void _remove_unfinished(int signal) {
+  if (const char* const name = _unfinished.load(); name != nullptr) ::unlink(name);
+  std::signal(signal, SIG_DFL);
+  ::raise(signal);
+}
+
+// Has interruptions remove that file; a signal that the surroundings ignore stays ignored.
+void _watch(const char* name) {
+  _unfinished = name;
+  for (const int signal : interruptions) {
+    struct sigaction action {};
+    if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler != SIG_DFL) continue;
+    action.sa_handler = _remove_unfinished;
+    ::sigaction(signal, &action, nullptr);
+  }
+}
+
+// The path behind symbolic links, also when nothing is there yet.
+std::string _behind_links(const std::string& path) {
+  std::error_code error;
+  const std::filesystem::path behind = std::filesystem::weakly_canonical(path, error);
+  return error ? path : behind.string();
+}
+
+// Whether a rename onto that name replaces what is meant and nothing else: the name is free, or itself that of the
+// regular file `meant`. Devices, pipes, and links that could not be followed, such as /dev/stdout may be one, stay.
+bool _may_be_replaced(const std::string& name, const struct stat* meant) {
+  struct stat own {};
+  if (::lstat(name.c_str(), &own) != 0) return meant == nullptr && errno == ENOENT;
+  return meant != nullptr && S_ISREG(own.st_mode) && own.st_dev == meant->st_dev && own.st_ino == meant->st_ino;
+}
+
+Descriptor _open(const std::string& path, int flags, const std::string& shown) {
+  const int number = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | flags, 0666);
+  if (number < 0) throw output_error(fmt::format("cannot open {} for writing: {}", shown, system_reason()));
+  return Descriptor(number);
+}
+
+}  // namespace
+
+NewFile::NewFile(std::string path) : _path(std::move(path)), _target(_behind_links(_path)) {
+  struct stat status {};
+  const bool is_there = ::stat(_path.c_str(), &status) == 0;
+  if (!_may_be_replaced(_target, is_there ? &status : nullptr)) {
+    _file = _open(_path, O_CREAT | O_TRUNC, _path);
+    return;
+  }
+  // One that must not be written to is not to be replaced either.
+  if (is_there && ::access(_path.c_str(), W_OK) != 0)
+    throw output_error(fmt::format("cannot open {} for writing: {}", _path, system_reason()));
+  std::string temporary = fmt::format("{}.{}.part", _target, ::getpid());
+  _file = _open(temporary, O_CREAT | O_EXCL, _path);
+  _temporary = std::move(temporary);
+  _watch(_temporary.c_str());
+  if (is_there && ::fchmod(_file.number(), status.st_mode & 07777) != 0) {
+    const std::string reason = system_reason();
+    _discard();
+    throw output_error(fmt::format("cannot give {} its permissions: {}", _path, reason));
+  }
+}
+
+NewFile::~NewFile() {
+  _discard();
+}
+
+void NewFile::_discard() {
+  if (_temporary.empty()) return;
+  ::unlink(_temporary.c_str());
+  _unfinished = nullptr;
+}
+
+void NewFile::commit() {
+  if (_temporary.empty()) {
+    _file.close(_path);
+    return;
+  }
+  if (::fsync(_file.number()) != 0) throw output_error(fmt::format("cannot write to {}: {}", _path, system_reason()));
+  _file.close(_path);
+  if (::rename(_temporary.c_str(), _target.c_str()) != 0)
+    throw output_error(fmt::format("cannot rename {} to {}: {}", _temporary, _path, system_reason()));
+  _unfinished = nullptr;
+  _temporary.clear();
+}
+
+}  // namespace colx

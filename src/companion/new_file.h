@@ -1,0 +1,47 @@
+#pragma once
+
+// A file that stands under its name only when it is complete. Until then it has another name beside it, so that what
+// was there before is kept when a run fails or is interrupted, and nobody takes a half for the whole.
+
+#include <string>
+#include <string_view>
+
+#include "companion/descriptor.h"
+
+namespace colx {
+
+// The file of a program's output; a program has one such at a time.
+class NewFile {
+ public:
+  // Creates the file under its temporary name, with the permissions of the one that it is to replace. A name that is
+  // neither free nor that of a regular file, such as a pipe's, or that of a descriptor is opened and written as it is.
+  // Throws output_error.
+  explicit NewFile(std::string path);
+
+  // Removes the file unless it was committed; also SIGHUP, SIGINT and SIGTERM do, before they end the program.
+  ~NewFile();
+
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+
+  const std::string& path() const { return _path; }
+
+  // Where the content is until it is committed; empty for a pipe and the like.
+  const std::string& temporary_path() const { return _temporary; }
+
+  // Appends to the file. Throws output_error.
+  void write(std::string_view text) const { _file.write_fully(text, _path); }
+
+  // Brings the content to the disk and then under its name; to be called once, at the end. Throws output_error.
+  void commit();
+
+ private:
+  void _discard();
+
+  std::string _path;
+  std::string _target;  // the path behind symbolic links
+  std::string _temporary;
+  Descriptor _file;
+};
+
+}  // namespace colx
