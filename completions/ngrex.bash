@@ -26,6 +26,8 @@ _ngrex_value_of() {
     ngrex-import:--print-relation-map) echo 'ud sud' ;;
     ngrex-import:--mask | ngrex-import:--split) echo text ;;
     ngrex-table:-o | ngrex-table:--output) echo files ;;
+    ngrex-table:--merge) echo 'list: order tag relation' ;;
+    ngrex-table:--within) echo 'relation head-relation' ;;
     ngrex-table:--format) echo 'tsv csv jsonl markdown ucs table' ;;
     ngrex-table:--json-numbers) echo 'null strings' ;;
     ngrex-table:--na) echo text ;;
@@ -49,7 +51,7 @@ _ngrex_complete() {
       ;;
     ngrex-table)
       options='-o --output --columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision --na --bom --json-numbers --unsigned
-        -h --help --version'
+        --merge --within -h --help --version'
       ;;
   esac
 

@@ -81,6 +81,14 @@ constexpr auto _rows = std::to_array<Row>({
       "leave out N-grams that do not meet a condition, such as 'lemma1=rain', 'lemma2~^un' or 'logDice>=7'; operators "
       "are = != ~ !~ < <= >= >; may be given several times"},
      [](Options& options, const GivenOption& given) { options.filters.emplace_back(given.value); }},
+    {{"--merge", "LIST",
+      "add pairs up that differ in these only, separated by commas: order (the dependent then comes first), tag, "
+      "relation; with margins and measures anew"},
+     [](Options& options, const GivenOption& given) { merge(options.merging, given.value); }},
+    {{"--within", "HOW",
+      "relation: make the table of every pair inside its relation; head-relation: take the margin of the head inside "
+      "the relation, and that of the dependent over all"},
+     [](Options& options, const GivenOption& given) { options.merging.within = parse_within(given.value); }},
     {{"--format", "FORMAT", "tsv, csv, jsonl, markdown, ucs or table; default table on a terminal, else tsv"},
      [](Options& options, const GivenOption& given) { options.format = _format(given); }},
     {{"--precision", "DIGITS", "significant digits of computed measures, 1 to 17; default 10"},
@@ -118,6 +126,24 @@ void _check_names(const Options& options) {
       files.size(), files[0], files[1]));
 }
 
+void _check_merging(const Options& options) {
+  if (!options.merging.is_wanted()) return;
+  if (options.merging.relation && options.merging.within != Within::everything)
+    throw usage_error("--merge relation leaves no relation that --within could go by");
+  const auto check = [](const Column& column) {
+    if (column.quantity == Quantity::own_measure)
+      throw usage_error(fmt::format(
+          "{} is of the pairs as the file has them; rows made by --merge or --within have the measures of --measures",
+          column.name));
+  };
+  for (const std::string& name : options.columns)
+    for (const Column& column : expand_column(name, 0))
+      check(column);
+  for (const RowFilter& filter : options.filters)
+    check(filter.column());
+  if (options.sort.has_value()) check(options.sort->column);
+}
+
 }  // namespace
 
 constinit const Program program = {
@@ -148,6 +174,7 @@ Options parse_options(const std::vector<std::string>& arguments) {
   if (files.size() > 1) _refuse_files(files);
   if (!files.empty()) options.input = files.front();
   _check_names(options);
+  _check_merging(options);
   return options;
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "companion/command_line.h"
+#include "rows/merging.h"
 #include "rows/row_filter.h"
 #include "rows/sorted_rows.h"
 #include "table/formats.h"
@@ -28,6 +29,7 @@ struct Options {
   std::optional<SortOrder> sort;
   std::optional<std::uint64_t> top;
   std::uint64_t min_frequency = 0;
+  Merging merging;
   std::vector<RowFilter> filters;
   std::optional<Format> format;
   Style style;

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "companion/descriptor.h"
 #include "companion/errors.h"
 #include "rows/block_reader.h"
+#include "rows/merged_rows.h"
 #include "table/formats.h"
 #include "table/table_run.h"
 
@@ -59,11 +61,14 @@ void write_table(const Options& options, Output& output, bool on_terminal, bool 
   const Format format = options.format.value_or(on_terminal ? Format::aligned : Format::tsv);
   const Look look = _look(options, format, bold);
   BlockReader reader(options.input);
+  std::optional<MergedRows> merged;
+  if (options.merging.is_wanted()) merged.emplace(reader, input_name(options.input), options.merging);
+  BlockSource& source = merged.has_value() ? static_cast<BlockSource&>(*merged) : reader;
   TableRun table(options, format, output, look);
   Block block;
   bool begun = false;
   try {
-    while (reader.next(block)) {
+    while (source.next(block)) {
       if (!begun) table.begin(block.n);
       begun = true;
       if (!table.add(block)) break;
@@ -88,6 +93,7 @@ int run(const std::vector<std::string>& arguments) {
   try {
     _deliver(options);
   } catch (const std::bad_alloc&) {
+    if (options.merging.is_wanted()) throw std::runtime_error("not enough memory to hold all merged rows");
     if (!options.sort.has_value()) throw;
     throw std::runtime_error(
         "not enough memory to sort this table; --top K needs less, and without --sort none is needed");

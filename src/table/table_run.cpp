@@ -22,7 +22,11 @@ std::vector<Column> _chosen_columns(const Options& options, std::size_t n) {
   const auto add_all = [&](std::vector<Column> more) {
     std::for_each(more.begin(), more.end(), [&](Column& column) { add(std::move(column)); });
   };
-  if (options.columns.empty()) columns = default_columns(n);
+  if (options.columns.empty()) {
+    columns = default_columns(n);
+    if (options.merging.is_wanted())
+      std::erase_if(columns, [](const Column& column) { return column.quantity == Quantity::own_measure; });
+  }
   for (const std::string& name : options.columns)
     add_all(expand_column(name, n));
   for (const std::string& name : options.measures)

@@ -3,8 +3,8 @@
 usage: documents.py SOURCE_FOLDER BUILD_FOLDER
 
 Every relative link leads somewhere, in the source tree and among the installed documents. Every place that names the
-version names that of the build. The tables of docs/import.md are those of the program. Every command of the tutorial and of
-the examples, run here, prints what stands below it, but for lines that are left out ("[...]") and times; the lines for pandas
+version names that of the build. The tables of docs/import.md are those of the program. Every command of the tutorial, of
+the measures and of the examples, run here, prints what stands below it, but for lines that are left out ("[...]") and times; the lines for pandas
 and R are not run. The commands of scripts/demo run too, and write the block that README.md and the demo explain; those of
 README.md for a treebank run on another one.
 """
@@ -224,6 +224,7 @@ def main():
     check_import_tables(source, build)
     check_commands(source, build, "docs/tutorial.md", 12)
     check_commands(source, build, "examples/README.md", 3)
+    check_commands(source, build, "docs/measures.md", 5)
     check_demo(source, build)
     check_pipeline(source, build)
     for failure in failures:

@@ -24,6 +24,7 @@ import tempfile
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "differential"))
 import differential  # noqa: E402
+import merging  # noqa: E402
 
 OWN = ["chi_square", "log_likelihood", "mutual_information", "pearson", "t_test", "z_score"]
 MEASURES = ["per_million", "G2", "X2", "simple_ll", "expected", "t", "z", "poisson", "MI", "MI3", "local_mi", "npmi", "Dice", "logDice", "jaccard",
@@ -261,6 +262,32 @@ def check_measure_order(program, path, r):
     expect(all(not b > a for a, b in zip(values, values[1:])), "falling values of", measure, values)
 
 
+def check_merging(program, path, blocks, r):
+    """False when the file lacks pairs, which the program must refuse then."""
+    merge = r.sample(["order", "tag", "relation"], r.randint(0, 3))
+    within = None if "relation" in merge else r.choice(["relation", "head-relation"] + [None] * bool(merge))
+    options = (["--merge", ",".join(merge)] if merge else []) + (["--within", within] if within else [])
+    if sum(block["cells"][-1] for block in blocks) != sum(blocks[0]["cells"]):
+        expect(table_of(program, path, *options, status=1) == b"", "rows of a file that lacks pairs", options)
+        return False
+    lines = table_of(program, path, *options, "--cells", "--measures", "G2,logDice", "--format", "tsv")
+    header, *lines = [line.split(b"\t") for line in lines.split(b"\n")[:-1]]
+    names = [name.decode() for name in header]
+    rows = merging.merged_rows(blocks, merge, within)
+    expect(set(names) == set(rows[0]) | {"rank", "G2", "logDice"}, "columns", names)
+    expect(len(lines) == len(rows), "merged rows", options, len(lines), len(rows))
+    recomputed = set(r.sample(range(len(rows)), min(RECOMPUTED // 10, len(rows))))
+    for number, (line, row) in enumerate(zip(lines, rows)):
+        got = dict(zip(names, line))
+        for name in row:
+            expect(got[name] == row[name], options, name, got[name], row)
+        if number in recomputed:
+            computed = measures_of({"members": [0, 1], "cells": [int(row[f"cell{i}"]) for i in range(4)]})
+            for name in ("G2", "logDice"):
+                expect(close(got[name], computed[name]), options, name, got[name], computed[name], row)
+    return True
+
+
 def check_cut(program, content, folder, r):
     size = r.randint(0, len(content) - 1)
     path = os.path.join(folder, "cut")
@@ -281,7 +308,7 @@ def main():
     arguments = parser.parse_args()
     print(f"seed {arguments.seed}", flush=True)
     program, table = os.path.abspath(arguments.program), os.path.abspath(arguments.table)
-    files = ngrams = 0
+    files = ngrams = merged = 0
     for number in range(arguments.first, arguments.first + arguments.cases):
         case = differential.Generator(arguments.seed, number).make()
         r = random.Random(f"{arguments.seed}/{number}/table")
@@ -304,6 +331,8 @@ def main():
                 if blocks:
                     check_order(table, path, blocks, r)
                     check_measure_order(table, path, r)
+                if blocks and len(blocks[0]["members"]) == 2:
+                    merged += check_merging(table, path, blocks, r)
                 check_cut(table, content, folder, r)
             except Disagreement as disagreement:
                 print(f"case {number}: {case.arguments}")
@@ -311,8 +340,8 @@ def main():
                 return 1
             files += 1
             ngrams += len(blocks)
-    print(f"{files} files with {ngrams} N-grams read back (seed {arguments.seed})")
-    return 0 if ngrams > arguments.cases else 1
+    print(f"{files} files with {ngrams} N-grams read back, {merged} of them merged (seed {arguments.seed})")
+    return 0 if ngrams > arguments.cases and merged > arguments.cases / 50 else 1
 
 
 if __name__ == "__main__":
