@@ -33,8 +33,8 @@ _ngrex_value_of() {
     ngrex-table:--na) echo text ;;
     ngrex-table:--measures) echo "list: $measures" ;;
     ngrex-table:--columns) echo "list: rank lemma tag parent relation marginal cell $columns" ;;
-    ngrex-table:--sort) echo "$columns $(printf '+%s ' $columns)" ;;
-    ngrex-table:--top | ngrex-table:--min-frequency | ngrex-table:--precision | ngrex-table:--where) echo text ;;
+    ngrex-table:--sort) echo "list: $columns $(printf '+%s ' $columns) $(printf -- '-%s ' $columns)" ;;
+    ngrex-table:--top | ngrex-table:--min-frequency | ngrex-table:--precision | ngrex-table:--where | ngrex-table:--memory) echo text ;;
   esac
 }
 
@@ -51,6 +51,7 @@ _ngrex_complete() {
       ;;
     ngrex-table)
       options='-o --output --columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision --na --bom --json-numbers --unsigned
+        --locale --memory
         --merge --within -h --help --version'
       ;;
   esac

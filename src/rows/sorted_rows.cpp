@@ -1,108 +1,99 @@
 #include "rows/sorted_rows.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstring>
-#include <string>
-#include <utility>
-
-#include <fmt/format.h>
-
-#include "companion/errors.h"
+#include <string_view>
 
 namespace colx::table {
 
 namespace {
 
-// A number to some twelve digits. What is beyond them is the rounding of the computation, in which mathematically equal
-// values differ, and which is not the same on every machine.
-double _significant(double value) {
-  constexpr int bits = 40;
-  if (!std::isfinite(value)) return value;
-  int exponent = 0;
-  const double mantissa = std::frexp(value, &exponent);
-  return std::ldexp(std::nearbyint(std::ldexp(mantissa, bits)), exponent - bits);
-}
+constexpr std::size_t _write_buffer = std::size_t{1} << 20;
 
-// Eight bytes of a text, ordered as the text is; a shorter one is filled up with zeros.
-std::uint64_t _prefix(std::string_view text) {
-  std::uint64_t prefix = 0;
-  for (std::size_t i = 0; i < sizeof prefix; ++i)
-    prefix = prefix << 8 | (i < text.size() ? static_cast<unsigned char>(text[i]) : 0U);
-  return prefix;
-}
-
-double _sort_value(const Column& column, const Row& row) {
-  const double value = number_of(column, row);
-  return column.quantity == Quantity::association ? _significant(value) : value;
-}
+// Below this the machine is asked for memory in vain.
+constexpr std::size_t _least_memory = std::size_t{4} << 10;
 
 }  // namespace
 
-SortOrder parse_sort_order(std::string_view name) {
-  SortOrder order;
-  order.ascending = name.starts_with('+');
-  if (order.ascending) name.remove_prefix(1);
-  const auto column = find_column(name);
-  if (!column.has_value()) throw usage_error(fmt::format("cannot sort: there is no column \"{}\"", name));
-  if (!column->is_of_block()) throw usage_error("cannot sort by the rank, which is the place in the sorted table");
-  order.column = *column;
-  return order;
+SortedRows::SortedRows(std::size_t memory, std::uint64_t most_alike) : _memory(memory), _alike(most_alike) {}
+
+// The entries end where the region ends, with room for the alignment of the first one.
+SortedRows::Entry* SortedRows::_entries() const {
+  const std::size_t last = _region->size() / sizeof(Entry);
+  return reinterpret_cast<Entry*>(_region->data()) + last - _count;
 }
 
-bool SortedRows::_comes_before(const Candidate& a, const Candidate& b) const {
-  if (_order.column.is_text()) {
-    if (a.prefix != b.prefix) return (a.prefix < b.prefix) == _order.ascending;
-    const int difference = a.key.compare(b.key);
-    if (difference != 0) return (difference < 0) == _order.ascending;
-  } else if (std::isnan(a.number) != std::isnan(b.number)) {
-    return std::isnan(b.number);
-  } else if (a.number < b.number || a.number > b.number) {
-    return (a.number < b.number) == _order.ascending;
+void SortedRows::add(const KeyedRow& row) {
+  const std::size_t needed = packed_size(row) + 2 * sizeof(Entry);
+  if (_region == nullptr) _region = std::make_unique<MemoryRegion>(_memory, std::max(needed, _least_memory));
+  if (_used + _count * sizeof(Entry) + needed > _region->size()) {
+    if (_count > 0) _write_run();
+    if (needed > _region->size()) {
+      _region.reset();
+      _region = std::make_unique<MemoryRegion>(needed, needed);
+    }
   }
-  if (a.prefix != b.prefix && !_order.column.is_text()) return a.prefix < b.prefix;
-  const int difference = a.members.compare(b.members);
-  return difference != 0 ? difference < 0 : a.added < b.added;
+  pack(row, _region->data() + _used);
+  ++_count;
+  *_entries() = {prefix_of(row), _used};
+  _used += packed_size(row);
 }
 
-void SortedRows::add(const Row& row) {
-  if (_limit == 0U) return;
-  const auto before = [this](const Entry& a, const Entry& b) { return _comes_before(_candidate(a), _candidate(b)); };
-  std::string scratch;
-  Candidate candidate{0, 0, {}, row.block.text.substr(0, row.block.members_size), _added++};
-  if (_order.column.is_text()) {
-    candidate.key = field_of(_order.column, row, scratch).content;
-    candidate.prefix = _prefix(candidate.key);
-  } else {
-    candidate.number = _sort_value(_order.column, row);
-    // All member lines begin alike, with the position and a TAB.
-    candidate.prefix = _prefix(candidate.members.substr(2));
-  }
+bool SortedRows::_comes_before(const Entry& a, const Entry& b) const {
+  if (a.prefix != b.prefix) return a.prefix < b.prefix;
+  const int difference = compare_packed(_region->data() + a.place, _region->data() + b.place);
+  return difference != 0 ? difference < 0 : a.place < b.place;
+}
 
-  const bool is_full = _limit.has_value() && _entries.size() >= *_limit;
-  if (is_full) {
-    if (!_comes_before(candidate, _candidate(_entries.front()))) return;
-    std::pop_heap(_entries.begin(), _entries.end(), before);
-    _entries.pop_back();
+void SortedRows::_sort_entries() {
+  std::sort(_entries(), _entries() + _count, [this](const Entry& a, const Entry& b) { return _comes_before(a, b); });
+}
+
+void SortedRows::_write_run() {
+  if (_file == nullptr) _file = std::make_unique<TemporaryFile>();
+  _sort_entries();
+  Run run{_file->size(), 0};
+  AlikeRows alike = _alike;
+  std::string pending;
+  pending.reserve(_write_buffer + _write_buffer / 2);
+  for (std::size_t i = 0; i < _count; ++i) {
+    const Entry& entry = _entries()[i];
+    if (!alike.admits(entry.prefix.high)) continue;
+    const char* const packed = _region->data() + entry.place;
+    pending.append(packed, sizes_of(packed).whole());
+    if (pending.size() < _write_buffer) continue;
+    _file->append(pending);
+    pending.clear();
   }
-  const std::string_view text = row.block.text;
-  Entry entry;
-  entry.number = candidate.number;
-  entry.prefix = candidate.prefix;
-  entry.added = candidate.added;
-  entry.bytes = std::make_unique_for_overwrite<char[]>(text.size() + candidate.key.size());
-  std::memcpy(entry.bytes.get(), text.data(), text.size());
-  if (!candidate.key.empty()) std::memcpy(entry.bytes.get() + text.size(), candidate.key.data(), candidate.key.size());
-  entry.members_size = static_cast<std::uint32_t>(row.block.members_size);
-  entry.text_size = static_cast<std::uint32_t>(text.size());
-  entry.key_size = static_cast<std::uint32_t>(candidate.key.size());
-  _entries.push_back(std::move(entry));
-  if (_limit.has_value()) std::push_heap(_entries.begin(), _entries.end(), before);
+  _file->append(pending);
+  run.end = _file->size();
+  _runs.push_back(run);
+  _used = 0;
+  _count = 0;
 }
 
 void SortedRows::sort() {
-  std::sort(_entries.begin(), _entries.end(),
-            [this](const Entry& a, const Entry& b) { return _comes_before(_candidate(a), _candidate(b)); });
+  if (_file == nullptr) {
+    if (_count > 0) _sort_entries();
+    return;
+  }
+  if (_count > 0) _write_run();
+  _region.reset();
+  _merge = std::make_unique<RunMerge>(*_file, _runs, _memory);
+}
+
+bool SortedRows::next(KeyedRow& row) {
+  if (_merge != nullptr) {
+    while (_merge->next(row))
+      if (_alike.admits(_merge->beginning())) return true;
+    return false;
+  }
+  while (_taken < _count) {
+    const Entry& entry = _entries()[_taken++];
+    if (!_alike.admits(entry.prefix.high)) continue;
+    row = unpack(_region->data() + entry.place);
+    return true;
+  }
+  return false;
 }
 
 }  // namespace colx::table

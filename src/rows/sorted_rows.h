@@ -1,82 +1,62 @@
 #pragma once
 
-// Rows waiting for their place in a sorted table.
+// All rows of a sorted table, however many, in bounded memory.
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
-#include <optional>
 #include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
-#include "rows/block.h"
-#include "rows/columns.h"
+#include "rows/alike_rows.h"
+#include "rows/memory_region.h"
+#include "rows/ordered_rows.h"
+#include "rows/packed_row.h"
+#include "rows/run_merge.h"
+#include "rows/temporary_file.h"
 
 namespace colx::table {
 
-struct SortOrder {
-  Column column;
-  bool ascending = false;
-};
-
-// An order from its name on the command line: a column for descending order, with `+` before it for ascending. Throws
-// usage_error when there is no such column or it is the rank.
-SortOrder parse_sort_order(std::string_view name);
-
-// Collects blocks and gives them back in order. Numbers are compared as they are printed, computed measures to twelve
-// digits, with not-a-number last in both directions; texts byte by byte. Equal rows follow the bytes of their member
-// lines, upwards, and then the order in which they were added, so the result is the same everywhere. With a limit only
-// that many rows are held at any time.
-class SortedRows {
+// Sorts in memory as long as the rows fit, and otherwise writes sorted runs to a temporary file and merges them. Rows
+// are packed one after another from the front of the memory, and entries that are sorted in their place from its back.
+class SortedRows : public OrderedRows {
  public:
-  SortedRows(SortOrder order, std::optional<std::uint64_t> limit) : _order(std::move(order)), _limit(limit) {}
+  static constexpr std::uint64_t no_limit = std::numeric_limits<std::uint64_t>::max();
 
-  // Keeps a copy of the block's text.
-  void add(const Row& row);
+  // `memory` in bytes is exceeded by some buffers, and by a row that does not fit. Of the rows whose keys have the same
+  // first eight bytes only the first `most_alike` are given back.
+  explicit SortedRows(std::size_t memory, std::uint64_t most_alike = no_limit);
 
-  // Puts all rows in order; to be called once, after the last one was added.
-  void sort();
+  // Throws output_error when the temporary file cannot be written.
+  void add(const KeyedRow& row) override;
+  void sort() override;
 
-  std::size_t size() const { return _entries.size(); }
-
-  // The text of a block, in order once sorted.
-  std::string_view text(std::size_t i) const { return {_entries[i].bytes.get(), _entries[i].text_size}; }
+  // Throws input_error when the temporary file cannot be read.
+  bool next(KeyedRow& row) override;
 
  private:
+  // A row in memory, with the beginning of what decides about its place, where most comparisons end.
   struct Entry {
-    double number = 0;
-    std::uint64_t prefix = 0;
-    std::uint64_t added = 0;
-    std::unique_ptr<char[]> bytes;  // text of the block, then the key when that is a text
-    std::uint32_t members_size = 0;
-    std::uint32_t text_size = 0;
-    std::uint32_t key_size = 0;
-
-    std::string_view members() const { return {bytes.get(), members_size}; }
-    std::string_view key() const { return {bytes.get() + text_size, key_size}; }
+    PackedPrefix prefix;
+    std::uint64_t place = 0;  // in the region; grows with every row that is added
   };
 
-  // What decides about a row before it is copied.
-  struct Candidate {
-    double number;
-    std::uint64_t prefix;  // of the text that decides first, see _prefix; most ties end here, without a look at memory
-    std::string_view key;
-    std::string_view members;
-    std::uint64_t added;
-  };
+  Entry* _entries() const;
+  bool _comes_before(const Entry& a, const Entry& b) const;
+  void _sort_entries();
+  void _write_run();
 
-  static Candidate _candidate(const Entry& entry) {
-    return {entry.number, entry.prefix, entry.key(), entry.members(), entry.added};
-  }
+  std::size_t _memory;
+  std::unique_ptr<MemoryRegion> _region;
+  std::size_t _used = 0;   // bytes of the rows in memory
+  std::size_t _count = 0;  // of the rows in memory
+  std::size_t _taken = 0;  // of them
+  AlikeRows _alike;
 
-  bool _comes_before(const Candidate& a, const Candidate& b) const;
-
-  SortOrder _order;
-  std::optional<std::uint64_t> _limit;
-  std::uint64_t _added = 0;
-  std::vector<Entry> _entries;  // with a limit a heap with the last row in front
+  std::unique_ptr<TemporaryFile> _file;  // nothing: all rows fit so far
+  std::vector<Run> _runs;
+  std::unique_ptr<RunMerge> _merge;
 };
 
 }  // namespace colx::table

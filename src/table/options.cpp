@@ -8,6 +8,7 @@
 
 #include "companion/errors.h"
 #include "rows/association.h"
+#include "table/memory_size.h"
 
 namespace colx::table {
 
@@ -71,8 +72,16 @@ constexpr auto _rows = std::to_array<Row>({
       "p_X2, "
       "Fisher"},
      [](Options& options, const GivenOption& given) { options.measures = _split_list(given); }},
-    {{"--sort", "COLUMN", "sort by a column, descending; +COLUMN ascending"},
+    {{"--sort", "LIST",
+      "sort by columns, separated by commas: ascending with + before a column, descending with -, without a sign texts "
+      "ascending and numbers descending"},
      [](Options& options, const GivenOption& given) { options.sort = parse_sort_order(given.value); }},
+    {{"--locale", "", "sort texts as the locale of the environment does, not by code points"},
+     [](Options& options, const GivenOption&) { options.collation = Collation::of_environment(); }},
+    {{"--memory", "SIZE",
+      "what sorting takes before it goes on in a temporary file, such as 256M or 2G; default a "
+      "quarter of the machine's"},
+     [](Options& options, const GivenOption& given) { options.memory = memory_size(given); }},
     {{"--top", "K", "print the first K rows only"},
      [](Options& options, const GivenOption& given) { options.top = whole_number(given, 0); }},
     {{"--min-frequency", "F", "leave out N-grams that occur fewer than F times"},
@@ -141,7 +150,9 @@ void _check_merging(const Options& options) {
       check(column);
   for (const RowFilter& filter : options.filters)
     check(filter.column());
-  if (options.sort.has_value()) check(options.sort->column);
+  if (options.sort.has_value())
+    for (const SortKey& key : options.sort->keys)
+      check(key.column);
 }
 
 }  // namespace
@@ -173,6 +184,7 @@ Options parse_options(const std::vector<std::string>& arguments) {
   if (apply_command_line(program, _rows, arguments, options, files)) return options;
   if (files.size() > 1) _refuse_files(files);
   if (!files.empty()) options.input = files.front();
+  if (options.sort.has_value()) options.sort->collation = options.collation;
   _check_names(options);
   _check_merging(options);
   return options;

@@ -10,8 +10,9 @@
 #include "companion/command_line.h"
 #include "rows/merging.h"
 #include "rows/row_filter.h"
-#include "rows/sorted_rows.h"
+#include "rows/sort_order.h"
 #include "table/formats.h"
+#include "table/memory_size.h"
 
 namespace colx::table {
 
@@ -27,6 +28,8 @@ struct Options {
   bool cells = false;
   bool tree_text = false;
   std::optional<SortOrder> sort;
+  std::optional<Collation> collation;            // of texts; nothing: code points
+  std::size_t memory = usual_memory_of_sorts();  // in bytes
   std::optional<std::uint64_t> top;
   std::uint64_t min_frequency = 0;
   Merging merging;

@@ -96,7 +96,8 @@ int run(const std::vector<std::string>& arguments) {
     if (options.merging.is_wanted()) throw std::runtime_error("not enough memory to hold all merged rows");
     if (!options.sort.has_value()) throw;
     throw std::runtime_error(
-        "not enough memory to sort this table; --top K needs less, and without --sort none is needed");
+        "not enough memory to sort this table; --memory SIZE lets the sort take less, and without --sort none is "
+        "needed");
   }
   return 0;
 }

@@ -7,7 +7,9 @@
 #include <fmt/format.h>
 
 #include "companion/errors.h"
+#include "rows/best_rows.h"
 #include "rows/block_reader.h"
+#include "rows/sorted_rows.h"
 
 namespace colx::table {
 
@@ -43,14 +45,24 @@ void _check_for_n(const Options& options, Format format, std::size_t n) {
     check_column(*find_column(name), n);
   for (const RowFilter& filter : options.filters)
     check_column(filter.column(), n);
-  if (options.sort.has_value()) check_column(options.sort->column, n);
+  if (options.sort.has_value())
+    for (const SortKey& key : options.sort->keys)
+      check_column(key.column, n);
+}
+
+// The order needs no more than the first rows when those surely fit into memory.
+std::unique_ptr<OrderedRows> _rows_to_sort(const Options& options) {
+  constexpr std::size_t bytes_of_a_row = 512;
+  if (options.top.has_value() && *options.top <= options.memory / bytes_of_a_row)
+    return std::make_unique<BestRows>(*options.top);
+  return std::make_unique<SortedRows>(options.memory);
 }
 
 }  // namespace
 
 TableRun::TableRun(const Options& options, Format format, Output& output, const Look& look)
     : _options(options), _format(format), _writer(make_writer(format, output, look)) {
-  if (options.sort.has_value()) _sorted = std::make_unique<SortedRows>(*options.sort, options.top);
+  if (options.sort.has_value()) _sorted = _rows_to_sort(options);
 }
 
 void TableRun::begin(std::size_t n) {
@@ -63,26 +75,30 @@ void TableRun::begin(std::size_t n) {
 }
 
 bool TableRun::add(const Block& block) {
-  if (_is_full()) return false;
+  if (_sorted == nullptr && _is_full()) return false;
   const Row row(block, _printed + 1, _options.style);
   if (row.contingency.frequency < _options.min_frequency) return true;
   for (const RowFilter& filter : _options.filters)
     if (!filter.admits(row)) return true;
-  if (_sorted)
-    _sorted->add(row);
-  else
+  if (_sorted == nullptr) {
     _print(row);
-  return !_is_full();
+    return !_is_full();
+  }
+  _key.clear();
+  append_key(*_options.sort, row, _key);
+  _sorted->add({_key, block.text, block.members_size});
+  return true;
 }
 
 void TableRun::end() {
-  if (_sorted) {
+  if (_sorted != nullptr) {
     _sorted->sort();
+    KeyedRow row;
     Block block;
     Fault fault;
-    for (std::size_t i = 0; i < _sorted->size(); ++i) {
+    while (!_is_full() && _sorted->next(row)) {
       // What was kept had been a block before.
-      if (parse_block(_sorted->text(i), block, fault) != ParseStatus::complete) throw std::logic_error(fault.message);
+      if (parse_block(row.text, block, fault) != ParseStatus::complete) throw std::logic_error(fault.message);
       _print(Row(block, _printed + 1, _options.style));
     }
   }

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "rows/columns.h"
-#include "rows/sorted_rows.h"
+#include "rows/ordered_rows.h"
 #include "table/formats.h"
 #include "table/options.h"
 
@@ -32,14 +32,15 @@ class TableRun {
 
  private:
   // Whether all rows that are wanted have been printed.
-  bool _is_full() const { return !_sorted && _options.top.has_value() && _printed >= *_options.top; }
+  bool _is_full() const { return _options.top.has_value() && _printed >= *_options.top; }
 
   void _print(const Row& row);
 
   const Options& _options;
   Format _format;
   std::unique_ptr<Writer> _writer;
-  std::unique_ptr<SortedRows> _sorted;
+  std::unique_ptr<OrderedRows> _sorted;  // nothing: rows are printed as they come
+  std::string _key;
   std::vector<Column> _columns;
   std::vector<std::string> _scratch;  // one for each column, as fields point into it
   std::vector<Field> _fields;

@@ -234,25 +234,27 @@ def check_formats(program, path, blocks, r):
 
 
 def check_order(program, path, blocks, r):
-    column = r.choice(["frequency", "lemma1", "log_likelihood", "pattern", "cell0"])
-    ascending = r.random() < 0.5
-    top = r.randint(0, len(blocks) + 1)
-
-    def key(item):
-        row = row_of(item[1], 1)[column]
-        return row if column in ("lemma1", "pattern") else float(row.replace(b"NA", b"nan"))
-
-    numbered = sorted(enumerate(blocks), key=lambda item: (item[1]["key"], item[0]))
-    known = [item for item in numbered if key(item) == key(item)]
-    unknown = [item for item in numbered if key(item) != key(item)]
-    ordered = sorted(known, key=key, reverse=False) if ascending else sorted(known[::-1], key=key)[::-1]
-    expected = [block for _, block in ordered + unknown][:top]
-    lines = table_of(program, path, "--sort", ("+" if ascending else "") + column, "--top", str(top), "--columns",
-                     f"lemma,tag,parent,relation,{column}", "--format", "tsv").split(b"\n")[1:-1]
+    names = ["frequency", "lemma1", "log_likelihood", "pattern", "cell0", "tag2", "relation1", "parent1"]
+    keys = [(r.choice(["", "+", "-"]), name) for name in r.sample(names, r.randint(1, 3))]
+    top = r.randint(0, len(blocks) + 1) if r.random() < 0.7 else len(blocks)
+    # Sorts are stable, so the last key goes first; before all of them the member lines and the place in the file.
+    rows = [(row_of(block, 1), block) for block in sorted(blocks, key=lambda block: block["key"])]
+    for sign, name in reversed(keys):
+        is_text = name.startswith(TEXTS)
+        ascending = sign == "+" or sign == "" and is_text
+        unknown = [row for row in rows if row[0][name] == b"NA" and not is_text]
+        known = [row for row in rows if row[0][name] != b"NA" or is_text]
+        known.sort(key=lambda row: row[0][name] if is_text else float(row[0][name]), reverse=not ascending)
+        rows = known + unknown
+    order = ",".join(sign + name for sign, name in keys)
+    limits = [["--top", str(top)], [], ["--memory", "1K"], ["--memory", "1K", "--top", str(top)]][r.randint(0, 3)]
+    lines = table_of(program, path, "--sort", order, *limits, "--columns", "lemma,tag,parent,relation,frequency",
+                     "--format", "tsv").split(b"\n")[1:-1]
     got = [line.split(b"\t") for line in lines]
-    n = len(blocks[0]["members"])
-    wanted = [[member[field] for field in (1, 2, 3, 4) for member in block["members"]] for block in expected]
-    expect([row[: 4 * n] for row in got] == wanted, "order by", column, ascending, top)
+    expected = [block for _, block in rows][: top if "--top" in limits else None]
+    wanted = [[member[field] for field in (1, 2, 3, 4) for member in block["members"]] + [b"%d" % block["cells"][-1]]
+              for block in expected]
+    expect(got == wanted, "order by", order, limits)
 
 
 def check_measure_order(program, path, r):

@@ -131,6 +131,51 @@ TEST(Table, AddsToTheColumnsAndPrintsNoneTwice) {
             "lemma1\tlemma2\tMI\tDice\tpattern\na\tb\t1.392317423\t0.75\ta <Atr b\n");
 }
 
+TEST(Table, SortsBySeveralColumnsTextsUpwardsAndNumbersDownwardsUnlessSigned) {
+  const std::string content =
+      _pair("b", "x", 1) + _pair("a", "y", 2) + _pair("b", "y", 3) + _pair("a", "x", 4) + _pair("ab", "x", 4) + "\n";
+  const auto rows = [&](const std::string& order) {
+    std::string table = _table(content, {"--columns=lemma,frequency", "--sort", order}).substr(24);
+    std::erase(table, '\t');
+    std::replace(table.begin(), table.end(), '\n', ' ');
+    return table;
+  };
+  EXPECT_EQ(rows("lemma1,frequency"), "ax4 ay2 abx4 by3 bx1 ");
+  EXPECT_EQ(rows("+lemma1,+frequency"), "ay2 ax4 abx4 bx1 by3 ");
+  EXPECT_EQ(rows("-lemma1,-frequency"), "by3 bx1 abx4 ax4 ay2 ");
+  EXPECT_EQ(rows("lemma2,-lemma1"), "bx1 abx4 ax4 by3 ay2 ");
+  EXPECT_EQ(rows("frequency"), "ax4 abx4 by3 ay2 bx1 ");
+  EXPECT_EQ(rows("relation1,tag2,+frequency"), "bx1 ay2 by3 ax4 abx4 ");
+  for (const std::string wrong : {"", ",", "lemma1,", "lemma1,rank", "++lemma1", "lemma", "lemma3"})
+    EXPECT_THROW(rows(wrong), usage_error) << wrong;
+}
+
+TEST(Table, SortsNotANumberLastAndZeroBytesAsBytes) {
+  const std::string zero(1, '\0');
+  const std::string content = _pair("a" + zero + "b", "r", 1, "-nan") + _pair("a", "s", 1, "inf") +
+                              _pair("a" + zero, "t", 1, "-inf") + _pair("ab", "u", 1, "-0.5") +
+                              _pair("a\x01", "v", 1, "7") + _pair("a\xff", "w", 1, "0") + "\n";
+  const auto order = [&](const std::string& key) {
+    std::string table = _table(content, {"--columns=lemma2", "--sort", key}).substr(7);
+    std::erase(table, '\n');
+    return table;
+  };
+  EXPECT_EQ(order("chi_square"), "svwutr");
+  EXPECT_EQ(order("+chi_square"), "tuwvsr");
+  EXPECT_EQ(order("lemma1"), "strvuw");
+  EXPECT_EQ(order("-lemma1"), "wuvrts");
+}
+
+TEST(Table, TakesTheMemoryOfSortsInTheUnitsOfSizes) {
+  const auto memory = [](const std::string& size) { return parse_options({"--memory", size}).memory; };
+  EXPECT_EQ(memory("100"), 100U);
+  EXPECT_EQ(memory("3K"), 3072U);
+  EXPECT_EQ(memory("256M"), 256U << 20);
+  EXPECT_EQ(memory("2G"), std::size_t{2} << 30);
+  for (const std::string wrong : {"", "M", "0", "-1", "1.5G", "2GB", "2X", "99999999999T"})
+    EXPECT_THROW(memory(wrong), usage_error) << wrong;
+}
+
 TEST(Table, SortsEqualMeasuresByTheirWordsWhateverTheirRounding) {
   // Three times as many occurrences of the first word, and of all three: the same MI, but 24.118539673357503 is
   // computed for the one and 24.1185396733575 for the other (with long doubles of 80 bits).
