@@ -8,7 +8,7 @@
 #include <fmt/format.h>
 
 #include "companion/errors.h"
-#include "companion/utf8.h"
+#include "rows/line_fields.h"
 
 namespace colx::table {
 
@@ -21,49 +21,6 @@ constexpr std::size_t member_fields = 5;
 
 bool _is_digit(char c) {
   return c >= '0' && c <= '9';
-}
-
-std::string _shown(std::string_view text) {
-  constexpr std::size_t longest = 40;
-  std::string result = "\"";
-  while (!text.empty() && result.size() < longest) {
-    const Character character = first_character(text);
-    if (text[0] == '\t')
-      result += "\\t";
-    else if (!character.is_valid || character.code < ' ')
-      result += fmt::format("\\x{:02x}", static_cast<unsigned char>(text[0]));
-    else
-      result += printable(text.substr(0, character.size));
-    text.remove_prefix(character.size);
-  }
-  return result + (text.empty() ? "\"" : "...\"");
-}
-
-std::string_view _view(const char* begin, const char* end) {
-  return {begin, static_cast<std::size_t>(end - begin)};
-}
-
-// Splits a line into fields and returns how many there are; of more than `Most` only the first are kept.
-template <std::size_t Most>
-std::size_t _split(std::string_view line, std::array<std::string_view, Most>& fields) {
-  std::size_t count = 0;
-  const char* begin = line.data();
-  const char* const end = begin + line.size();
-  for (;;) {
-    const void* const tab = std::memchr(begin, '\t', static_cast<std::size_t>(end - begin));
-    const char* const field_end = tab == nullptr ? end : static_cast<const char*>(tab);
-    if (count < Most) fields[count] = _view(begin, field_end);
-    ++count;
-    if (tab == nullptr || count > Most) return count;
-    begin = field_end + 1;
-  }
-}
-
-// Plain decimal without a sign or needless zeros, as the program writes it.
-bool _parse_count(std::string_view text, std::uint64_t& value) {
-  if (text.empty() || (text.size() > 1 && text[0] == '0')) return false;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  return error == std::errc() && end == text.data() + text.size();
 }
 
 const char* _skip_digits(const char* p, const char* end) {
@@ -133,7 +90,7 @@ class LineWalk {
       _fault.line = _line;
       return false;
     }
-    line = _view(_rest.data(), static_cast<const char*>(found));
+    line = text_between(_rest.data(), static_cast<const char*>(found));
     _rest.remove_prefix(line.size() + 1);
     ++_line;
     return true;
@@ -162,12 +119,12 @@ class LineWalk {
 ParseStatus _parse_member(LineWalk& walk, const std::array<std::string_view, member_fields>& fields, Block& block) {
   const std::size_t position = block.n + 1;
   std::uint64_t number = 0;
-  if (!_parse_count(fields[0], number) || number != position)
-    return walk.malformed(fmt::format("expected the position {}, found {}", position, _shown(fields[0])));
+  if (!parse_count(fields[0], number) || number != position)
+    return walk.malformed(fmt::format("expected the position {}, found {}", position, shown_text(fields[0])));
   if (position > largest_n) return walk.malformed(fmt::format("an N-gram has at most {} words", largest_n));
-  if (!_parse_count(fields[3], number) || number > largest_n)
+  if (!parse_count(fields[3], number) || number > largest_n)
     return walk.malformed(
-        fmt::format("expected the position of the parent or 0 as 4th field, found {}", _shown(fields[3])));
+        fmt::format("expected the position of the parent or 0 as 4th field, found {}", shown_text(fields[3])));
   Member& member = block.members[block.n++];
   member.lemma = fields[1];
   member.tag = fields[2];
@@ -178,16 +135,16 @@ ParseStatus _parse_member(LineWalk& walk, const std::array<std::string_view, mem
 
 ParseStatus _parse_cells(LineWalk& walk, std::string_view line, Block& block) {
   std::array<std::string_view, most_cells> fields;
-  const std::size_t count = _split(line, fields);
+  const std::size_t count = split_fields(line, fields);
   if (count != block.cell_count())
     return walk.malformed(
         fmt::format("expected {} cells separated by TABs below an N-gram of {} words, or a further word (position, "
                     "lemma, tag, parent, relation); found {}",
-                    block.cell_count(), block.n, _shown(line)));
+                    block.cell_count(), block.n, shown_text(line)));
   std::uint64_t total = 0;
   for (std::size_t i = 0; i < count; ++i) {
-    if (!_parse_count(fields[i], block.cells[i]))
-      return walk.malformed(fmt::format("expected a whole number as cell {}, found {}", i, _shown(fields[i])));
+    if (!parse_count(fields[i], block.cells[i]))
+      return walk.malformed(fmt::format("expected a whole number as cell {}, found {}", i, shown_text(fields[i])));
     if (block.cells[i] > largest_total || total + block.cells[i] > largest_total)
       return walk.malformed("the cells add up to more than 2^53");
     total += block.cells[i];
@@ -196,14 +153,14 @@ ParseStatus _parse_cells(LineWalk& walk, std::string_view line, Block& block) {
 }
 
 ParseStatus _parse_measures(LineWalk& walk, std::string_view line, Block& block) {
-  const std::size_t count = _split(line, block.measures);
+  const std::size_t count = split_fields(line, block.measures);
   if (count != block.measure_count())
     return walk.malformed(fmt::format("expected {} measures separated by TABs below the cells of {} words, found {}",
-                                      block.measure_count(), block.n, _shown(line)));
+                                      block.measure_count(), block.n, shown_text(line)));
   for (std::size_t i = 0; i < count; ++i)
     if (!_is_measure(block.measures[i]))
       return walk.malformed(
-          fmt::format("expected a number, inf or nan as measure {}, found {}", i + 1, _shown(block.measures[i])));
+          fmt::format("expected a number, inf or nan as measure {}, found {}", i + 1, shown_text(block.measures[i])));
   return ParseStatus::complete;
 }
 
@@ -216,7 +173,7 @@ ParseStatus parse_block(std::string_view bytes, Block& block, Fault& fault) {
   for (;;) {
     if (!walk.take(line)) return ParseStatus::incomplete;
     std::array<std::string_view, member_fields> fields;
-    if (_split(line, fields) != member_fields) break;
+    if (split_fields(line, fields) != member_fields) break;
     // Below two words or more, a line that does not go on counting should have been the cells.
     if (block.n >= smallest_n && fields[0] != std::to_string(block.n + 1)) break;
     if (_parse_member(walk, fields, block) != ParseStatus::complete) return ParseStatus::malformed;
@@ -225,7 +182,7 @@ ParseStatus parse_block(std::string_view bytes, Block& block, Fault& fault) {
   if (block.n < smallest_n)
     return walk.malformed(fmt::format(
         "expected word {} of an N-gram (position, lemma, tag, parent, relation, separated by TABs), found {}",
-        block.n + 1, _shown(line)));
+        block.n + 1, shown_text(line)));
   for (std::size_t k = 0; k < block.n; ++k)
     if (block.members[k].parent > block.n)
       return walk.malformed_before(
@@ -236,7 +193,7 @@ ParseStatus parse_block(std::string_view bytes, Block& block, Fault& fault) {
   if (!walk.take(line)) return ParseStatus::incomplete;
   if (_parse_measures(walk, line, block) != ParseStatus::complete) return ParseStatus::malformed;
   if (!walk.take(line)) return ParseStatus::incomplete;
-  if (!line.empty()) return walk.malformed("expected an empty line below the measures, found " + _shown(line));
+  if (!line.empty()) return walk.malformed("expected an empty line below the measures, found " + shown_text(line));
   block.text = bytes.substr(0, bytes.size() - walk.rest().size());
   if (block.text.find('\r') != std::string_view::npos)
     return walk.malformed_before(block.n + 2,

@@ -8,6 +8,7 @@
 
 #include "companion/errors.h"
 #include "rows/association.h"
+#include "table/combinations.h"
 #include "table/memory_size.h"
 
 namespace colx::table {
@@ -54,6 +55,12 @@ bool _special_as_text(const GivenOption& given) {
 std::string _path(const GivenOption& given) {
   if (given.value.empty()) reject(given, "the name of a file");
   return given.value == "-" ? "" : given.value;
+}
+
+void _read_other(Options& options, Input kind, const GivenOption& given) {
+  if (given.value.empty()) reject(given, "the name of a FILE");
+  options.kind = kind;
+  options.input = given.value;
 }
 
 constexpr auto _rows = std::to_array<Row>({
@@ -111,6 +118,10 @@ constexpr auto _rows = std::to_array<Row>({
     {{"--unsigned", "",
       "leave out the sign of G2, X2 and simple_ll, which is that of frequency less expected frequency"},
      [](Options& options, const GivenOption&) { options.style.sign = Sign::none; }},
+    {{"--contexts", "FILE", "read a contexts file of ngrex instead: one row a context word"},
+     [](Options& options, const GivenOption& given) { _read_other(options, Input::contexts, given); }},
+    {{"--statistics", "FILE", "read a statistics file of ngrex instead: one row a datafile"},
+     [](Options& options, const GivenOption& given) { _read_other(options, Input::statistics, given); }},
     {{"-h,--help", "", "print this help and exit"},
      [](Options& options, const GivenOption&) { options.information = help(program); },
      true},
@@ -180,8 +191,13 @@ constinit const Program program = {
 
 Options parse_options(const std::vector<std::string>& arguments) {
   Options options;
+  check_combination(program, arguments);
   std::vector<std::string> files;
   if (apply_command_line(program, _rows, arguments, options, files)) return options;
+  if (options.kind != Input::ngrams) {
+    if (!files.empty()) throw usage_error(fmt::format("expected one input, found {} and {}", options.input, files[0]));
+    return options;
+  }
   if (files.size() > 1) _refuse_files(files);
   if (!files.empty()) options.input = files.front();
   if (options.sort.has_value()) options.sort->collation = options.collation;

@@ -19,8 +19,12 @@ namespace colx::table {
 // What ngrex-table says of itself, with all its options.
 extern constinit const Program program;
 
+// What kind of file is read.
+enum class Input { ngrams, contexts, statistics };
+
 // What a run is to do.
 struct Options {
+  Input kind = Input::ngrams;
   std::string input = "-";
   std::string output;                 // empty: standard output
   std::vector<std::string> columns;   // names as given; empty: the default columns

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <memory>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -15,7 +16,10 @@
 #include "companion/errors.h"
 #include "rows/block_reader.h"
 #include "rows/merged_rows.h"
+#include "table/contexts_table.h"
+#include "table/flat_table.h"
 #include "table/formats.h"
+#include "table/statistics_table.h"
 #include "table/table_run.h"
 
 namespace colx::table {
@@ -35,6 +39,56 @@ Look _look(const Options& options, Format format, bool bold) {
   if (options.special_as_text.has_value() && format != Format::jsonl)
     throw usage_error("--json-numbers is for --format jsonl");
   return {options.na.value_or("NA"), options.byte_order_mark, options.special_as_text.value_or(false), bold};
+}
+
+// What is said of a fault in the input, which costs a file all rows, and standard output those behind the fault.
+input_error _with_consequence(const Options& options, const input_error& error, bool begun) {
+  if (!options.output.empty()) return input_error(fmt::format("{}; {} is not written", error.what(), options.output));
+  return input_error(fmt::format("{}; {}", error.what(), begun ? "the table ends here" : "there is no table"));
+}
+
+void _write_ngrams(const Options& options, Format format, Output& output, const Look& look) {
+  BlockReader reader(options.input);
+  std::optional<MergedRows> merged;
+  if (options.merging.is_wanted()) merged.emplace(reader, input_name(options.input), options.merging);
+  BlockSource& source = merged.has_value() ? static_cast<BlockSource&>(*merged) : reader;
+  TableRun table(options, format, output, look);
+  Block block;
+  bool begun = false;
+  try {
+    while (source.next(block)) {
+      if (!begun) table.begin(block.n);
+      begun = true;
+      if (!table.add(block)) break;
+    }
+  } catch (const input_error& error) {
+    if (options.output.empty()) {
+      table.end();
+      output.flush();
+    }
+    throw _with_consequence(options, error, begun);
+  }
+  if (!begun && (format == Format::ucs || names_every_column(options))) table.begin(format == Format::ucs ? 2 : 0);
+  table.end();
+}
+
+void _write_flat_table(const Options& options, Format format, Output& output, const Look& look) {
+  if (format == Format::ucs) throw usage_error("--format ucs is for pairs, not for contexts or statistics");
+  const std::unique_ptr<Writer> writer = make_writer(format, output, look);
+  FlatTable table(options, *writer);
+  try {
+    if (options.kind == Input::contexts)
+      write_contexts(options, table);
+    else
+      write_statistics(options, table, format != Format::tsv);
+  } catch (const input_error& error) {
+    if (options.output.empty()) {
+      writer->end();
+      output.flush();
+    }
+    throw _with_consequence(options, error, table.has_begun());
+  }
+  writer->end();
 }
 
 // Writes the table to where it is wanted.
@@ -60,27 +114,10 @@ void _deliver(const Options& options) {
 void write_table(const Options& options, Output& output, bool on_terminal, bool bold) {
   const Format format = options.format.value_or(on_terminal ? Format::aligned : Format::tsv);
   const Look look = _look(options, format, bold);
-  BlockReader reader(options.input);
-  std::optional<MergedRows> merged;
-  if (options.merging.is_wanted()) merged.emplace(reader, input_name(options.input), options.merging);
-  BlockSource& source = merged.has_value() ? static_cast<BlockSource&>(*merged) : reader;
-  TableRun table(options, format, output, look);
-  Block block;
-  bool begun = false;
-  try {
-    while (source.next(block)) {
-      if (!begun) table.begin(block.n);
-      begun = true;
-      if (!table.add(block)) break;
-    }
-  } catch (const input_error& error) {
-    if (!options.output.empty()) throw input_error(fmt::format("{}; {} is not written", error.what(), options.output));
-    table.end();
-    output.flush();
-    throw input_error(fmt::format("{}; {}", error.what(), begun ? "the table ends here" : "there is no table"));
-  }
-  if (!begun && (format == Format::ucs || names_every_column(options))) table.begin(format == Format::ucs ? 2 : 0);
-  table.end();
+  if (options.kind == Input::ngrams)
+    _write_ngrams(options, format, output, look);
+  else
+    _write_flat_table(options, format, output, look);
   output.flush();
 }
 
