@@ -1,6 +1,5 @@
 #include "rows/merged_rows.h"
 
-#include <iterator>
 #include <stdexcept>
 #include <utility>
 
@@ -62,12 +61,19 @@ bool MergedRows::next(Block& block) {
   _text.clear();
   for (std::size_t k = 0; k < 2; ++k) {
     const Member& member = block.members[k];
-    fmt::format_to(std::back_inserter(_text), FMT_STRING("{}\t{}\t{}\t{}\t{}\n"), k + 1, member.lemma, member.tag,
-                   member.parent, member.relation);
+    _text += k == 0 ? "1\t" : "2\t";
+    _text.append(member.lemma) += '\t';
+    _text.append(member.tag) += '\t';
+    _text += static_cast<char>('0' + member.parent);
+    _text += '\t';
+    _text.append(member.relation) += '\n';
   }
   block.members_size = _text.size();
-  fmt::format_to(std::back_inserter(_text), FMT_STRING("{}\t{}\t{}\t{}\nnan\tnan\tnan\tnan\tnan\tnan\n\n"),
-                 block.cells[0], block.cells[1], block.cells[2], block.cells[3]);
+  for (std::size_t i = 0; i < 4; ++i) {
+    const fmt::format_int digits(block.cells[i]);
+    _text.append(digits.data(), digits.size()) += i == 3 ? '\n' : '\t';
+  }
+  _text += "nan\tnan\tnan\tnan\tnan\tnan\n\n";
   block.text = _text;
   return true;
 }
@@ -78,7 +84,7 @@ void MergedRows::_read() {
   while (_source.next(block)) {
     if (block.n != 2)
       throw usage_error(fmt::format(
-          "--merge, --within and the format ucs are for pairs; this file has N-grams of {} words", block.n));
+          "merging is for pairs (--merge, --within, the format ucs); this file has N-grams of {} words", block.n));
     _count(block);
   }
   _check_total();

@@ -54,9 +54,18 @@ std::vector<Column> ucs_columns(std::span<const Column> columns) {
   for (const Column& column : columns) {
     if (std::find(result.begin(), result.end(), column) != result.end()) continue;
     result.push_back(column);
-    std::replace(result.back().name.begin(), result.back().name.end(), '_', '.');
+    std::string& name = result.back().name;
+    std::replace(name.begin(), name.end(), '_', '.');
+    if (column.quantity == Quantity::association) name.insert(0, "am.");
   }
   return result;
+}
+
+Merging merging_of_ucs(Merging merging) {
+  merging.order = true;
+  merging.tag = true;
+  if (merging.within == Within::everything) merging.relation = true;
+  return merging;
 }
 
 }  // namespace colx::table

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "rows/columns.h"
+#include "rows/merging.h"
 #include "table/output.h"
 #include "table/writer.h"
 
@@ -23,8 +24,12 @@ std::optional<Format> find_format(std::string_view name);
 std::unique_ptr<Writer> make_writer(Format format, Output& output, const Look& look);
 
 // The columns of a ucs table: id, l1, l2, f, f1, f2, N, which are the rank, both lemmas, the frequencies and the total
-// under other names, and then all given columns that are not among them, with dots for underscores, which names of that
-// format do not have.
+// under other names, and then all given columns that are not among them. Computed measures begin with "am.", and dots
+// stand for underscores, which names of that format do not have.
 std::vector<Column> ucs_columns(std::span<const Column> columns);
+
+// What the rows of a ucs table are besides: pair types, which are known by their two lemmas, dependent first. Within a
+// relation they are those of each relation.
+Merging merging_of_ucs(Merging merging);
 
 }  // namespace colx::table

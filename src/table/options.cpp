@@ -153,7 +153,8 @@ void _check_merging(const Options& options) {
   const auto check = [](const Column& column) {
     if (column.quantity == Quantity::own_measure)
       throw usage_error(fmt::format(
-          "{} is of the pairs as the file has them; rows made by --merge or --within have the measures of --measures",
+          "{} is of the pairs as the file has them; rows made by --merge, --within or the format ucs have the measures "
+          "of --measures",
           column.name));
   };
   for (const std::string& name : options.columns)
@@ -202,6 +203,7 @@ Options parse_options(const std::vector<std::string>& arguments) {
   if (!files.empty()) options.input = files.front();
   if (options.sort.has_value()) options.sort->collation = options.collation;
   _check_names(options);
+  if (options.format == Format::ucs) options.merging = merging_of_ucs(options.merging);
   _check_merging(options);
   return options;
 }

@@ -4,8 +4,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include <fmt/format.h>
-
 #include "companion/errors.h"
 #include "rows/best_rows.h"
 #include "rows/block_reader.h"
@@ -14,6 +12,17 @@
 namespace colx::table {
 
 namespace {
+
+// Merged rows have no measures of the file, and types of pairs no more than their lemmas and, where it tells them
+// apart, the relation.
+std::vector<Column> _columns_by_default(const Options& options, std::size_t n) {
+  if (options.format == Format::ucs)
+    return options.merging.relation ? std::vector<Column>() : expand_column("relation1", n);
+  std::vector<Column> columns = default_columns(n);
+  if (options.merging.is_wanted())
+    std::erase_if(columns, [](const Column& column) { return column.quantity == Quantity::own_measure; });
+  return columns;
+}
 
 // The columns to be printed for N-grams of n words, each once; with n = 0 those that are named and exist for some n.
 std::vector<Column> _chosen_columns(const Options& options, std::size_t n) {
@@ -24,11 +33,7 @@ std::vector<Column> _chosen_columns(const Options& options, std::size_t n) {
   const auto add_all = [&](std::vector<Column> more) {
     std::for_each(more.begin(), more.end(), [&](Column& column) { add(std::move(column)); });
   };
-  if (options.columns.empty()) {
-    columns = default_columns(n);
-    if (options.merging.is_wanted())
-      std::erase_if(columns, [](const Column& column) { return column.quantity == Quantity::own_measure; });
-  }
+  if (options.columns.empty()) columns = _columns_by_default(options, n);
   for (const std::string& name : options.columns)
     add_all(expand_column(name, n));
   for (const std::string& name : options.measures)
@@ -38,9 +43,7 @@ std::vector<Column> _chosen_columns(const Options& options, std::size_t n) {
   return columns;
 }
 
-void _check_for_n(const Options& options, Format format, std::size_t n) {
-  if (format == Format::ucs && n != 2)
-    throw usage_error(fmt::format("the format ucs is for pairs; this file has N-grams of {} words", n));
+void _check_for_n(const Options& options, std::size_t n) {
   for (const std::string& name : options.measures)
     check_column(*find_column(name), n);
   for (const RowFilter& filter : options.filters)
@@ -66,7 +69,7 @@ TableRun::TableRun(const Options& options, Format format, Output& output, const 
 }
 
 void TableRun::begin(std::size_t n) {
-  if (n != 0) _check_for_n(_options, _format, n);
+  if (n != 0) _check_for_n(_options, n);
   _columns = _chosen_columns(_options, n);
   if (_format == Format::ucs) _columns = ucs_columns(_columns);
   _scratch.resize(_columns.size());

@@ -59,6 +59,19 @@ TEST(TableMerging, MakesTablesWithinRelations) {
                                        "old\train\t4\t5\t0\t1\t10\t12.19264508\n");
 }
 
+TEST(TableMerging, WritesPairTypesForUcs) {
+  EXPECT_EQ(_table({"--format=ucs", "--measures=logDice,min_sensitivity"}),
+            "id\tl1\tl2\tf\tf1\tf2\tN\tam.logDice\tam.min.sensitivity\n"
+            "1\theavy\train\t5\t5\t6\t10\t13.86249648\t0.8333333333\n"
+            "2\train\tfall\t4\t4\t4\t10\t14\t1\n"
+            "3\told\train\t1\t1\t6\t10\t12.19264508\t0.1666666667\n");
+  EXPECT_EQ(_table({"--format=ucs", "--within=relation", "--where=relation1=Atr"}),
+            "id\tl1\tl2\tf\tf1\tf2\tN\trelation1\n"
+            "1\theavy\train\t5\t5\t6\t6\tAtr\n"
+            "2\told\train\t1\t1\t6\t6\tAtr\n");
+  EXPECT_EQ(run_tool("ngrex-table", {"--format=ucs"}, "\n").out, "id\tl1\tl2\tf\tf1\tf2\tN\n");
+}
+
 TEST(TableMerging, ChoosesAndSortsMergedRowsAndKeepsTheirMargins) {
   EXPECT_EQ(_table({"--merge=order,tag", "--sort=+frequency", "--min-frequency=2", "--where", "lemma2=rain",
                     "--columns=rank,lemma,marginal,total"}),
@@ -80,12 +93,13 @@ TEST(TableMerging, RefusesAFileThatLacksPairs) {
 
 TEST(TableMerging, RefusesWhatMergedRowsDoNotHave) {
   const std::string own =
-      "chi_square is of the pairs as the file has them; rows made by --merge or --within have the measures of "
-      "--measures";
+      "chi_square is of the pairs as the file has them; rows made by --merge, --within or the format ucs have "
+      "the measures of --measures";
   const std::vector<std::pair<std::vector<std::string>, std::string>> wrong = {
       {{"--merge=tag", "--columns=lemma,chi_square"}, own},
       {{"--within=relation", "--sort=chi_square"}, own},
       {{"--within=relation", "--where=chi_square>3"}, own},
+      {{"--format=ucs", "--columns=chi_square"}, own},
       {{"--within=relation", "--merge=relation"}, "--merge relation leaves no relation that --within could go by"},
       {{"--merge=tag,lemma"}, "--merge takes order, tag and relation, separated by commas, not \"lemma\""},
       {{"--within=head"}, "--within takes relation or head-relation, not \"head\""}};

@@ -10,6 +10,7 @@ cut somewhere the whole N-grams before the cut must be printed.
 
 import argparse
 import codecs
+import collections
 import csv
 import decimal
 import fractions
@@ -287,7 +288,23 @@ def check_merging(program, path, blocks, r):
             computed = measures_of({"members": [0, 1], "cells": [int(row[f"cell{i}"]) for i in range(4)]})
             for name in ("G2", "logDice"):
                 expect(close(got[name], computed[name]), options, name, got[name], computed[name], row)
+    check_pair_types(program, path, blocks)
     return True
+
+
+def check_pair_types(program, path, blocks):
+    """What a data set of pair types promises: names, and sums that agree."""
+    lines = table_of(program, path, "--format", "ucs", "--measures", "G2,min_sensitivity").split(b"\n")[:-1]
+    expect(lines[0] == b"id\tl1\tl2\tf\tf1\tf2\tN\tam.G2\tam.min.sensitivity", "header of ucs", lines[0])
+    rows = [line.split(b"\t") for line in lines[1:]]
+    of_first, of_second = collections.Counter(), collections.Counter()
+    for _, first, second, f, *_ in rows:
+        of_first[first] += int(f)
+        of_second[second] += int(f)
+    expect(len({(row[1], row[2]) for row in rows}) == len(rows), "pair types that stand twice")
+    total = sum(block["cells"][-1] for block in blocks)
+    for number, (rank, first, second, f, f1, f2, n, *_) in enumerate(rows, 1):
+        expect((int(rank), int(f1), int(f2), int(n)) == (number, of_first[first], of_second[second], total), "ucs", rows)
 
 
 def check_cut(program, content, folder, r):
