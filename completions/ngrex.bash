@@ -51,7 +51,7 @@ _ngrex_complete() {
       ;;
     ngrex-table)
       options='-o --output --columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision --na --bom --json-numbers --unsigned
-        --locale --memory
+        --locale --memory --ignore-case
         --merge --within --contexts --statistics -h --help --version'
       ;;
   esac

@@ -7,10 +7,10 @@
 
 #include <fmt/format.h>
 
+#include "companion/lemma_protection.h"
 #include "corpus/datafile_format.h"
 #include "import/datafile_writer.h"
 #include "import/function_names.h"
-#include "import/lemma_protection.h"
 #include "import/relations.h"
 #include "import/xpos_lengths.h"
 #include "output/number_format.h"

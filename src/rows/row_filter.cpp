@@ -1,46 +1,15 @@
 #include "rows/row_filter.h"
 
-#include <regex.h>
-
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cmath>
-#include <limits>
-#include <new>
+#include <cstddef>
+#include <optional>
 
 #include <fmt/format.h>
 
 #include "companion/errors.h"
-#include "rows/bracket_ranges.h"
 
 namespace colx::table {
-
-struct RowFilter::Expression {
-  explicit Expression(const std::string& text) {
-    const int error = regcomp(&compiled, with_ranges_written_out(text).c_str(), REG_EXTENDED);
-    if (error == 0) return;
-    if (error == REG_ESPACE) throw std::bad_alloc();
-    std::array<char, 200> message{};
-    regerror(error, &compiled, message.data(), message.size());
-    throw usage_error(fmt::format("the regular expression \"{}\" cannot be used: {}", text, message.data()));
-  }
-  ~Expression() { regfree(&compiled); }
-
-  Expression(const Expression&) = delete;
-  Expression& operator=(const Expression&) = delete;
-
-  bool matches(std::string_view text) const {
-    regmatch_t range{};
-    range.rm_so = 0;
-    range.rm_eo = static_cast<regoff_t>(text.size());
-    const int result = regexec(&compiled, text.data(), 0, &range, REG_STARTEND);
-    if (result == REG_ESPACE) throw std::bad_alloc();
-    return result == 0;
-  }
-
-  regex_t compiled{};
-};
 
 namespace {
 
@@ -50,102 +19,133 @@ struct Operator {
 };
 
 // Those of two characters before those that they begin with.
-constexpr std::array<Operator, 8> _operators = {{{"!=", Comparison::unequal},
-                                                 {"!~", Comparison::matches_not},
-                                                 {"<=", Comparison::at_most},
-                                                 {">=", Comparison::at_least},
-                                                 {"=", Comparison::equal},
-                                                 {"~", Comparison::matches},
-                                                 {"<", Comparison::less},
-                                                 {">", Comparison::greater}}};
+constexpr auto _operators = std::to_array<Operator>({{"!=", Comparison::unequal},
+                                                     {"!~", Comparison::matches_not},
+                                                     {"<=", Comparison::at_most},
+                                                     {">=", Comparison::at_least},
+                                                     {"=", Comparison::equal},
+                                                     {"~", Comparison::matches},
+                                                     {"<", Comparison::less},
+                                                     {">", Comparison::greater}});
+constexpr auto _words = std::to_array<Operator>({{" in ", Comparison::in}, {" not in ", Comparison::not_in}});
 
-// The row with as many digits as are printed when nothing is said about them: which rows are in a table does not depend
-// on how it is printed.
-Row _with_usual_digits(const Row& row) {
-  Row result = row;
-  result.style.precision = Style().precision;
-  return result;
+constexpr std::string_view _or = " or ";
+constexpr std::string_view _and = " and ";
+
+std::string_view _name_at_the_beginning(std::string_view text) {
+  constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_";
+  return text.substr(0, std::min(text.find_first_not_of(letters), text.size()));
 }
 
-double _number_from(std::string_view text, std::string_view condition) {
-  if (text == "NA") return std::numeric_limits<double>::quiet_NaN();
-  if (text == "Inf") return std::numeric_limits<double>::infinity();
-  if (text == "-Inf") return -std::numeric_limits<double>::infinity();
-  double value = 0;
-  // Only digits begin a number here, not the names that the library knows.
-  const std::size_t begin = text.find_first_of("0123456789.");
-  const bool is_number = begin == 0 || (begin == 1 && text[0] == '-');
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (!is_number || end != text.data() + text.size())
-    throw usage_error(fmt::format("\"{}\" compares a numeric column with something that is no number", condition));
-  if (error == std::errc::result_out_of_range)
-    throw usage_error(fmt::format("\"{}\" compares with a number that is too large or too small", condition));
+template <std::size_t count>
+const Operator* _operator_at(std::string_view text, const std::array<Operator, count>& known) {
+  const auto* const found =
+      std::find_if(known.begin(), known.end(), [&](const Operator& one) { return text.starts_with(one.sign); });
+  return found == known.end() ? nullptr : found;
+}
+
+// Whether a text goes on as a condition does. A name that is no column counts before a sign, where it must be a slip of
+// the pen, and not before a word.
+bool _begins_as_condition(std::string_view text) {
+  const std::string_view name = _name_at_the_beginning(text);
+  if (name.empty()) return false;
+  const std::string_view rest = text.substr(name.size());
+  if (_operator_at(rest, _operators) != nullptr) return true;
+  return _operator_at(rest, _words) != nullptr && find_column(name).has_value();
+}
+
+// Whether a condition may end here: at the end, or where the next one begins.
+bool _ends_at(std::string_view rest) {
+  for (const std::string_view connection : {_or, _and})
+    if (rest.starts_with(connection)) return _begins_as_condition(rest.substr(connection.size()));
+  return rest.empty();
+}
+
+// Takes a value in quotes from the beginning of a text; nothing when it is none.
+std::optional<std::string> _take_quoted(std::string_view& text) {
+  if (!text.starts_with('\'')) return std::nullopt;
+  std::string value;
+  for (std::size_t i = 1; i < text.size(); ++i) {
+    if (text[i] == '\'') {
+      if (!text.substr(i + 1).starts_with('\'')) {
+        if (!_ends_at(text.substr(i + 1))) return std::nullopt;
+        text.remove_prefix(i + 1);
+        return value;
+      }
+      ++i;
+    }
+    value += text[i];
+  }
+  return std::nullopt;
+}
+
+std::string _take_value(std::string_view& text) {
+  if (std::optional<std::string> quoted = _take_quoted(text); quoted.has_value()) return *quoted;
+  std::size_t size = 0;
+  while (!_ends_at(text.substr(size)))
+    ++size;
+  const std::string value(text.substr(0, size));
+  text.remove_prefix(size);
   return value;
+}
+
+WrittenCondition _take_condition(std::string_view& text) {
+  WrittenCondition written;
+  written.whole = text;
+  std::string_view name = _name_at_the_beginning(text);
+  const Operator* found = _operator_at(text.substr(name.size()), _words);
+  if (found == nullptr) {
+    const std::size_t sign = text.find_first_of("=!~<>");
+    if (sign != std::string_view::npos) {
+      name = text.substr(0, sign);
+      found = _operator_at(text.substr(sign), _operators);
+    }
+  }
+  if (found == nullptr)
+    throw usage_error(fmt::format("the condition \"{}\" has none of = != ~ !~ < <= >= >, in, not in", text));
+  const auto column = find_column(name);
+  if (!column.has_value())
+    throw usage_error(fmt::format("the condition \"{}\" begins with no column: there is no \"{}\"", text, name));
+  written.column = *column;
+  written.comparison = found->comparison;
+  text.remove_prefix(name.size() + found->sign.size());
+  written.value = _take_value(text);
+  written.whole.remove_suffix(text.size());
+  return written;
 }
 
 }  // namespace
 
-RowFilter::RowFilter(std::string_view condition) {
-  const std::size_t at = condition.find_first_of("=!~<>");
-  const auto* const found = at == std::string_view::npos
-                                ? _operators.end()
-                                : std::find_if(_operators.begin(), _operators.end(), [&](const Operator& known) {
-                                    return condition.substr(at).starts_with(known.sign);
-                                  });
-  if (found == _operators.end())
-    throw usage_error(fmt::format("the condition \"{}\" has none of = != ~ !~ < <= >= >", condition));
-  const auto column = find_column(condition.substr(0, at));
-  if (!column.has_value())
-    throw usage_error(fmt::format("the condition \"{}\" begins with no column: there is no \"{}\"", condition,
-                                  condition.substr(0, at)));
-  if (!column->is_of_block())
-    throw usage_error(
-        fmt::format("the condition \"{}\" asks for the {}, which is known only afterwards", condition, column->name));
-  _column = *column;
-  _comparison = found->comparison;
-  _text = condition.substr(at + found->sign.size());
-  if (_comparison == Comparison::matches || _comparison == Comparison::matches_not)
-    _expression = std::make_shared<const Expression>(_text);
-  else if (!_column.is_text())
-    _number = _number_from(_text, condition);
-  const bool asks_for_order = _comparison == Comparison::less || _comparison == Comparison::at_most ||
-                              _comparison == Comparison::at_least || _comparison == Comparison::greater;
-  if (asks_for_order && _column.is_text())
-    throw usage_error(fmt::format("the condition \"{}\" asks for the order of texts", condition));
-  if (asks_for_order && std::isnan(_number))
-    throw usage_error(fmt::format("the condition \"{}\" can never be met, as NA has no order", condition));
+RowFilter::RowFilter(std::string_view text, CaseOf letters) : _alternatives(1) {
+  for (;;) {
+    _alternatives.back().emplace_back(_take_condition(text), letters);
+    if (text.empty()) return;
+    const bool is_alternative = text.starts_with(_or);
+    text.remove_prefix((is_alternative ? _or : _and).size());
+    if (is_alternative) _alternatives.emplace_back();
+  }
+}
+
+std::vector<Column> RowFilter::columns() const {
+  std::vector<Column> result;
+  for (const auto& joined : _alternatives)
+    for (const Condition& condition : joined)
+      result.push_back(condition.column());
+  return result;
+}
+
+std::vector<std::string> RowFilter::notes() const {
+  std::vector<std::string> result;
+  for (const auto& joined : _alternatives)
+    for (const Condition& condition : joined)
+      if (!condition.note().empty()) result.push_back(condition.note());
+  return result;
 }
 
 bool RowFilter::admits(const Row& row) const {
-  if (_expression == nullptr && !_column.is_text()) return _compares(number_of(_column, row));
-  std::string scratch;
-  if (_expression != nullptr) {
-    const std::string_view text = text_of(field_of(_column, _with_usual_digits(row), scratch));
-    return _expression->matches(text) == (_comparison == Comparison::matches);
-  }
-  return (field_of(_column, row, scratch).content == _text) == (_comparison == Comparison::equal);
-}
-
-bool RowFilter::_compares(double value) const {
-  const bool equal = value == _number || (std::isnan(value) && std::isnan(_number));
-  switch (_comparison) {
-    case Comparison::equal:
-      return equal;
-    case Comparison::unequal:
-      return !equal;
-    case Comparison::less:
-      return value < _number;
-    case Comparison::at_most:
-      return value <= _number;
-    case Comparison::at_least:
-      return value >= _number;
-    case Comparison::greater:
-      return value > _number;
-    case Comparison::matches:
-    case Comparison::matches_not:
-      break;  // no comparisons of numbers
-  }
-  return false;
+  return std::any_of(_alternatives.begin(), _alternatives.end(), [&](const std::vector<Condition>& joined) {
+    return std::all_of(joined.begin(), joined.end(), [&](const Condition& condition) { return condition.admits(row); });
+  });
 }
 
 }  // namespace colx::table

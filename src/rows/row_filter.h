@@ -1,45 +1,42 @@
 #pragma once
 
-// Conditions that a row must meet to be in the table.
+// Which rows are in the table.
 
-#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "rows/columns.h"
+#include "rows/condition.h"
 
 namespace colx::table {
 
-// How a column is compared with a value.
-enum class Comparison { equal, unequal, matches, matches_not, less, at_most, at_least, greater };
-
-// One condition: a column, one of = != ~ !~ < <= >= >, and a value.
+// Conditions joined by `and` and `or`, of which `and` binds closer:
 //
-// Equality compares texts byte by byte. Numbers are compared with all their digits, whatever the style of the row; NA,
-// Inf and -Inf may be given. Order is for numbers alone, and NA is in none. An expression, behind ~, is a POSIX
-// extended regular expression, sought anywhere in the text as it is written in a tsv table, computed numbers with the
-// usual ten digits; characters are those of the locale.
+//   filter    = joined { " or " joined }
+//   joined    = condition { " and " condition }
+//   condition = column operator value | column " in " file | column " not in " file
+//
+// An operator is one of = != ~ !~ < <= >= >. A value goes on to the end, or to an " or " or " and " behind which
+// another condition begins, that is, a name and an operator. In quotes of the kind \' it goes on to the closing one,
+// and two of them stand for one; a quote that is not closed there is an ordinary character.
 class RowFilter {
  public:
-  // Throws usage_error when the condition has no column, no operator, a value that is no number for a numeric column,
-  // or a broken expression.
-  explicit RowFilter(std::string_view condition);
+  // Throws usage_error when a condition has no column, no operator or a value that will not do, and input_error when
+  // the file of a set cannot be read.
+  explicit RowFilter(std::string_view text, CaseOf letters = CaseOf::matters);
 
-  const Column& column() const { return _column; }
+  // The columns of all conditions.
+  std::vector<Column> columns() const;
 
-  // Requires that the column exists for the N of the row.
+  // What the user should know of how conditions were taken, one sentence each.
+  std::vector<std::string> notes() const;
+
+  // Requires that the columns exist for the N of the row.
   bool admits(const Row& row) const;
 
  private:
-  struct Expression;
-
-  bool _compares(double value) const;
-
-  Column _column;
-  Comparison _comparison = Comparison::equal;
-  std::string _text;
-  double _number = 0;
-  std::shared_ptr<const Expression> _expression;  // for the two that match
+  std::vector<std::vector<Condition>> _alternatives;  // one of which must be met, with all its conditions
 };
 
 }  // namespace colx::table

@@ -94,9 +94,12 @@ constexpr auto _rows = std::to_array<Row>({
     {{"--min-frequency", "F", "leave out N-grams that occur fewer than F times"},
      [](Options& options, const GivenOption& given) { options.min_frequency = whole_number(given, 0); }},
     {{"--where", "CONDITION",
-      "leave out N-grams that do not meet a condition, such as 'lemma1=rain', 'lemma2~^un' or 'logDice>=7'; operators "
-      "are = != ~ !~ < <= >= >; may be given several times"},
-     [](Options& options, const GivenOption& given) { options.filters.emplace_back(given.value); }},
+      "leave out N-grams that do not meet a condition, such as 'lemma1=rain', 'lemma2~^un', 'logDice>=7' or 'lemma1 in "
+      "FILE'; operators are = != ~ !~ < <= >= >, in, not in; conditions may be joined by and, or; may be given several "
+      "times"},
+     [](Options& options, const GivenOption& given) { options.conditions.push_back(given.value); }},
+    {{"--ignore-case", "", "take capital and small letters for the same in the conditions of --where"},
+     [](Options& options, const GivenOption&) { options.letters = CaseOf::is_ignored; }},
     {{"--merge", "LIST",
       "add pairs up that differ in these only, separated by commas: order (the dependent then comes first), tag, "
       "relation; with margins and measures anew"},
@@ -161,7 +164,8 @@ void _check_merging(const Options& options) {
     for (const Column& column : expand_column(name, 0))
       check(column);
   for (const RowFilter& filter : options.filters)
-    check(filter.column());
+    for (const Column& column : filter.columns())
+      check(column);
   if (options.sort.has_value())
     for (const SortKey& key : options.sort->keys)
       check(key.column);
@@ -201,6 +205,8 @@ Options parse_options(const std::vector<std::string>& arguments) {
   }
   if (files.size() > 1) _refuse_files(files);
   if (!files.empty()) options.input = files.front();
+  for (const std::string& condition : options.conditions)
+    options.filters.emplace_back(condition, options.letters);
   if (options.sort.has_value()) options.sort->collation = options.collation;
   _check_names(options);
   if (options.format == Format::ucs) options.merging = merging_of_ucs(options.merging);

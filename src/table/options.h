@@ -37,7 +37,9 @@ struct Options {
   std::optional<std::uint64_t> top;
   std::uint64_t min_frequency = 0;
   Merging merging;
-  std::vector<RowFilter> filters;
+  std::vector<std::string> conditions;  // as given
+  CaseOf letters = CaseOf::matters;     // of conditions
+  std::vector<RowFilter> filters;       // made of the conditions
   std::optional<Format> format;
   Style style;
   std::optional<std::string> na;        // what stands for not-a-number

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <new>
@@ -91,6 +92,13 @@ void _write_flat_table(const Options& options, Format format, Output& output, co
   writer->end();
 }
 
+// Tells what the user should know of how conditions were taken.
+void _tell_notes(const Options& options) {
+  for (const RowFilter& filter : options.filters)
+    for (const std::string& note : filter.notes())
+      std::fputs(fmt::format("{}: {}\n", program.name, note).c_str(), stderr);
+}
+
 // Writes the table to where it is wanted.
 void _deliver(const Options& options) {
   if (options.output.empty()) {
@@ -127,6 +135,7 @@ int run(const std::vector<std::string>& arguments) {
     write_to_standard_output(options.information);
     return 0;
   }
+  _tell_notes(options);
   try {
     _deliver(options);
   } catch (const std::bad_alloc&) {

@@ -47,7 +47,8 @@ void _check_for_n(const Options& options, std::size_t n) {
   for (const std::string& name : options.measures)
     check_column(*find_column(name), n);
   for (const RowFilter& filter : options.filters)
-    check_column(filter.column(), n);
+    for (const Column& column : filter.columns())
+      check_column(column, n);
   if (options.sort.has_value())
     for (const SortKey& key : options.sort->keys)
       check_column(key.column, n);

@@ -64,5 +64,33 @@ TEST(TableRows, SortsInATemporaryFileWhatDoesNotFitIntoMemory) {
             "ngrex-table: cannot make a temporary file in " + folder.path("none") + ": No such file or directory\n");
 }
 
+TEST(TableRows, FindsAProtectedLemmaAsItIsTyped) {
+  const ToolResult result = run_tool("ngrex-table", {"--columns", "lemma1", "--where", "lemma1=New_York"},
+                                     with_word("New\xCB\x8DYork") + with_word("York") + "\n");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.out, "lemma1\nNew\xCB\x8DYork\n");
+  EXPECT_EQ(
+      result.err,
+      "ngrex-table: \"New_York\" is taken for \"New\xCB\x8DYork\", the lemma that ngrex-import makes of it, as no "
+      "lemma has one of ' : ; ^ _\n");
+}
+
+TEST(TableRows, IgnoresCaseInEveryScriptWhateverTheLocale) {
+  ToolOptions options;
+  options.settings = {"LC_ALL=C"};
+  const std::string input = with_word("\u010cern\u00fd") + with_word("\u010dern\u00e1") + "\n";
+  EXPECT_EQ(run_tool("ngrex-table", {"--where", "lemma1=\u010dERN\u00dd", "--ignore-case", "--columns", "lemma1"},
+                     input, options)
+                .out,
+            "lemma1\n\u010cern\u00fd\n");
+}
+
+TEST(TableRows, ASetThatCannotBeReadIsAnInputError) {
+  const ToolResult result = run_tool("ngrex-table", {"--where", "lemma1 in no/such/file"}, with_word("a") + "\n");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err, "ngrex-table: cannot open no/such/file for reading: No such file or directory\n");
+}
+
 }  // namespace
 }  // namespace colx::cli

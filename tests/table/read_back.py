@@ -258,6 +258,44 @@ def check_order(program, path, blocks, r):
     expect(got == wanted, "order by", order, limits)
 
 
+def random_condition(rows, folder, r):
+    """A condition as bytes, and what it says of a row as row_of makes it."""
+    name = r.choice(["frequency", "lemma1", "relation1", "tag2", "log_likelihood", "parent2", "pattern", "cell0"])
+    value = r.choice(rows)[name]
+    if name.startswith(TEXTS):
+        shown_value = b"'" + value.replace(b"'", b"''") + b"'" if b"'" in value or b" " in value or r.random() < 0.3 else value
+        kind = r.choice(["=", "!=", "in", "not in"])
+        if kind in ("=", "!="):
+            return name.encode() + kind.encode() + shown_value, lambda row: (row[name] == value) == (kind == "=")
+        chosen = {row[name] for row in r.sample(rows, r.randint(1, min(5, len(rows))))} - {b""}
+        path = os.path.join(folder, f"set{r.randrange(10**9)}")
+        with open(path, "wb") as file:
+            file.write(r.choice([b"", codecs.BOM_UTF8]) + b"".join(text + b"\r\n" for text in chosen))
+        return f"{name} {kind} {path}".encode(), lambda row: (row[name] in chosen) == (kind == "in")
+    sign = r.choice(["=", "!="] if value == b"NA" else ["=", "!=", "<", "<=", ">", ">="])
+    number = float(value.replace(b"NA", b"nan"))
+
+    def met(row):
+        other = float(row[name].replace(b"NA", b"nan"))
+        same = other == number or other != other and number != number
+        return {"=": same, "!=": not same, "<": other < number, "<=": other <= number, ">": other > number,
+                ">=": other >= number}[sign]
+
+    return name.encode() + sign.encode() + value, met
+
+
+def check_where(program, path, blocks, folder, r):
+    rows = [row_of(block, 1) for block in blocks]
+    alternatives = [[random_condition(rows, folder, r) for _ in range(r.randint(1, 3))] for _ in range(r.randint(1, 3))]
+    text = b" or ".join(b" and ".join(written for written, _ in joined) for joined in alternatives)
+    if b"\0" in text:  # which no argument can hold
+        return
+    lines = table_of(program, path, b"--where", text, "--columns", "lemma,frequency", "--format", "tsv").split(b"\n")[1:-1]
+    wanted = [row for row in rows if any(all(met(row) for _, met in joined) for joined in alternatives)]
+    names = [name for name in rows[0] if name.startswith("lemma")] + ["frequency"]
+    expect(lines == [b"\t".join(row[name] for name in names) for row in wanted], "rows where", text, len(lines), len(wanted))
+
+
 def check_measure_order(program, path, r):
     measure = r.choice(MEASURES)
     lines = table_of(program, path, "--sort", measure, "--columns", measure, "--format", "tsv").split(b"\n")[1:-1]
@@ -350,6 +388,7 @@ def main():
                 if blocks:
                     check_order(table, path, blocks, r)
                     check_measure_order(table, path, r)
+                    check_where(table, path, blocks, folder, r)
                 if blocks and len(blocks[0]["members"]) == 2:
                     merged += check_merging(table, path, blocks, r)
                 check_cut(table, content, folder, r)

@@ -1,4 +1,4 @@
-#include "import/lemma_protection.h"
+#include "companion/lemma_protection.h"
 
 #include <gtest/gtest.h>
 
