@@ -177,6 +177,10 @@ std::string help(const Program& program) {
   return text + fmt::format("\n{}\n", program.notes);
 }
 
+std::string_view version_number() {
+  return NGREX_VERSION;
+}
+
 std::string version(const Program& program) {
   return fmt::format("{} {}\n", program.name, NGREX_VERSION);
 }

@@ -96,6 +96,9 @@ bool apply_command_line(const Program& program, const std::array<Option<Settings
 // What --help prints.
 std::string help(const Program& program);
 
+// The version of this build, such as 1.2.3.
+std::string_view version_number();
+
 // What --version prints.
 std::string version(const Program& program);
 

@@ -2,9 +2,15 @@
 
 #include <wchar.h>
 
+#include <bit>
+#include <cstdint>
+#include <cstring>
+
 namespace colx {
 
 namespace {
+
+static_assert(std::endian::native == std::endian::little, "the first byte of a text is the lowest of a number");
 
 constexpr char32_t replacement = 0xFFFD;
 
@@ -30,6 +36,39 @@ Character first_character(std::string_view text) {
   const bool overlong = (size == 3 && code < 0x800) || (size == 4 && code < 0x10000);
   if (overlong || (code >= 0xD800 && code < 0xE000) || code > 0x10FFFF) return invalid;
   return {code, size};
+}
+
+bool is_utf8(std::string_view text) {
+  while (!text.empty()) {
+    if (text.size() >= 8) {
+      // ASCII needs no closer look.
+      std::uint64_t others = 0;
+      std::memcpy(&others, text.data(), sizeof others);
+      others &= 0x8080808080808080U;
+      text.remove_prefix(static_cast<std::size_t>(std::countr_zero(others)) / 8);
+      if (others == 0) continue;
+    }
+    // Most characters take two bytes.
+    const auto first = static_cast<unsigned char>(text[0]);
+    if (first >= 0xC2 && first < 0xE0 && text.size() > 1 && (static_cast<unsigned char>(text[1]) & 0xC0U) == 0x80) {
+      text.remove_prefix(2);
+      continue;
+    }
+    const Character character = first_character(text);
+    if (!character.is_valid) return false;
+    text.remove_prefix(character.size);
+  }
+  return true;
+}
+
+std::string as_utf8(std::string_view text) {
+  std::string result;
+  while (!text.empty()) {
+    const Character character = first_character(text);
+    append_character(result, character.code);
+    text.remove_prefix(character.size);
+  }
+  return result;
 }
 
 void append_character(std::string& text, char32_t code) {

@@ -16,6 +16,10 @@ struct Character {
 };
 Character first_character(std::string_view text);
 
+// Whether a text is UTF-8 throughout, and a copy in which every byte that is none has become U+FFFD.
+bool is_utf8(std::string_view text);
+std::string as_utf8(std::string_view text);
+
 // Appends a code point.
 void append_character(std::string& text, char32_t code);
 

@@ -1,15 +1,11 @@
 #include "import/conll_columns.h"
 
 #include <algorithm>
-#include <bit>
-#include <cstddef>
 #include <string>
 
 #include <fmt/format.h>
 
-#include "companion/utf8.h"
 #include "corpus/datafile_format.h"
-#include "import/line_scan.h"
 
 namespace colx {
 
@@ -21,27 +17,6 @@ bool _is_spaced_well(std::string_view text) {
 }
 
 }  // namespace
-
-bool is_utf8(std::string_view text) {
-  while (!text.empty()) {
-    if (text.size() >= 8) {
-      // ASCII needs no closer look.
-      const std::uint64_t others = load_bytes(text.data()) & 0x8080808080808080U;
-      text.remove_prefix(static_cast<std::size_t>(std::countr_zero(others)) / 8);
-      if (others == 0) continue;
-    }
-    // Most characters take two bytes.
-    const auto first = static_cast<unsigned char>(text[0]);
-    if (first >= 0xC2 && first < 0xE0 && text.size() > 1 && (static_cast<unsigned char>(text[1]) & 0xC0U) == 0x80) {
-      text.remove_prefix(2);
-      continue;
-    }
-    const Character character = first_character(text);
-    if (!character.is_valid) return false;
-    text.remove_prefix(character.size);
-  }
-  return true;
-}
 
 void check_columns(const std::string_view (&columns)[10], std::uint64_t line, std::vector<TreebankProblem>& problems) {
   for (unsigned column = 2; column <= 10; ++column) {

@@ -27,9 +27,6 @@ inline bool has_leading_zero(std::string_view number) {
   return number.size() > 1 && number.front() == '0';
 }
 
-// Whether bytes are well-formed UTF-8.
-bool is_utf8(std::string_view text);
-
 // Notes columns of a row of CoNLL-U that are empty or hold white space of ASCII where none may be: inside all columns
 // but FORM, LEMMA and MISC, and there at an edge, doubled, or other than a space. ID and HEAD are left to those who
 // read their numbers.

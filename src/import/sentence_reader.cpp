@@ -6,6 +6,7 @@
 #include <array>
 #include <utility>
 
+#include "companion/utf8.h"
 #include "corpus/datafile_format.h"
 #include "import/conll_columns.h"
 #include "import/line_scan.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "table/database_writer.h"
 #include "table/text_writers.h"
 
 namespace colx::table {
@@ -14,12 +15,13 @@ struct FormatName {
   Format format;
 };
 
-constexpr std::array<FormatName, 6> _formats = {{{"tsv", Format::tsv},
+constexpr std::array<FormatName, 7> _formats = {{{"tsv", Format::tsv},
                                                  {"csv", Format::csv},
                                                  {"jsonl", Format::jsonl},
                                                  {"markdown", Format::markdown},
                                                  {"ucs", Format::ucs},
-                                                 {"table", Format::aligned}}};
+                                                 {"table", Format::aligned},
+                                                 {"sqlite", Format::sqlite}}};
 
 }  // namespace
 
@@ -39,6 +41,8 @@ std::unique_ptr<Writer> make_writer(Format format, Output& output, const Look& l
       return make_markdown_writer(output, look);
     case Format::aligned:
       return make_aligned_writer(output, look);
+    case Format::sqlite:
+      return make_database_writer(output, look);
     case Format::tsv:
     case Format::ucs:
       break;

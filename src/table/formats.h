@@ -15,9 +15,9 @@
 
 namespace colx::table {
 
-enum class Format { tsv, csv, jsonl, markdown, ucs, aligned };
+enum class Format { tsv, csv, jsonl, markdown, ucs, aligned, sqlite };
 
-// The format of that name: tsv, csv, jsonl, markdown, ucs, table.
+// The format of that name: tsv, csv, jsonl, markdown, ucs, table, sqlite.
 std::optional<Format> find_format(std::string_view name);
 
 // A writer for the format.

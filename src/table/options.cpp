@@ -38,7 +38,7 @@ int _precision(const GivenOption& given) {
 
 Format _format(const GivenOption& given) {
   const auto format = find_format(given.value);
-  if (!format.has_value()) reject(given, "tsv, csv, jsonl, markdown, ucs or table");
+  if (!format.has_value()) reject(given, "tsv, csv, jsonl, markdown, ucs, table or sqlite");
   return *format;
 }
 
@@ -108,7 +108,7 @@ constexpr auto _rows = std::to_array<Row>({
       "relation: make the table of every pair inside its relation; head-relation: take the margin of the head inside "
       "the relation, and that of the dependent over all"},
      [](Options& options, const GivenOption& given) { options.merging.within = parse_within(given.value); }},
-    {{"--format", "FORMAT", "tsv, csv, jsonl, markdown, ucs or table; default table on a terminal, else tsv"},
+    {{"--format", "FORMAT", "tsv, csv, jsonl, markdown, ucs, table or sqlite; default table on a terminal, else tsv"},
      [](Options& options, const GivenOption& given) { options.format = _format(given); }},
     {{"--precision", "DIGITS", "significant digits of computed measures, 1 to 17; default 10"},
      [](Options& options, const GivenOption& given) { options.style.precision = _precision(given); }},
@@ -133,6 +133,24 @@ constexpr auto _rows = std::to_array<Row>({
      true},
 });
 constexpr auto _entries = entries_of(_rows);
+
+// A command line for a shell, quoted where that is needed.
+std::string _shell_line(const std::vector<std::string>& arguments) {
+  constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_=./,:+@%";
+  std::string line(program.name);
+  for (const std::string& argument : arguments) {
+    line += ' ';
+    if (!argument.empty() && argument.find_first_not_of(plain) == std::string::npos) {
+      line += argument;
+      continue;
+    }
+    line += '\'';
+    for (const char c : argument)
+      line += c == '\'' ? "'\\''" : std::string(1, c);
+    line += '\'';
+  }
+  return line;
+}
 
 void _check_names(const Options& options) {
   for (const std::string& name : options.columns)
@@ -208,6 +226,7 @@ Options parse_options(const std::vector<std::string>& arguments) {
   for (const std::string& condition : options.conditions)
     options.filters.emplace_back(condition, options.letters);
   if (options.sort.has_value()) options.sort->collation = options.collation;
+  options.command_line = _shell_line(arguments);
   _check_names(options);
   if (options.format == Format::ucs) options.merging = merging_of_ucs(options.merging);
   _check_merging(options);

@@ -46,6 +46,8 @@ struct Options {
   bool byte_order_mark = false;         // of csv
   std::optional<bool> special_as_text;  // in jsonl, in place of null
 
+  std::string command_line;  // as a shell would take it
+
   std::string information;  // what --help or --version print; the run then does nothing else
 };
 

@@ -27,6 +27,9 @@ class Output {
     return *this;
   }
 
+  // The file that takes the table, for formats that write it in their own way; null when it goes elsewhere.
+  virtual const NewFile* file() const { return nullptr; }
+
   // Says that a row is complete: the buffer is delivered when it is full.
   void end_row() {
     if (_pending.size() >= block) flush();
@@ -57,6 +60,8 @@ class FileOutput : public Output {
  public:
   // The file must outlive the output.
   explicit FileOutput(const NewFile& file) : _file(file) {}
+
+  const NewFile* file() const override { return &_file; }
 
  private:
   void _deliver(std::string_view text) override { _file.write(text); }

@@ -13,6 +13,7 @@
 
 #include <fmt/format.h>
 
+#include "companion/command_line.h"
 #include "companion/descriptor.h"
 #include "companion/errors.h"
 #include "rows/block_reader.h"
@@ -36,10 +37,21 @@ bool _is_set(const char* variable) {
 Look _look(const Options& options, Format format, bool bold) {
   if (options.na.has_value() && format == Format::jsonl)
     throw usage_error("--na is not for jsonl, which has null; --json-numbers strings tells NA from infinities");
+  if (options.na.has_value() && format == Format::sqlite) throw usage_error("--na is not for sqlite, which has NULL");
   if (options.byte_order_mark && format != Format::csv) throw usage_error("--bom is for --format csv");
   if (options.special_as_text.has_value() && format != Format::jsonl)
     throw usage_error("--json-numbers is for --format jsonl");
-  return {options.na.value_or("NA"), options.byte_order_mark, options.special_as_text.value_or(false), bold};
+  return {options.na.value_or("NA"),
+          options.byte_order_mark,
+          options.special_as_text.value_or(false),
+          bold,
+          {{"program", "ngrex-table"},
+           {"version", std::string(version_number())},
+           {"command_line", options.command_line},
+           {"input", input_name(options.input)}},
+          options.kind == Input::ngrams     ? ""
+          : options.kind == Input::contexts ? "contexts"
+                                            : "statistics"};
 }
 
 // What is said of a fault in the input, which costs a file all rows, and standard output those behind the fault.
@@ -69,7 +81,8 @@ void _write_ngrams(const Options& options, Format format, Output& output, const 
     }
     throw _with_consequence(options, error, begun);
   }
-  if (!begun && (format == Format::ucs || names_every_column(options))) table.begin(format == Format::ucs ? 2 : 0);
+  if (!begun && (format == Format::ucs || format == Format::sqlite || names_every_column(options)))
+    table.begin(format == Format::ucs ? 2 : 0);
   table.end();
 }
 

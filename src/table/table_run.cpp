@@ -8,6 +8,7 @@
 #include "rows/best_rows.h"
 #include "rows/block_reader.h"
 #include "rows/sorted_rows.h"
+#include "table/database_writer.h"
 
 namespace colx::table {
 
@@ -25,7 +26,7 @@ std::vector<Column> _columns_by_default(const Options& options, std::size_t n) {
 }
 
 // The columns to be printed for N-grams of n words, each once; with n = 0 those that are named and exist for some n.
-std::vector<Column> _chosen_columns(const Options& options, std::size_t n) {
+std::vector<Column> _chosen_columns(const Options& options, Format format, std::size_t n) {
   std::vector<Column> columns;
   const auto add = [&](Column column) {
     if (std::find(columns.begin(), columns.end(), column) == columns.end()) columns.push_back(std::move(column));
@@ -34,6 +35,7 @@ std::vector<Column> _chosen_columns(const Options& options, std::size_t n) {
     std::for_each(more.begin(), more.end(), [&](Column& column) { add(std::move(column)); });
   };
   if (options.columns.empty()) columns = _columns_by_default(options, n);
+  if (options.columns.empty() && format == Format::sqlite) add(*find_column("per_million"));
   for (const std::string& name : options.columns)
     add_all(expand_column(name, n));
   for (const std::string& name : options.measures)
@@ -71,7 +73,8 @@ TableRun::TableRun(const Options& options, Format format, Output& output, const 
 
 void TableRun::begin(std::size_t n) {
   if (n != 0) _check_for_n(_options, n);
-  _columns = _chosen_columns(_options, n);
+  _columns = _chosen_columns(_options, _format, n);
+  if (_format == Format::sqlite) _columns = database_columns(_columns, n);
   if (_format == Format::ucs) _columns = ucs_columns(_columns);
   _scratch.resize(_columns.size());
   _fields.resize(_columns.size());

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "rows/field.h"
 #include "table/output.h"
@@ -14,10 +15,12 @@ namespace colx::table {
 
 // What the user decides about the look of a table. Every writer takes what its format has a use for.
 struct Look {
-  std::string na = "NA";         // stands for not-a-number, but in jsonl
-  bool byte_order_mark = false;  // csv: at its beginning
-  bool special_as_text = false;  // jsonl: "NA", "Inf" and "-Inf" in place of null
-  bool bold_header = false;      // table: for a terminal
+  std::string na = "NA";                                    // stands for not-a-number, but in jsonl
+  bool byte_order_mark = false;                             // csv: at its beginning
+  bool special_as_text = false;                             // jsonl: "NA", "Inf" and "-Inf" in place of null
+  bool bold_header = false;                                 // table: for a terminal
+  std::vector<std::pair<std::string, std::string>> origin;  // sqlite: what its table `about` says, by keys
+  std::string flat_name;  // sqlite: the name of its one table, where rows are no N-grams
 };
 
 // Takes one table: begin, its rows, end.

@@ -8,9 +8,10 @@ import os
 import re
 import subprocess
 import sys
+import tempfile
 
 # What options need beside them to be taken at all.
-COMPANY = {"--json-numbers": ["--format", "jsonl"]}
+COMPANY = {"--format": ["-o", "table"], "--json-numbers": ["--format", "jsonl"]}
 OPTION = r"-{1,2}[A-Za-z][A-Za-z-]*"
 
 
@@ -83,7 +84,9 @@ def refused_values(source, program, options):
                 refused.append(f"{option} completes {words}, not files")
             continue
         def takes(word):
-            return subprocess.run([program, *COMPANY.get(option, []), option, word], input="\n", capture_output=True, text=True).returncode == 0
+            with tempfile.TemporaryDirectory() as folder:
+                return subprocess.run([program, *COMPANY.get(option, []), option, word], input="\n", capture_output=True,
+                                      text=True, cwd=folder).returncode == 0
 
         refused += [f"{option} {word} is completed and refused" for word in words if not takes(word)]
         if value in ("FORMAT", "SOURCE", "HOW", "NAME") or option == "--measures":

@@ -39,7 +39,7 @@ def output(*command):
 
 def check_dependencies(package):
     depends = output("dpkg-deb", "--field", package, "Depends")
-    for library in ("libc6", "libfmt", "libgcc-s1", "libstdc++6", "zlib1g"):
+    for library in ("libc6", "libfmt", "libgcc-s1", "libsqlite3-0", "libstdc++6", "zlib1g"):
         expect(re.search(rf"(^|, ){re.escape(library)}[\w.]* \(>= [^)]+\)", depends), f"no {library} in Depends: {depends}")
 
 

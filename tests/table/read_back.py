@@ -19,6 +19,8 @@ import json
 import math
 import os
 import random
+import re
+import sqlite3
 import subprocess
 import sys
 import tempfile
@@ -234,6 +236,40 @@ def check_formats(program, path, blocks, r):
                 expect(got[name] == number, "jsonl", name, got[name], field)
 
 
+def check_database(program, path, folder):
+    """A database has the values of the table, in its tables and its view."""
+    options = ["--cells", "--pattern", "--measures", "MI,logDice"]
+    text = table_of(program, path, *options, "--format", "tsv").decode("utf-8", "byte by byte")
+    rows = [line.split("\t") for line in text.split("\n")[:-1]]
+    base = os.path.join(folder, "base")
+    expect(table_of(program, path, *options, "--format", "sqlite", "-o", base) == b"", "output beside the database")
+    connection = sqlite3.connect(base)
+    about = dict(connection.execute("SELECT key, value FROM about"))
+    expect(about["rows"] == max(len(rows) - 1, 0) and about["input"] == path, "about", about)
+    expect(connection.execute("PRAGMA integrity_check").fetchall() == [("ok",)], "integrity")
+    connection.row_factory = sqlite3.Row
+    ngrams = connection.execute("SELECT * FROM ngrams ORDER BY id").fetchall()
+    members = {(row["ngram"], row["position"]): row for row in connection.execute("SELECT * FROM members")}
+    cells = {(row["ngram"], row["cell"]): row["observed"] for row in connection.execute("SELECT * FROM cells")}
+    connection.close()
+    n = about["n"] or 0
+    expect([len(ngrams), len(members), len(cells)] == [about["rows"] * many for many in (1, n, 2**n)], "numbers of rows")
+    for number, fields in enumerate(rows[1:], 1):
+        for name, field in zip(rows[0], fields):
+            what, k = re.fullmatch(r"(\D*)(\d*)", name).groups()
+            if what in members[number, 1].keys():
+                value = members[number, int(k)][what]
+            elif what == "cell":
+                value = cells[number, int(k)]
+            else:
+                value = ngrams[number - 1]["id" if name == "rank" else name]
+            if name.startswith(TEXTS):
+                expect(value == field, "database", name, value, field)
+            else:
+                expect(value == (None if field == "NA" else float(field)), "database", name, value, field)
+    os.remove(base)
+
+
 def check_order(program, path, blocks, r):
     names = ["frequency", "lemma1", "log_likelihood", "pattern", "cell0", "tag2", "relation1", "parent1"]
     keys = [(r.choice(["", "+", "-"]), name) for name in r.sample(names, r.randint(1, 3))]
@@ -385,6 +421,7 @@ def main():
             try:
                 blocks = blocks_of(content)
                 check_formats(table, path, blocks, r)
+                check_database(table, path, folder)
                 if blocks:
                     check_order(table, path, blocks, r)
                     check_measure_order(table, path, r)

@@ -1,13 +1,12 @@
 // The fast look for UTF-8 agrees with one character by character.
 
-#include "import/conll_columns.h"
+#include "companion/utf8.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <string_view>
 
-#include "companion/utf8.h"
 #include "tests/support/random.h"
 
 namespace colx {
@@ -22,7 +21,7 @@ bool _plain_is_utf8(std::string_view text) {
   return true;
 }
 
-TEST(ConllColumns, KnowUtf8AtEveryPlaceOfALine) {
+TEST(IsUtf8, HoldsAtEveryPlaceOfALine) {
   for (const std::string_view piece : {"\xC3\xA9", "\xE4\xBB\x8A", "\xF0\x9F\x8C\xA7", "\xC3", "\xA9", "\xC0\xAF",
                                        "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE4\xBB", "\xFF"}) {
     for (std::size_t before = 0; before < 20; ++before) {
@@ -35,7 +34,7 @@ TEST(ConllColumns, KnowUtf8AtEveryPlaceOfALine) {
   EXPECT_TRUE(is_utf8(""));
 }
 
-TEST(ConllColumns, KnowUtf8InRandomBytes) {
+TEST(IsUtf8, HoldsInRandomBytes) {
   test::Random random;
   for (int round = 0; round < 20000; ++round) {
     const std::string line = random.text(24, "aaaaaaaaaaaa\xC3\xA9\xC3\xA9\xE4\xBB\x8A");
