@@ -167,9 +167,16 @@ void _check_names(const Options& options) {
       files.size(), files[0], files[1]));
 }
 
+// Whether a column says the same in every row, as the field was dropped.
+bool _is_dropped(const Column& column, const Merging& merging) {
+  return (column.quantity == Quantity::tag && merging.tag) ||
+         (column.quantity == Quantity::relation && merging.relation);
+}
+
 void _check_merging(const Options& options) {
-  if (!options.merging.is_wanted()) return;
-  if (options.merging.relation && options.merging.within != Within::everything)
+  const Merging& merging = options.merging;
+  if (!merging.is_wanted()) return;
+  if (merging.relation && merging.within != Within::everything)
     throw usage_error("--merge relation leaves no relation that --within could go by");
   const auto check = [](const Column& column) {
     if (column.quantity == Quantity::own_measure)
@@ -178,15 +185,22 @@ void _check_merging(const Options& options) {
           "of --measures",
           column.name));
   };
+  const auto check_choice = [&](const Column& column) {
+    check(column);
+    if (_is_dropped(column, merging))
+      throw usage_error(fmt::format("rows cannot be chosen or sorted by {}, which --merge{} drops{}", column.name,
+                                    options.format == Format::ucs ? " or the format ucs" : "",
+                                    column.quantity == Quantity::relation ? "; --within relation keeps it" : ""));
+  };
   for (const std::string& name : options.columns)
     for (const Column& column : expand_column(name, 0))
       check(column);
   for (const RowFilter& filter : options.filters)
     for (const Column& column : filter.columns())
-      check(column);
+      check_choice(column);
   if (options.sort.has_value())
     for (const SortKey& key : options.sort->keys)
-      check(key.column);
+      check_choice(key.column);
 }
 
 }  // namespace

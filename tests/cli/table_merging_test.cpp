@@ -100,6 +100,10 @@ TEST(TableMerging, RefusesWhatMergedRowsDoNotHave) {
       {{"--within=relation", "--sort=chi_square"}, own},
       {{"--within=relation", "--where=chi_square>3"}, own},
       {{"--format=ucs", "--columns=chi_square"}, own},
+      {{"--merge=tag", "--where=tag1=A"}, "rows cannot be chosen or sorted by tag1, which --merge drops"},
+      {{"--format=ucs", "--sort=relation2"},
+       "rows cannot be chosen or sorted by relation2, which --merge or the format ucs drops; --within relation keeps "
+       "it"},
       {{"--within=relation", "--merge=relation"}, "--merge relation leaves no relation that --within could go by"},
       {{"--merge=tag,lemma"}, "--merge takes order, tag and relation, separated by commas, not \"lemma\""},
       {{"--within=head"}, "--within takes relation or head-relation, not \"head\""}};
