@@ -8,16 +8,9 @@
 #include <cstring>
 #include <string_view>
 
+#include "util/short_runs.h"
+
 namespace colx {
-
-static_assert(std::endian::native == std::endian::little, "the first byte of a line is the lowest of a number");
-
-// Eight bytes as a number, the first one lowest.
-inline std::uint64_t load_bytes(const char* text) {
-  std::uint64_t bytes = 0;
-  std::memcpy(&bytes, text, sizeof bytes);
-  return bytes;
-}
 
 // What stands in a line.
 struct LineTraits {
@@ -28,49 +21,45 @@ struct LineTraits {
   bool operator==(const LineTraits&) const = default;
 };
 
-// What is seen of a line so far.
-class LineScan {
- public:
-  // Takes eight bytes, the first one as the lowest.
-  void add(std::uint64_t bytes) {
+// Looks at a line without its line end, eight bytes at a time, and calls `found(position)` for every TAB in order.
+template <typename Found>
+[[gnu::always_inline]] inline LineTraits scan_line(std::string_view line, const Found& found) {
+  static_assert(std::endian::native == std::endian::little,
+                "bytes are looked at from the lowest of a word to the highest");
+  constexpr std::uint64_t ones = 0x0101010101010101;
+  constexpr std::uint64_t highs = ones * 0x80;
+  std::uint64_t blanks = 0;
+  std::uint64_t not_ascii = 0;
+  std::uint64_t empty = 0;
+  std::uint64_t before = 0x80;  // in its lowest byte: a TAB, or the beginning, comes before
+  const auto look = [&](std::uint64_t bytes, std::size_t at) {
     const std::uint64_t apart = bytes ^ ones * '\t';
-    const std::uint64_t tabs = ~(((apart & ~highs) + ~highs) | apart) & highs;
+    std::uint64_t tabs = ~(((apart & ~highs) + ~highs) | apart) & highs;
     // A byte below 0x21 borrows from its highest bit; TABs and bytes of 0x80 and above are kept from it. What a borrow
     // does to the bytes above it does not matter, as there is one to be found already.
     const std::uint64_t shielded = bytes | tabs;
-    _blanks |= (shielded - ones * 0x21) & ~shielded;
-    _not_ascii |= bytes;
-    _empty |= tabs & (tabs << 8 | _before);
-    _before = tabs >> 56;
+    blanks |= (shielded - ones * 0x21) & ~shielded & highs;
+    not_ascii |= bytes & highs;
+    empty |= tabs & (tabs << 8 | before);
+    before = tabs >> 56;
+    for (; tabs != 0; tabs &= tabs - 1)
+      found(at + static_cast<std::size_t>(std::countr_zero(tabs)) / 8);
+  };
+  std::size_t at = 0;
+  for (; line.size() - at >= 8; at += 8) {
+    std::uint64_t bytes;
+    std::memcpy(&bytes, line.data() + at, 8);
+    look(bytes, at);
   }
+  if (const std::size_t rest = line.size() - at; rest > 0) {
+    // Bytes behind the end are letters.
+    look(load_up_to_8(line.data() + at, rest) | (ones * 'x') << 8 * rest, at);
+  }
+  return {blanks != 0, not_ascii != 0, empty != 0 || line.empty() || line.back() == '\t'};
+}
 
-  LineTraits traits() const { return {(_blanks & highs) != 0, (_not_ascii & highs) != 0, _empty != 0}; }
-
- private:
-  static constexpr std::uint64_t ones = 0x0101010101010101;
-  static constexpr std::uint64_t highs = ones * 0x80;
-
-  std::uint64_t _blanks = 0;
-  std::uint64_t _not_ascii = 0;
-  std::uint64_t _empty = 0;
-  std::uint64_t _before = 0x80;  // in its lowest byte: a TAB, or the beginning, comes before
-};
-
-// Looks at a line without its line end, eight bytes at a time.
 inline LineTraits scan_line(std::string_view line) {
-  LineScan scan;
-  const char* at = line.data();
-  const char* const end = at + line.size();
-  for (; end - at >= 8; at += 8)
-    scan.add(load_bytes(at));
-  // Bytes behind the end are letters.
-  char rest[9] = "xxxxxxxx";
-  for (std::size_t i = 0; at + i < end; ++i)
-    rest[i] = at[i];
-  if (at < end) scan.add(load_bytes(rest));
-  LineTraits traits = scan.traits();
-  traits.empty_column = traits.empty_column || line.empty() || line.back() == '\t';
-  return traits;
+  return scan_line(line, [](std::size_t) {});
 }
 
 }  // namespace colx

@@ -8,6 +8,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tests/support/random.h"
 
@@ -56,6 +57,20 @@ TEST(LineScan, AgreesOnRandomLines) {
   for (int round = 0; round < 20000; ++round) {
     const std::string line = random.text(40, round % 2 == 0 ? bytes : "\tabcdefg");
     ASSERT_EQ(scan_line(line), _plain_traits(line)) << line;
+  }
+}
+
+TEST(LineScan, FindsEveryTabInOrder) {
+  test::Random random;
+  for (int round = 0; round < 20000; ++round) {
+    const std::string line = random.text(40,
+                                         "\t\xFF"
+                                         "ab ");
+    std::vector<std::size_t> found, expected;
+    scan_line(line, [&](std::size_t at) { found.push_back(at); });
+    for (std::size_t at = line.find('\t'); at != std::string::npos; at = line.find('\t', at + 1))
+      expected.push_back(at);
+    ASSERT_EQ(found, expected) << ::testing::PrintToString(line);
   }
 }
 
