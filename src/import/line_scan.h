@@ -5,8 +5,11 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 #include "util/short_runs.h"
 
@@ -21,41 +24,89 @@ struct LineTraits {
   bool operator==(const LineTraits&) const = default;
 };
 
-// Looks at a line without its line end, eight bytes at a time, and calls `found(position)` for every TAB in order.
+// Collects the traits of a line piece by piece, each given with its place, and calls `found(position)` for every TAB.
 template <typename Found>
-[[gnu::always_inline]] inline LineTraits scan_line(std::string_view line, const Found& found) {
-  static_assert(std::endian::native == std::endian::little,
-                "bytes are looked at from the lowest of a word to the highest");
-  constexpr std::uint64_t ones = 0x0101010101010101;
-  constexpr std::uint64_t highs = ones * 0x80;
-  std::uint64_t blanks = 0;
-  std::uint64_t not_ascii = 0;
-  std::uint64_t empty = 0;
-  std::uint64_t before = 0x80;  // in its lowest byte: a TAB, or the beginning, comes before
-  const auto look = [&](std::uint64_t bytes, std::size_t at) {
+class LineScan {
+ public:
+  explicit LineScan(const Found& found) : _found(found) {}
+
+  // Looks at up to eight bytes; those of the word behind them are letters.
+  void look_at_8(std::uint64_t bytes, std::size_t at) {
+    static_assert(std::endian::native == std::endian::little, "the first byte is the lowest of its word");
+    constexpr std::uint64_t highs = ones * 0x80;
     const std::uint64_t apart = bytes ^ ones * '\t';
-    std::uint64_t tabs = ~(((apart & ~highs) + ~highs) | apart) & highs;
+    const std::uint64_t tabs = ~(((apart & ~highs) + ~highs) | apart) & highs;
     // A byte below 0x21 borrows from its highest bit; TABs and bytes of 0x80 and above are kept from it. What a borrow
     // does to the bytes above it does not matter, as there is one to be found already.
     const std::uint64_t shielded = bytes | tabs;
-    blanks |= (shielded - ones * 0x21) & ~shielded & highs;
-    not_ascii |= bytes & highs;
-    empty |= tabs & (tabs << 8 | before);
-    before = tabs >> 56;
+    _blanks = _blanks || ((shielded - ones * 0x21) & ~shielded & highs) != 0;
+    _not_ascii = _not_ascii || (bytes & highs) != 0;
+    // Bit 7 of every byte becomes a bit of its own, in order.
+    _note_tabs(static_cast<unsigned>((tabs >> 7) * 0x0102040810204080 >> 56), 8, at);
+  }
+
+#ifdef __SSE2__
+  // Looks at sixteen bytes, the first `known` of which are not looked at any more.
+  void look_at_16(const char* bytes, unsigned known, std::size_t at) {
+    const __m128i text = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+    const __m128i tabs = _mm_cmpeq_epi8(text, _mm_set1_epi8('\t'));
+    const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(text, _mm_set1_epi8(0x20)), text);
+    _blanks = _blanks || _mm_movemask_epi8(_mm_andnot_si128(tabs, low)) != 0;
+    _not_ascii = _not_ascii || _mm_movemask_epi8(text) != 0;
+    _note_tabs(static_cast<unsigned>(_mm_movemask_epi8(tabs)) >> known, 16 - known, at + known);
+  }
+#endif
+
+  // What was found, given the whole line.
+  LineTraits traits(std::string_view line) const {
+    return {_blanks, _not_ascii, _empty_column || line.empty() || line.back() == '\t'};
+  }
+
+  static constexpr std::uint64_t ones = 0x0101010101010101;
+
+ private:
+  // A bit for every one of `size` bytes from the lowest, set where there is a TAB.
+  void _note_tabs(unsigned tabs, unsigned size, std::size_t at) {
+    _empty_column = _empty_column || (tabs & (tabs << 1 | _before)) != 0;
+    _before = tabs >> (size - 1) & 1;
     for (; tabs != 0; tabs &= tabs - 1)
-      found(at + static_cast<std::size_t>(std::countr_zero(tabs)) / 8);
-  };
+      _found(at + static_cast<std::size_t>(std::countr_zero(tabs)));
+  }
+
+  const Found& _found;
+  bool _blanks = false;
+  bool _not_ascii = false;
+  bool _empty_column = false;
+  unsigned _before = 1;  // 1: a TAB, or the beginning, comes before
+};
+
+// Looks at a line without its line end, eight bytes at a time, and calls `found(position)` for every TAB in order.
+template <typename Found>
+inline LineTraits scan_line_by_8(std::string_view line, const Found& found) {
+  LineScan scan(found);
+  const char* const bytes = line.data();
+  const std::size_t size = line.size();
   std::size_t at = 0;
-  for (; line.size() - at >= 8; at += 8) {
-    std::uint64_t bytes;
-    std::memcpy(&bytes, line.data() + at, 8);
-    look(bytes, at);
+  for (; size - at >= 8; at += 8)
+    scan.look_at_8(load_up_to_8(bytes + at, 8), at);
+  if (at < size) scan.look_at_8(load_up_to_8(bytes + at, size - at) | scan.ones * 'x' << 8 * (size - at), at);
+  return scan.traits(line);
+}
+
+// The same, sixteen bytes at a time where the processor has registers for that.
+template <typename Found>
+inline LineTraits scan_line(std::string_view line, const Found& found) {
+#ifdef __SSE2__
+  if (const std::size_t size = line.size(); size >= 16) {
+    LineScan scan(found);
+    std::size_t at = 0;
+    for (; size - at >= 16; at += 16)
+      scan.look_at_16(line.data() + at, 0, at);
+    if (at < size) scan.look_at_16(line.data() + size - 16, static_cast<unsigned>(16 - (size - at)), size - 16);
+    return scan.traits(line);
   }
-  if (const std::size_t rest = line.size() - at; rest > 0) {
-    // Bytes behind the end are letters.
-    look(load_up_to_8(line.data() + at, rest) | (ones * 'x') << 8 * rest, at);
-  }
-  return {blanks != 0, not_ascii != 0, empty != 0 || line.empty() || line.back() == '\t'};
+#endif
+  return scan_line_by_8(line, found);
 }
 
 inline LineTraits scan_line(std::string_view line) {

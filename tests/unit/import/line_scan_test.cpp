@@ -66,10 +66,13 @@ TEST(LineScan, FindsEveryTabInOrder) {
     const std::string line = random.text(40,
                                          "\t\xFF"
                                          "ab ");
-    std::vector<std::size_t> found, expected;
+    std::vector<std::size_t> found, found_by_8, expected;
     scan_line(line, [&](std::size_t at) { found.push_back(at); });
+    const LineTraits by_8 = scan_line_by_8(line, [&](std::size_t at) { found_by_8.push_back(at); });
+    ASSERT_EQ(by_8, _plain_traits(line)) << ::testing::PrintToString(line);
     for (std::size_t at = line.find('\t'); at != std::string::npos; at = line.find('\t', at + 1))
       expected.push_back(at);
+    ASSERT_EQ(found_by_8, expected) << ::testing::PrintToString(line);
     ASSERT_EQ(found, expected) << ::testing::PrintToString(line);
   }
 }
