@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "corpus/text_cache.h"
 #include "import/datafile_words.h"
 #include "import/sentence.h"
 #include "import/sentence_reader.h"
@@ -57,6 +58,7 @@ class ImportReport {
   // Tags of one kind, and the word with the first one too many.
   struct Tags {
     TextCounts words;  // by tag
+    TextCache<std::uint64_t*, 8> known_words;
     TreebankPlace overflow;
 
     void add(std::string_view tag, const std::string& input, std::uint64_t line);
@@ -80,6 +82,7 @@ class ImportReport {
   std::uint64_t _skipped_words = 0;
   PassedRows _passed;
   TextSet _lemmas;
+  TextCache<bool, 11> _known_lemmas;
   std::uint64_t _lemmas_from_forms = 0;
   std::uint64_t _protected_lemmas = 0;
   std::uint64_t _cut_lemmas = 0;

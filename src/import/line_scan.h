@@ -24,14 +24,12 @@ struct LineTraits {
   bool operator==(const LineTraits&) const = default;
 };
 
-// Collects the traits of a line piece by piece, each given with its place, and calls `found(position)` for every TAB.
-template <typename Found>
+// Collects the traits of a line piece by piece.
 class LineScan {
  public:
-  explicit LineScan(const Found& found) : _found(found) {}
-
-  // Looks at up to eight bytes; those of the word behind them are letters.
-  void look_at_8(std::uint64_t bytes, std::size_t at) {
+  // Looks at up to eight bytes; those of the word behind them are letters. Returns a bit for each of them from the
+  // lowest, set where there is a TAB.
+  std::uint64_t look_at_8(std::uint64_t bytes) {
     static_assert(std::endian::native == std::endian::little, "the first byte is the lowest of its word");
     constexpr std::uint64_t highs = ones * 0x80;
     const std::uint64_t apart = bytes ^ ones * '\t';
@@ -41,21 +39,31 @@ class LineScan {
     const std::uint64_t shielded = bytes | tabs;
     _blanks = _blanks || ((shielded - ones * 0x21) & ~shielded & highs) != 0;
     _not_ascii = _not_ascii || (bytes & highs) != 0;
-    // Bit 7 of every byte becomes a bit of its own, in order.
-    _note_tabs(static_cast<unsigned>((tabs >> 7) * 0x0102040810204080 >> 56), 8, at);
+    // The multiplication brings the highest bits of all bytes together, in order.
+    return (tabs >> 7) * 0x0102040810204080 >> 56;
   }
 
 #ifdef __SSE2__
-  // Looks at sixteen bytes, the first `known` of which are not looked at any more.
-  void look_at_16(const char* bytes, unsigned known, std::size_t at) {
+  // The same for sixteen bytes.
+  std::uint64_t look_at_16(const char* bytes) {
     const __m128i text = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
     const __m128i tabs = _mm_cmpeq_epi8(text, _mm_set1_epi8('\t'));
     const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(text, _mm_set1_epi8(0x20)), text);
     _blanks = _blanks || _mm_movemask_epi8(_mm_andnot_si128(tabs, low)) != 0;
     _not_ascii = _not_ascii || _mm_movemask_epi8(text) != 0;
-    _note_tabs(static_cast<unsigned>(_mm_movemask_epi8(tabs)) >> known, 16 - known, at + known);
+    return static_cast<unsigned>(_mm_movemask_epi8(tabs));
   }
 #endif
+
+  // Takes the TABs of the next 64 bytes, or of the last ones, and calls `found(position)` for each. So many at a time,
+  // because it is the end of a run of TABs that costs.
+  template <typename Found>
+  void note_tabs(std::uint64_t tabs, std::size_t at, const Found& found) {
+    _empty_column = _empty_column || (tabs & (tabs << 1 | _before)) != 0;
+    _before = tabs >> 63;
+    for (; tabs != 0; tabs &= tabs - 1)
+      found(at + static_cast<std::size_t>(std::countr_zero(tabs)));
+  }
 
   // What was found, given the whole line.
   LineTraits traits(std::string_view line) const {
@@ -65,31 +73,26 @@ class LineScan {
   static constexpr std::uint64_t ones = 0x0101010101010101;
 
  private:
-  // A bit for every one of `size` bytes from the lowest, set where there is a TAB.
-  void _note_tabs(unsigned tabs, unsigned size, std::size_t at) {
-    _empty_column = _empty_column || (tabs & (tabs << 1 | _before)) != 0;
-    _before = tabs >> (size - 1) & 1;
-    for (; tabs != 0; tabs &= tabs - 1)
-      _found(at + static_cast<std::size_t>(std::countr_zero(tabs)));
-  }
-
-  const Found& _found;
   bool _blanks = false;
   bool _not_ascii = false;
   bool _empty_column = false;
-  unsigned _before = 1;  // 1: a TAB, or the beginning, comes before
+  std::uint64_t _before = 1;  // 1: a TAB, or the beginning, comes before
 };
 
 // Looks at a line without its line end, eight bytes at a time, and calls `found(position)` for every TAB in order.
 template <typename Found>
 inline LineTraits scan_line_by_8(std::string_view line, const Found& found) {
-  LineScan scan(found);
-  const char* const bytes = line.data();
-  const std::size_t size = line.size();
-  std::size_t at = 0;
-  for (; size - at >= 8; at += 8)
-    scan.look_at_8(load_up_to_8(bytes + at, 8), at);
-  if (at < size) scan.look_at_8(load_up_to_8(bytes + at, size - at) | scan.ones * 'x' << 8 * (size - at), at);
+  LineScan scan;
+  for (std::size_t at = 0; at < line.size(); at += 64) {
+    const std::string_view piece = line.substr(at, 64);
+    std::uint64_t tabs = 0;
+    std::size_t i = 0;
+    for (; piece.size() - i >= 8; i += 8)
+      tabs |= scan.look_at_8(load_up_to_8(piece.data() + i, 8)) << i;
+    if (const std::size_t rest = piece.size() - i; rest > 0)
+      tabs |= scan.look_at_8(load_up_to_8(piece.data() + i, rest) | scan.ones * 'x' << 8 * rest) << i;
+    scan.note_tabs(tabs, at, found);
+  }
   return scan.traits(line);
 }
 
@@ -97,12 +100,19 @@ inline LineTraits scan_line_by_8(std::string_view line, const Found& found) {
 template <typename Found>
 inline LineTraits scan_line(std::string_view line, const Found& found) {
 #ifdef __SSE2__
-  if (const std::size_t size = line.size(); size >= 16) {
-    LineScan scan(found);
-    std::size_t at = 0;
-    for (; size - at >= 16; at += 16)
-      scan.look_at_16(line.data() + at, 0, at);
-    if (at < size) scan.look_at_16(line.data() + size - 16, static_cast<unsigned>(16 - (size - at)), size - 16);
+  if (line.size() >= 16) {
+    LineScan scan;
+    for (std::size_t at = 0; at < line.size(); at += 64) {
+      const std::string_view piece = line.substr(at, 64);
+      std::uint64_t tabs = 0;
+      std::size_t i = 0;
+      for (; piece.size() - i >= 16; i += 16)
+        tabs |= scan.look_at_16(piece.data() + i) << i;
+      // The last bytes are taken with some that come before them.
+      if (const std::size_t rest = piece.size() - i; rest > 0)
+        tabs |= scan.look_at_16(piece.data() + piece.size() - 16) >> (16 - rest) << i;
+      scan.note_tabs(tabs, at, found);
+    }
     return scan.traits(line);
   }
 #endif

@@ -28,10 +28,10 @@ inline void add_text(TextSet& texts, std::string_view text) {
   if (!texts.contains(text)) texts.emplace(text);
 }
 
-// Counts a text once more; returns how often it has been seen.
-inline std::uint64_t count_text(TextCounts& counts, std::string_view text) {
+// The count of a text, 0 for a new one. It stays where it is as long as the counts do.
+inline std::uint64_t& count_of(TextCounts& counts, std::string_view text) {
   const auto found = counts.find(text);
-  return found != counts.end() ? ++found->second : counts.emplace(text, 1).first->second;
+  return found != counts.end() ? found->second : counts.emplace(text, 0).first->second;
 }
 
 }  // namespace colx
