@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "corpus/datafile_format.h"
 #include "import/conll_columns.h"
 #include "import/sentence.h"
 #include "import/treebank_format.h"
@@ -113,6 +114,15 @@ class Underscores {
   std::size_t _rows = 0;
 };
 
+// Whether the first lines have characters that no text has, or bytes that are not UTF-8.
+bool _is_no_text(std::string_view beginning) {
+  std::string_view lines = beginning.substr(0, 1024);
+  lines = lines.substr(0, lines.find_last_of('\n'));  // the last one may be cut within a character
+  return !is_utf8(lines) || std::any_of(lines.begin(), lines.end(), [](char c) {
+    return static_cast<unsigned char>(c) < ' ' && !is_white_space(c);
+  });
+}
+
 bool _is_page(std::string_view beginning) {
   std::string small(beginning.substr(0, 1024));
   std::transform(small.begin(), small.end(), small.begin(),
@@ -175,6 +185,9 @@ ForeignFormat guess_of_unrecognised(std::string_view beginning) {
   std::string_view fields[6];
   if (count == 1 && split_fields(lines.line(), fields) == 10 && row_kind(fields[0]) != RowKind::malformed)
     return {"ten columns that are not separated by TAB, " + row, "sed 's/  */\\t/g' FILE | ngrex-import reads them"};
+  if (count == 1 && _is_no_text(beginning))
+    return {"binary data or text that is not in UTF-8, " + row,
+            "text in UTF-8 is read, and such text compressed with gzip"};
   if (count == 1) return {"plain text, " + row, "it has to be parsed first, and the result saved as CoNLL-U"};
   return {"other rows, " + row, "they have to be turned into CoNLL-U first"};
 }
