@@ -242,7 +242,7 @@ class Importer {
       _bar.update(source->bytes_read());
       if (sentence.rows > 0) ++sentences;
       if (sentence.rows > 0 && !must_be_skipped(problems)) _convert(sentence, converter, source->name(), problems);
-      _tell(problems, source->name());
+      _tell(problems, *source, conversion.format);
       if (must_be_skipped(problems)) _report.add_skipped(sentence.rows);
     }
     if (sentences == 0) _complain(fmt::format("{}: expected sentences, found none", source->name()));
@@ -272,8 +272,10 @@ class Importer {
     _say(fmt::format("ngrex-import: {}\n", printable(message)));
   }
 
-  void _tell(const std::vector<TreebankProblem>& problems, const std::string& input) {
-    const char* const consequence = !must_be_skipped(problems) ? "read as if it were right"
+  void _tell(const std::vector<TreebankProblem>& problems, const TreebankSource& source, TreebankFormat format) {
+    const char* const consequence = !must_be_skipped(problems) ? (_settings.check && format == TreebankFormat::datafile
+                                                                      ? "importing the datafile mends it"
+                                                                      : "read as if it were right")
                                     : _settings.check          ? "the sentence would be skipped"
                                                                : "the sentence is skipped";
     for (const TreebankProblem& problem : problems) {
@@ -284,7 +286,7 @@ class Importer {
       }
       const std::string column =
           problem.column == 0 ? "" : fmt::format("column {} ({}): ", problem.column, problem.column_name);
-      _complain(fmt::format("{}:{}: {}{}; {}", input, problem.line, column, problem.text, consequence));
+      _complain(fmt::format("{}:{}: {}{}; {}", source.name(), problem.line, column, problem.text, consequence));
     }
   }
 

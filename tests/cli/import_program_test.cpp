@@ -319,7 +319,10 @@ TEST_F(ImportTest, WarnsOfPartsThatAnEarlierImportLeft) {
 TEST_F(ImportTest, TellsWhatNgrexWouldNotReadInADatafile) {
   const std::string words = "1 a a N 0 nsubj\n2 b b N 1 ATR_CO\n3 c c N 1 Atr\n\n";
   const ToolResult result = run({"--check"}, "\xEF\xBB\xBF" + words);
-  EXPECT_TRUE(result.err.starts_with("ngrex-import: standard input:1: expected text, found a byte order mark"));
+  EXPECT_TRUE(
+      result.err.starts_with("ngrex-import: standard input:1: expected text, found a byte order mark, at which ngrex "
+                             "loses the sentence; importing the datafile mends it\n"))
+      << result.err;
   EXPECT_NE(result.err.find("relations to Undef:     2\n"), std::string::npos) << result.err;
   EXPECT_EQ(run({"-q"}, words).out, "1\ta\ta\tN\t0\tSb\n2\tb\tb\tN\t1\tAtr_Co\n3\tc\tc\tN\t1\tAtr\n\n");
 }
