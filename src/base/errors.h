@@ -1,8 +1,9 @@
 #pragma once
 
-// The two exceptions that end a run while datafiles are processed or output files are written.
+// The exceptions that end a run during its start-up checks, while datafiles are processed or output files are written.
 
 #include <stdexcept>
+#include <string>
 
 namespace colx {
 
@@ -17,5 +18,15 @@ class index_overflow : public std::overflow_error {
  public:
   using std::overflow_error::overflow_error;
 };
+
+// The end of a run that has no memory left; `moment` completes the sentence, as in "while processing datafile: a".
+inline fatal_error out_of_memory(const std::string& moment) {
+  return fatal_error("Program has met with out-of-memory condition " + moment + "!");
+}
+
+// The end of a run for which an open input could not be read to its end.
+inline fatal_error unreadable(const std::string& path) {
+  return fatal_error("Cannot read from file: " + path + "!");
+}
 
 }  // namespace colx

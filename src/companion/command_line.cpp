@@ -1,6 +1,5 @@
 #include "companion/command_line.h"
 
-#include <fcntl.h>
 #include <getopt.h>
 #include <unistd.h>
 
@@ -13,6 +12,7 @@
 
 #include <fmt/format.h>
 
+#include "base/standard_descriptors.h"
 #include "companion/descriptor.h"
 #include "companion/errors.h"
 #include "companion/utf8.h"
@@ -99,16 +99,20 @@ std::string _why_refused(const Program& program, std::string_view word, int lett
   return fmt::format("there is no option --{}", name);
 }
 
-// Opens those of the three standard descriptors that are closed, so that no file takes their place and gets what was
-// meant for them. The wrong way round, so that using one is still an error.
-void _occupy_standard_descriptors() {
-  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-    if (::fcntl(descriptor, F_GETFD) < 0) ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
-}
+constexpr const char* no_memory = "not enough memory";
 
-int _complain(const Program& program, std::string_view message, int status) {
-  std::fputs(fmt::format("{}: {}\n", program.name, printable(message)).c_str(), stderr);
-  if (status == 2) std::fputs(fmt::format("Try '{} --help' for more information.\n", program.name).c_str(), stderr);
+// Works without memory, if need be with less to say.
+int _complain(const Program& program, const char* message, int status) {
+  std::string shown;
+  try {
+    shown = printable(message);
+    message = shown.c_str();
+  } catch (const std::bad_alloc&) {
+    message = no_memory;
+  }
+  const auto name_length = static_cast<int>(program.name.size());
+  std::fprintf(stderr, "%.*s: %s\n", name_length, program.name.data(), message);
+  if (status == 2) std::fprintf(stderr, "Try '%.*s --help' for more information.\n", name_length, program.name.data());
   return status;
 }
 
@@ -201,12 +205,13 @@ void reject(const GivenOption& given, std::string_view expected) {
 int run_companion(const Program& program, int argc, const char* const* argv,
                   int (*work)(const std::vector<std::string>& arguments)) {
   const auto at_start = std::signal(SIGPIPE, SIG_IGN);
-  _occupy_standard_descriptors();
+  if (!occupy_standard_descriptors())
+    return _complain(program, "a standard stream is closed and cannot be opened on /dev/null", 1);
   try {
     const int status = work(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
     // What a file system tells only now.
     if (::close(STDOUT_FILENO) == 0) return status;
-    return _complain(program, fmt::format("cannot write to standard output: {}", system_reason()), 1);
+    throw output_error(fmt::format("cannot write to standard output: {}", system_reason()));
   } catch (const usage_error& error) {
     return _complain(program, error.what(), 2);
   } catch (const reader_gone& error) {
@@ -215,7 +220,7 @@ int run_companion(const Program& program, int argc, const char* const* argv,
     std::raise(SIGPIPE);
     return 128 + SIGPIPE;  // where the signal is blocked
   } catch (const std::bad_alloc&) {
-    return _complain(program, "not enough memory", 1);
+    return _complain(program, no_memory, 1);
   } catch (const std::exception& error) {
     return _complain(program, error.what(), 1);
   }

@@ -1,7 +1,6 @@
 #include "companion/descriptor.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -13,15 +12,6 @@
 #include "companion/errors.h"
 
 namespace colx {
-
-namespace {
-
-std::optional<RegularFile> _regular(const struct stat& status) {
-  if (!S_ISREG(status.st_mode)) return std::nullopt;
-  return RegularFile{{status.st_dev, status.st_ino}, static_cast<std::size_t>(status.st_size)};
-}
-
-}  // namespace
 
 Descriptor::~Descriptor() {
   if (_owned) ::close(_number);
@@ -92,14 +82,8 @@ void write_to_standard_output(std::string_view text) {
   Descriptor::standard_output().write_fully(text, "standard output");
 }
 
-std::optional<RegularFile> regular_file(const std::string& path) {
-  struct stat status {};
-  return ::stat(path.c_str(), &status) == 0 ? _regular(status) : std::nullopt;
-}
-
 std::optional<RegularFile> regular_file(const Descriptor& descriptor) {
-  struct stat status {};
-  return ::fstat(descriptor.number(), &status) == 0 ? _regular(status) : std::nullopt;
+  return regular_file(descriptor.number());
 }
 
 std::optional<RegularFile> regular_input(const std::string& path) {

@@ -2,13 +2,12 @@
 
 // Open files as the companion programs use them: read and written whole, closed once, and never in silence.
 
-#include <sys/types.h>
-
-#include <compare>
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "base/files.h"
 
 namespace colx {
 
@@ -52,25 +51,10 @@ std::string input_name(const std::string& path);
 // Writes to standard output. Throws output_error and reader_gone.
 void write_to_standard_output(std::string_view text);
 
-// Tells regular files apart, whatever names lead to them.
-struct FileIdentity {
-  dev_t device = 0;
-  ino_t inode = 0;
-
-  auto operator<=>(const FileIdentity&) const = default;
-};
-
-// A regular file, and its size in bytes.
-struct RegularFile {
-  FileIdentity identity;
-  std::size_t size = 0;
-};
-
-// The regular file of that name, or behind a descriptor; nothing when there is none.
-std::optional<RegularFile> regular_file(const std::string& path);
+// The regular file behind a descriptor; nothing when there is none.
 std::optional<RegularFile> regular_file(const Descriptor& descriptor);
 
-// The same for an input, of which "-" is standard input.
+// The regular file of an input, of which "-" is standard input; nothing when there is none.
 std::optional<RegularFile> regular_input(const std::string& path);
 
 // The text of the last error of the system, such as "No space left on device".

@@ -4,7 +4,8 @@
 
 #include <bit>
 #include <cstdint>
-#include <cstring>
+
+#include "util/short_runs.h"
 
 namespace colx {
 
@@ -39,24 +40,27 @@ Character first_character(std::string_view text) {
 }
 
 bool is_utf8(std::string_view text) {
+  // Characters of two and three bytes, of which most other text is made, are told by their first byte and those that
+  // continue it.
+  const auto continues = [&](std::size_t i) { return (static_cast<unsigned char>(text[i]) & 0xC0U) == 0x80; };
   while (!text.empty()) {
-    if (text.size() >= 8) {
-      // ASCII needs no closer look.
-      std::uint64_t others = 0;
-      std::memcpy(&others, text.data(), sizeof others);
-      others &= 0x8080808080808080U;
+    if (text.size() >= sizeof(std::uint64_t)) {
+      const std::uint64_t others = load_up_to_8(text.data(), sizeof others) & 0x8080808080808080U;
       text.remove_prefix(static_cast<std::size_t>(std::countr_zero(others)) / 8);
       if (others == 0) continue;
     }
-    // Most characters take two bytes.
     const auto first = static_cast<unsigned char>(text[0]);
-    if (first >= 0xC2 && first < 0xE0 && text.size() > 1 && (static_cast<unsigned char>(text[1]) & 0xC0U) == 0x80) {
-      text.remove_prefix(2);
-      continue;
+    std::size_t size = 1;
+    if (first >= 0xC2 && first < 0xE0 && text.size() >= 2 && continues(1)) {
+      size = 2;
+    } else if (first > 0xE0 && first < 0xF0 && first != 0xED && text.size() >= 3 && continues(1) && continues(2)) {
+      size = 3;
+    } else if (first >= 0x80) {
+      const Character character = first_character(text);
+      if (!character.is_valid) return false;
+      size = character.size;
     }
-    const Character character = first_character(text);
-    if (!character.is_valid) return false;
-    text.remove_prefix(character.size);
+    text.remove_prefix(size);
   }
   return true;
 }

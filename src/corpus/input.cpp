@@ -18,7 +18,7 @@ constexpr std::size_t low_water = std::size_t{4} << 10;
 
 }  // namespace
 
-Input::Input(std::istream& stream) : _source(stream.rdbuf()), _buffer(buffer_size) {}
+Input::Input(std::istream& stream) : _source(stream), _buffer(buffer_size) {}
 
 // Moves what is left to the front of the buffer and reads as much as fits behind it. Returns whether anything came;
 // fewer bytes than fit are not the end. A source that fails is not read again; the input is bad from where its bytes
@@ -30,9 +30,10 @@ bool Input::_refill() {
   _begin = 0;
   std::streamsize read = 0;
   try {
-    read = _source->sgetn(_buffer.data() + _end, static_cast<std::streamsize>(_buffer.size() - _end));
+    read = _source.rdbuf()->sgetn(_buffer.data() + _end, static_cast<std::streamsize>(_buffer.size() - _end));
   } catch (const std::exception&) {
     _source_failed = true;
+    _source.setstate(std::ios::badbit);
   }
   _end += static_cast<std::size_t>(read);
   _source_dry = read == 0;

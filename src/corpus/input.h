@@ -17,7 +17,8 @@
 
 namespace colx {
 
-// Reads a stream that it does not own, from where the stream stands. Nobody else may read the stream meanwhile.
+// Reads a stream that it does not own, from where the stream stands. Nobody else may read the stream meanwhile. A
+// stream that cannot be read to its end becomes bad; what came before is read as if it were all.
 class Input {
  public:
   static constexpr int end_of_input = -1;
@@ -54,7 +55,7 @@ class Input {
   bool _refill();
   bool _skip_white_space();
 
-  std::streambuf* _source;
+  std::istream& _source;
   std::vector<char> _buffer;
   std::size_t _begin = 0;  // of what is not consumed
   std::size_t _end = 0;

@@ -20,14 +20,16 @@ namespace {
 // How much of a datafile has been read, as a bar over its bytes.
 class ReadingProgress {
  public:
-  // Takes the length of the stream and leaves the stream at its beginning, ready to be read. The channels must outlive
-  // this object.
+  // Takes the length of the stream and leaves the stream at its beginning, ready to be read. A stream that does not
+  // come back from its end has failed then. The channels must outlive this object.
   ReadingProgress(std::istream& stream, const Channels& channels) : _channels(channels) {
     stream.seekg(0, std::ios::end);
     const std::streamoff end = stream.tellg();
-    stream.seekg(0, std::ios::beg);
-    if (end < 0) {
+    if (stream.fail())
       stream.clear();
+    else
+      stream.seekg(0, std::ios::beg);
+    if (end < 0) {
       const ProgressBar scale_alone(channels.progress.stream(), 1);
       channels.error.warning("Progress bar initialization failed! Going on without progress bar display...");
       return;

@@ -16,8 +16,9 @@ namespace colx {
 // sentence.
 //
 // While the progress bar is drawn the walk ends with the first sentence after which the stream is at its end, even if
-// the window has read further sentences ahead. Passes on index_overflow, string_too_long and std::bad_alloc; what was
-// stored by then stays counted.
+// the window has read further sentences ahead. A stream that cannot be brought back to its beginning or read to its end
+// has failed afterwards, and what could be read is counted. Passes on index_overflow, string_too_long and
+// std::bad_alloc; what was stored by then stays counted.
 std::uint32_t extract(std::istream& stream, NamedDataFileStats& stats, const Stores& stores, const Channels& channels);
 
 }  // namespace colx

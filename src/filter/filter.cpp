@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <fstream>
 #include <utility>
 
 #include "base/config.h"
@@ -11,17 +10,6 @@
 namespace colx {
 
 namespace {
-
-// Reads the lines of a file that are not empty. Returns false when the file cannot be opened.
-template <typename Take>
-bool _read_lines(const char* path, const Take& take) {
-  std::ifstream file = open_input(path);
-  if (!file.is_open()) return false;
-  for (std::string line; std::getline(file, line);) {
-    if (!line.empty()) take(line);
-  }
-  return true;
-}
 
 // Splits at every single space; only a last member that is empty is none.
 MultiRulesFilter::Rule _split(const std::string& line) {
@@ -66,7 +54,9 @@ void UniRulesFilter::add_rule(std::string rule) {
 }
 
 bool UniRulesFilter::read_rules(const char* path) {
-  return _read_lines(path, [&](const std::string& line) { add_rule(line); });
+  return read_lines(path, [&](const std::string& line) {
+    if (!line.empty()) add_rule(line);
+  });
 }
 
 bool UniRulesFilter::match(const std::string& item, bool count) {
@@ -82,7 +72,8 @@ void MultiRulesFilter::add_rule(Rule rule) {
 }
 
 bool MultiRulesFilter::read_rules(const char* path, unsigned n) {
-  return _read_lines(path, [&](const std::string& line) {
+  return read_lines(path, [&](const std::string& line) {
+    if (line.empty()) return;
     Rule rule = _split(line);
     if (n == 0 || rule.size() == n) add_rule(std::move(rule));
   });

@@ -77,16 +77,18 @@ void SentenceConverter::_convert_tag(const TreebankWord& word, DatafileWord& res
 }
 
 void SentenceConverter::_make_tag(const TreebankWord& word, DatafileWord& result) {
-  // No column holds a TAB.
-  _key.assign(word.upos).append(1, '\t').append(word.feats);
-  const MadeTag made = _made_tags.get(_key, [&](std::string_view) {
-    const std::string tag = positional_tag(word.upos, word.feats);
+  // The class and the features have nothing to do with each other.
+  MadeTag made = _made_tags.get(word.feats, [](std::string_view feats) {
+    const std::string tag = positional_tag("_", feats);
     MadeTag made_tag{{}, tag.find('?') != std::string::npos};
     std::copy(tag.begin(), tag.end(), made_tag.letters.begin());
     return made_tag;
   });
+  const char word_class =
+      _word_classes.get(word.upos, [](std::string_view upos) { return positional_tag(upos, "_")[0]; });
+  made.letters[0] = word_class;
   result.tag = _texts.keep({made.letters.data(), made.letters.size()});
-  result.has_unknown_values = made.has_unknown_values;
+  result.has_unknown_values = made.has_unknown_values || word_class == '?';
 }
 
 const std::vector<DatafileWord>& SentenceConverter::convert(const TreebankSentence& sentence,
@@ -102,8 +104,8 @@ const std::vector<DatafileWord>& SentenceConverter::convert(const TreebankSenten
     _convert_lemma(word, result);
     _convert_tag(word, result);
     result.relation = converts ? std::string_view(_functions[i]) : _field(word.relation);
-    const bool is_known =
-        result.relation != undefined_function && (converts || is_analytical_function(result.relation));
+    const bool is_known = result.relation != undefined_function &&
+                          (converts || _known_relations.get(result.relation, is_analytical_function));
     result.relation_is_undefined = !is_known && word.relation != undefined_function;
     _check_length(result.kept_lemma, _lemma_column(_conversion, result), word.line, problems);
     _check_length(result.tag, _tag_column(_conversion), word.line, problems);

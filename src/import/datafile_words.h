@@ -51,7 +51,7 @@ class SentenceConverter {
   const std::vector<DatafileWord>& convert(const TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
 
  private:
-  // A tag made from features.
+  // A tag made from features, without the word class.
   struct MadeTag {
     std::array<char, feature_positions> letters;
     bool has_unknown_values;
@@ -65,9 +65,10 @@ class SentenceConverter {
   Conversion _conversion;
   std::vector<DatafileWord> _words;
   std::vector<std::string> _functions;
-  TextArena _texts;  // of the words, where they differ from those of the sentence
-  std::string _key;  // of a tag that is made
-  TextCache<MadeTag, 10, 128> _made_tags;
+  TextCache<bool, 8> _known_relations;
+  TextArena _texts;                        // of the words, where they differ from those of the sentence
+  TextCache<MadeTag, 10, 128> _made_tags;  // by features
+  TextCache<char, 5> _word_classes;
 };
 
 // Appends the rows of a sentence as they stand in a datafile, without the empty line behind them.

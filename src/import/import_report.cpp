@@ -77,9 +77,9 @@ std::string _listed(const std::map<std::string, std::uint64_t>& counts) {
 
 }  // namespace
 
-void ImportReport::Tags::add(std::string tag, const std::string& input, std::uint64_t line) {
-  const bool is_new = ++words[std::move(tag)] == 1;
-  if (is_new && words.size() == most_distinct_tags + 1) overflow = {input, line};
+void ImportReport::Tags::add(std::string_view tag, const std::string& input, std::uint64_t line) {
+  std::uint64_t* const count = known_words.get(tag, [&](std::string_view text) { return &count_of(words, text); });
+  if (++*count == 1 && words.size() == most_distinct_tags + 1) overflow = {input, line};
 }
 
 bool ImportReport::Tags::too_many() const {
@@ -117,12 +117,15 @@ void ImportReport::add_sentence(const TreebankSentence& sentence, const std::vec
 void ImportReport::_add_word(const TreebankWord& source, const DatafileWord& word, const std::string& input) {
   ++_words;
   const std::string_view kept = word.kept_lemma;
-  _lemmas.emplace(kept);
+  _known_lemmas.get(kept, [&](std::string_view lemma) {
+    add_text(_lemmas, lemma);
+    return true;
+  });
   if (word.lemma_is_form) ++_lemmas_from_forms;
   if (word.is_protected) ++_protected_lemmas;
   if (kept.size() < word.lemma.size()) ++_cut_lemmas;
   if (kept.empty()) ++_emptied_lemmas;
-  _tags.add(std::string(word.tag), input, source.line);
+  _tags.add(word.tag, input, source.line);
   if (!_mask.empty()) _masked_tags.add(masked_tag(word.tag, _mask), input, source.line);
   if (word.is_odd_tag && ++_odd_tags == 1) _first_odd_tag = {input, source.line};
   if (word.has_unknown_values) {

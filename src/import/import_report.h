@@ -7,14 +7,14 @@
 #include <set>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
+#include "corpus/text_cache.h"
 #include "import/datafile_words.h"
 #include "import/sentence.h"
 #include "import/sentence_reader.h"
+#include "import/text_hash.h"
 
 namespace colx {
 
@@ -57,10 +57,11 @@ class ImportReport {
  private:
   // Tags of one kind, and the word with the first one too many.
   struct Tags {
-    std::unordered_map<std::string, std::uint64_t> words;  // by tag
+    TextCounts words;  // by tag
+    TextCache<std::uint64_t*, 8> known_words;
     TreebankPlace overflow;
 
-    void add(std::string tag, const std::string& input, std::uint64_t line);
+    void add(std::string_view tag, const std::string& input, std::uint64_t line);
     bool too_many() const;
     std::string fault() const;
   };
@@ -80,7 +81,8 @@ class ImportReport {
   std::uint64_t _skipped = 0;
   std::uint64_t _skipped_words = 0;
   PassedRows _passed;
-  std::unordered_set<std::string> _lemmas;
+  TextSet _lemmas;
+  TextCache<bool, 11> _known_lemmas;
   std::uint64_t _lemmas_from_forms = 0;
   std::uint64_t _protected_lemmas = 0;
   std::uint64_t _cut_lemmas = 0;

@@ -68,7 +68,7 @@ class Importer {
     _bar.clear();
     if (_writer) _writer->finish();
     if (_list) _list->add(_writer->paths());
-    if (_record) _record->write(_tag_name(), _relations_name(), _extends);
+    if (_record) _write_record();
     if (_writer && !_settings.output.empty()) _warn_of_others();
     const std::string tag_fault = _report.tag_fault();
     if (!_settings.quiet)
@@ -112,7 +112,9 @@ class Importer {
     if (_tag != TagSource::automatic) return;
     _tag_length = lengths.positional_length();
     _tag = _tag_length > 0 ? TagSource::xpos : TagSource::feats;
-    if (_any_treebank && _tag_length == 0) _report.add_refusal(lengths.refusal());
+    if (!_any_treebank || _tag_length > 0) return;
+    _refusal = lengths.refusal();
+    _report.add_refusal(_refusal);
   }
 
   void _look_at_tags(TreebankSource& source, XposLengths& lengths) {
@@ -150,14 +152,20 @@ class Importer {
   void _open_record() {
     _record.emplace(_settings.list, _kept);
     _kept.push_back(_record->identity());
-    std::set<std::string> own{_settings.output};
+    std::set<std::string> own;
+    if (_settings.split == 0) own.insert(_settings.output);
     for (std::uint64_t part = 1; _settings.split != 0 && part <= _list->entries(); ++part)
       own.insert(numbered_path(_settings.output, part));
-    _extends = _list->names_others(own);
-    if (!_extends) return;
-    for (std::string& note : _record->compare({_tag_name(), _settings.tag != TagSource::automatic},
-                                              {_relations_name(), _settings.functions.has_value()}))
+    if (!_list->names_others(own)) return;
+    for (std::string& note : _record->compare({_tag_name(), _settings.tag != TagSource::automatic, _refusal},
+                                              {_relations_name(), _settings.functions.has_value(), ""}))
       _report.add_list_note(std::move(note));
+  }
+
+  // Parts of a former import that this one did not write are others as well.
+  void _write_record() {
+    const auto paths = _writer->paths();
+    _record->write(_tag_name(), _relations_name(), _list->names_others({paths.begin(), paths.end()}));
   }
 
   // As --tag and --relations have it.
@@ -234,7 +242,7 @@ class Importer {
       _bar.update(source->bytes_read());
       if (sentence.rows > 0) ++sentences;
       if (sentence.rows > 0 && !must_be_skipped(problems)) _convert(sentence, converter, source->name(), problems);
-      _tell(problems, source->name());
+      _tell(problems, *source, conversion.format);
       if (must_be_skipped(problems)) _report.add_skipped(sentence.rows);
     }
     if (sentences == 0) _complain(fmt::format("{}: expected sentences, found none", source->name()));
@@ -264,8 +272,10 @@ class Importer {
     _say(fmt::format("ngrex-import: {}\n", printable(message)));
   }
 
-  void _tell(const std::vector<TreebankProblem>& problems, const std::string& input) {
-    const char* const consequence = !must_be_skipped(problems) ? "read as if it were right"
+  void _tell(const std::vector<TreebankProblem>& problems, const TreebankSource& source, TreebankFormat format) {
+    const char* const consequence = !must_be_skipped(problems) ? (_settings.check && format == TreebankFormat::datafile
+                                                                      ? "importing the datafile mends it"
+                                                                      : "read as if it were right")
                                     : _settings.check          ? "the sentence would be skipped"
                                                                : "the sentence is skipped";
     for (const TreebankProblem& problem : problems) {
@@ -276,7 +286,7 @@ class Importer {
       }
       const std::string column =
           problem.column == 0 ? "" : fmt::format("column {} ({}): ", problem.column, problem.column_name);
-      _complain(fmt::format("{}:{}: {}{}; {}", input, problem.line, column, problem.text, consequence));
+      _complain(fmt::format("{}:{}: {}{}; {}", source.name(), problem.line, column, problem.text, consequence));
     }
   }
 
@@ -315,10 +325,10 @@ class Importer {
   std::vector<FileIdentity> _kept;                       // what no datafile may overwrite
   std::optional<RelationMap> _relation_map;
   std::size_t _tag_length = 0;  // of tags from XPOS; 0: any
+  std::string _refusal;         // why tags are not taken from XPOS; empty: they are, or were not looked at
   bool _any_treebank = false;   // some input is no datafile
   std::optional<ListFile> _list;
   std::optional<ListRecord> _record;
-  bool _extends = false;  // the list has datafiles that another import made
   std::unique_ptr<DatafileWriter> _writer;
   ImportReport _report;
   ReadingBar _bar;

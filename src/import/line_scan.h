@@ -5,19 +5,15 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+#include "util/short_runs.h"
+
 namespace colx {
-
-static_assert(std::endian::native == std::endian::little, "the first byte of a line is the lowest of a number");
-
-// Eight bytes as a number, the first one lowest.
-inline std::uint64_t load_bytes(const char* text) {
-  std::uint64_t bytes = 0;
-  std::memcpy(&bytes, text, sizeof bytes);
-  return bytes;
-}
 
 // What stands in a line.
 struct LineTraits {
@@ -28,49 +24,103 @@ struct LineTraits {
   bool operator==(const LineTraits&) const = default;
 };
 
-// What is seen of a line so far.
+// Collects the traits of a line piece by piece.
 class LineScan {
  public:
-  // Takes eight bytes, the first one as the lowest.
-  void add(std::uint64_t bytes) {
+  // Looks at up to eight bytes; those of the word behind them are letters. Returns a bit for each of them from the
+  // lowest, set where there is a TAB.
+  std::uint64_t look_at_8(std::uint64_t bytes) {
+    static_assert(std::endian::native == std::endian::little, "the first byte is the lowest of its word");
+    constexpr std::uint64_t highs = ones * 0x80;
     const std::uint64_t apart = bytes ^ ones * '\t';
     const std::uint64_t tabs = ~(((apart & ~highs) + ~highs) | apart) & highs;
     // A byte below 0x21 borrows from its highest bit; TABs and bytes of 0x80 and above are kept from it. What a borrow
     // does to the bytes above it does not matter, as there is one to be found already.
     const std::uint64_t shielded = bytes | tabs;
-    _blanks |= (shielded - ones * 0x21) & ~shielded;
-    _not_ascii |= bytes;
-    _empty |= tabs & (tabs << 8 | _before);
-    _before = tabs >> 56;
+    _blanks = _blanks || ((shielded - ones * 0x21) & ~shielded & highs) != 0;
+    _not_ascii = _not_ascii || (bytes & highs) != 0;
+    // The multiplication brings the highest bits of all bytes together, in order.
+    return (tabs >> 7) * 0x0102040810204080 >> 56;
   }
 
-  LineTraits traits() const { return {(_blanks & highs) != 0, (_not_ascii & highs) != 0, _empty != 0}; }
+#ifdef __SSE2__
+  // The same for sixteen bytes.
+  std::uint64_t look_at_16(const char* bytes) {
+    const __m128i text = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+    const __m128i tabs = _mm_cmpeq_epi8(text, _mm_set1_epi8('\t'));
+    const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(text, _mm_set1_epi8(0x20)), text);
+    _blanks = _blanks || _mm_movemask_epi8(_mm_andnot_si128(tabs, low)) != 0;
+    _not_ascii = _not_ascii || _mm_movemask_epi8(text) != 0;
+    return static_cast<unsigned>(_mm_movemask_epi8(tabs));
+  }
+#endif
+
+  // Takes the TABs of the next 64 bytes, or of the last ones, and calls `found(position)` for each. So many at a time,
+  // because it is the end of a run of TABs that costs.
+  template <typename Found>
+  void note_tabs(std::uint64_t tabs, std::size_t at, const Found& found) {
+    _empty_column = _empty_column || (tabs & (tabs << 1 | _before)) != 0;
+    _before = tabs >> 63;
+    for (; tabs != 0; tabs &= tabs - 1)
+      found(at + static_cast<std::size_t>(std::countr_zero(tabs)));
+  }
+
+  // What was found, given the whole line.
+  LineTraits traits(std::string_view line) const {
+    return {_blanks, _not_ascii, _empty_column || line.empty() || line.back() == '\t'};
+  }
+
+  static constexpr std::uint64_t ones = 0x0101010101010101;
 
  private:
-  static constexpr std::uint64_t ones = 0x0101010101010101;
-  static constexpr std::uint64_t highs = ones * 0x80;
-
-  std::uint64_t _blanks = 0;
-  std::uint64_t _not_ascii = 0;
-  std::uint64_t _empty = 0;
-  std::uint64_t _before = 0x80;  // in its lowest byte: a TAB, or the beginning, comes before
+  bool _blanks = false;
+  bool _not_ascii = false;
+  bool _empty_column = false;
+  std::uint64_t _before = 1;  // 1: a TAB, or the beginning, comes before
 };
 
-// Looks at a line without its line end, eight bytes at a time.
-inline LineTraits scan_line(std::string_view line) {
+// Looks at a line without its line end, eight bytes at a time, and calls `found(position)` for every TAB in order.
+template <typename Found>
+inline LineTraits scan_line_by_8(std::string_view line, const Found& found) {
   LineScan scan;
-  const char* at = line.data();
-  const char* const end = at + line.size();
-  for (; end - at >= 8; at += 8)
-    scan.add(load_bytes(at));
-  // Bytes behind the end are letters.
-  char rest[9] = "xxxxxxxx";
-  for (std::size_t i = 0; at + i < end; ++i)
-    rest[i] = at[i];
-  if (at < end) scan.add(load_bytes(rest));
-  LineTraits traits = scan.traits();
-  traits.empty_column = traits.empty_column || line.empty() || line.back() == '\t';
-  return traits;
+  for (std::size_t at = 0; at < line.size(); at += 64) {
+    const std::string_view piece = line.substr(at, 64);
+    std::uint64_t tabs = 0;
+    std::size_t i = 0;
+    for (; piece.size() - i >= 8; i += 8)
+      tabs |= scan.look_at_8(load_up_to_8(piece.data() + i, 8)) << i;
+    if (const std::size_t rest = piece.size() - i; rest > 0)
+      tabs |= scan.look_at_8(load_up_to_8(piece.data() + i, rest) | scan.ones * 'x' << 8 * rest) << i;
+    scan.note_tabs(tabs, at, found);
+  }
+  return scan.traits(line);
+}
+
+// The same, sixteen bytes at a time where the processor has registers for that.
+template <typename Found>
+inline LineTraits scan_line(std::string_view line, const Found& found) {
+#ifdef __SSE2__
+  if (line.size() >= 16) {
+    LineScan scan;
+    for (std::size_t at = 0; at < line.size(); at += 64) {
+      const std::string_view piece = line.substr(at, 64);
+      std::uint64_t tabs = 0;
+      std::size_t i = 0;
+      for (; piece.size() - i >= 16; i += 16)
+        tabs |= scan.look_at_16(piece.data() + i) << i;
+      // The last bytes are taken with some that come before them.
+      if (const std::size_t rest = piece.size() - i; rest > 0)
+        tabs |= scan.look_at_16(piece.data() + piece.size() - 16) >> (16 - rest) << i;
+      scan.note_tabs(tabs, at, found);
+    }
+    return scan.traits(line);
+  }
+#endif
+  return scan_line_by_8(line, found);
+}
+
+inline LineTraits scan_line(std::string_view line) {
+  return scan_line(line, [](std::size_t) {});
 }
 
 }  // namespace colx

@@ -49,6 +49,7 @@ ListFile::~ListFile() {
 }
 
 void ListFile::_note(const std::string& entry) {
+  if (entry.empty()) return;
   _entries.insert(entry);
   if (const auto file = regular_file(entry)) _files.insert(file->identity);
 }

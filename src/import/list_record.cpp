@@ -70,9 +70,10 @@ void ListRecord::_read(const std::string& content) {
 
 std::vector<std::string> ListRecord::compare(const Value& tags, const Value& relations) const {
   std::vector<std::string> notes;
-  if (!_is_there)
-    notes.push_back(
-        fmt::format("{} is not there; whether the other datafiles of {} were made alike is not known", _path, _list));
+  // An import that was interrupted may have left an empty file.
+  if (_tags.empty() && _relations.empty())
+    notes.push_back(fmt::format("{} is {}; whether the other datafiles of {} were made alike is not known", _path,
+                                _is_there ? "empty" : "not there", _list));
   _compare("tag", _tags, tags, notes);
   _compare("relations", _relations, relations, notes);
   return notes;
@@ -84,9 +85,9 @@ void ListRecord::_compare(const std::string& option, const std::set<std::string>
   const std::string others = fmt::format("{}", fmt::join(theirs, ", "));
   if (!ours.is_given)
     throw usage_error(fmt::format(
-        "{0} says that the datafiles of {1} were made with --{2} {3}, this one would be made with --{2} {4}; "
+        "{0} says that the datafiles of {1} were made with --{2} {3}, this one would be made with --{2} {4}{5}; "
         "give --{2} to say which of them is meant",
-        _path, _list, option, others, ours.name));
+        _path, _list, option, others, ours.name, ours.reason.empty() ? "" : fmt::format(" ({})", ours.reason)));
   notes.push_back(fmt::format("the other datafiles of {0} were made with --{1} {2}, this one with --{1} {3}", _list,
                               option, others, ours.name));
 }

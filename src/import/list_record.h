@@ -33,6 +33,7 @@ class ListRecord {
   struct Value {
     std::string name;
     bool is_given;
+    std::string reason;  // why it was chosen when it was not given; may be empty
   };
   std::vector<std::string> compare(const Value& tags, const Value& relations) const;
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "import/fault.h"
+#include "import/text_arena.h"
 
 namespace colx {
 
@@ -16,19 +17,21 @@ enum class TreebankFormat : std::uint8_t { conllu, conllx, datafile };
 
 // One word. Fields are the bytes of the file; where a format has no such column the text is empty.
 struct TreebankWord {
-  std::string form;
-  std::string lemma;
-  std::string upos;
-  std::string xpos;  // the tag of a datafile
-  std::string feats;
+  std::string_view form;
+  std::string_view lemma;
+  std::string_view upos;
+  std::string_view xpos;  // the tag of a datafile
+  std::string_view feats;
   std::uint32_t parent = 0;  // position of the parent, from 1, or 0
-  std::string relation;
+  std::string_view relation;
   std::uint64_t line = 0;
 };
 
-// The words in order; the position of a word is its index and 1.
+// The words in order; the position of a word is its index and 1. Their fields are views into `texts`, or into what
+// outlives the sentence.
 struct TreebankSentence {
   std::vector<TreebankWord> words;
+  TextArena texts;
   std::uint64_t rows = 0;  // rows of words, those that are lost by a fault included
   std::uint64_t line = 0;  // of its first row
 };

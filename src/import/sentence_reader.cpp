@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <utility>
 
 #include "companion/utf8.h"
@@ -20,6 +21,21 @@ namespace {
 constexpr std::array datafile_columns = {"", "order", "form", "lemma", "tag", "parent", "relation"};
 constexpr unsigned conll_head = 7;
 constexpr unsigned datafile_parent = 5;
+
+// A copy of the fields of a row from one to another, made at once.
+class KeptFields {
+ public:
+  KeptFields(std::string_view first, std::string_view last, TextArena& texts)
+      : _row(first.data()),
+        _copy(texts.keep({_row, static_cast<std::size_t>(last.data() + last.size() - _row)}).data()) {}
+
+  // The copy of a field of the row.
+  std::string_view operator()(std::string_view field) const { return {_copy + (field.data() - _row), field.size()}; }
+
+ private:
+  const char* _row;
+  const char* _copy;
+};
 
 bool _is_white(std::string_view line) {
   return std::all_of(line.begin(), line.end(), is_white_space);
@@ -59,6 +75,7 @@ bool SentenceReader::next(TreebankSentence& sentence, std::vector<TreebankProble
 
 void SentenceReader::_begin(TreebankSentence& sentence, std::vector<TreebankProblem>& problems) {
   sentence.words.clear();
+  sentence.texts.clear();
   sentence.rows = 0;
   sentence.line = 0;
   problems.clear();
@@ -169,10 +186,31 @@ void SentenceReader::_close_opening(std::vector<TreebankProblem>& problems) {
   _opening = {};
 }
 
+// Looks at the line and notes where its TABs are.
+LineTraits SentenceReader::_scan_line() {
+  _tab_count = 0;
+  return scan_line(_line, [&](std::size_t at) {
+    if (_tab_count < _tabs.size()) _tabs[_tab_count] = at;
+    ++_tab_count;
+  });
+}
+
+// Cuts the line at its TABs, as split_columns does it.
+std::size_t SentenceReader::_cut_line(std::string_view (&columns)[10]) const {
+  const std::string_view line = _line.substr(0, _line.size() - (_line.ends_with('\r') ? 1 : 0));
+  std::size_t begin = 0;
+  for (std::size_t c = 0; c < 10 && c <= _tab_count; ++c) {
+    const std::size_t end = c < _tab_count ? _tabs[c] : line.size();
+    columns[c] = {line.data() + begin, end - begin};
+    begin = end + 1;
+  }
+  return _tab_count + 1;
+}
+
 void SentenceReader::_add_line(TreebankSentence& sentence, std::vector<TreebankProblem>& problems) {
   const bool conllu = _format == TreebankFormat::conllu;
-  const LineTraits traits = conllu ? scan_line(_line) : LineTraits{.blanks = true};
-  if (traits.not_ascii && !is_utf8(_line))
+  const LineTraits traits = _format == TreebankFormat::datafile ? LineTraits{.blanks = true} : _scan_line();
+  if (conllu && traits.not_ascii && !is_utf8(_line))
     _note(problems, Fault::not_utf8, 0, "expected text in UTF-8, found bytes that are none");
   if (sentence.rows == 0) sentence.line = _source.line_number();
   if (traits.blanks && _line.find('\0') != std::string_view::npos) {
@@ -262,7 +300,7 @@ void SentenceReader::_add_other_row(bool is_range, const std::string_view (&colu
 void SentenceReader::_add_conll_row(const LineTraits& traits, TreebankSentence& sentence,
                                     std::vector<TreebankProblem>& problems) {
   std::string_view columns[10];
-  const std::size_t count = split_columns(_line, columns);
+  const std::size_t count = _cut_line(columns);
   if (const bool odd = traits.blanks || traits.empty_column; odd && count == 10 && _format == TreebankFormat::conllu)
     check_columns(columns, _source.line_number(), problems);
   const RowKind kind = row_kind(columns[0]);
@@ -290,14 +328,15 @@ void SentenceReader::_add_conll_row(const LineTraits& traits, TreebankSentence& 
               fmt::format("expected a number without leading zeros, found {}", quoted(columns[column - 1])));
   }
   if (!in_order) return;
+  const KeptFields kept(columns[1], columns[7], sentence.texts);
   TreebankWord& word = sentence.words.emplace_back();
-  word.form = columns[1];
-  word.lemma = columns[2];
-  word.upos = columns[3];
-  word.xpos = columns[4];
-  word.feats = columns[5];
+  word.form = kept(columns[1]);
+  word.lemma = kept(columns[2]);
+  word.upos = kept(columns[3]);
+  word.xpos = kept(columns[4]);
+  word.feats = kept(columns[5]);
   word.parent = parent;
-  word.relation = columns[7];
+  word.relation = kept(columns[7]);
   word.line = _source.line_number();
 }
 
@@ -325,12 +364,13 @@ void SentenceReader::_add_datafile_row(TreebankSentence& sentence, std::vector<T
     return;
   }
   if (!in_order) return;
+  const KeptFields kept(fields[1], fields[5], sentence.texts);
   TreebankWord& word = sentence.words.emplace_back();
-  word.form = fields[1];
-  word.lemma = fields[2];
-  word.xpos = fields[3];
+  word.form = kept(fields[1]);
+  word.lemma = kept(fields[2]);
+  word.xpos = kept(fields[3]);
   word.parent = parent;
-  word.relation = fields[5];
+  word.relation = kept(fields[5]);
   word.line = _source.line_number();
 }
 

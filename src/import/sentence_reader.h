@@ -2,6 +2,8 @@
 
 // Reading of treebanks sentence by sentence.
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -52,6 +54,8 @@ class SentenceReader {
   void _begin(TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
   bool _next_line(std::vector<TreebankProblem>& problems);
   bool _restarts() const;
+  LineTraits _scan_line();
+  std::size_t _cut_line(std::string_view (&columns)[10]) const;
   void _add_line(TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
   void _add_conll_row(const LineTraits& traits, TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
   void _add_other_row(bool is_range, const std::string_view (&columns)[10], std::size_t count,
@@ -74,8 +78,10 @@ class SentenceReader {
   bool _compression_noted = false;
   bool _any_sentence = false;
 
-  std::string_view _line;   // without its line end
-  bool _line_held = false;  // it belongs to the next sentence
+  std::string_view _line;  // without its line end
+  std::array<std::size_t, 10> _tabs{};
+  std::size_t _tab_count = 0;  // in the line; places of the first ten are kept
+  bool _line_held = false;     // it belongs to the next sentence
   bool _orders_broken = false;
   bool _begins_with_one = false;
   bool _commented = false;        // there are comments before the sentence

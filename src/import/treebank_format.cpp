@@ -53,7 +53,7 @@ std::size_t split_fields(std::string_view line, std::string_view (&fields)[6]) {
 
 RowKind row_kind(std::string_view id) {
   const auto is_number = [](std::string_view text) {
-    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+    return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
   };
   if (is_number(id)) return RowKind::word;
   const std::size_t mark = id.find_first_of("-.");

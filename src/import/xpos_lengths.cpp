@@ -65,8 +65,10 @@ std::string XposLengths::refusal() const {
   for (const auto& [length, group] : _groups)
     if (length != common && (first == nullptr || group.first < first->first)) first = &group;
   if (first == nullptr) return "";
-  return fmt::format("XPOS is not taken: expected tags of length {}, found {} at {}; of {} words {} have such a tag",
-                     common, quoted(first->tag), first->place, _words, _odd());
+  return fmt::format(
+      "XPOS is not taken: expected tags of length {}, found {} at {}; of the first {} words {} have "
+      "no tag of that length",
+      common, quoted(first->tag), first->place, _words, _odd());
 }
 
 std::string brought_to_length(std::string_view xpos, std::size_t length) {

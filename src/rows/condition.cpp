@@ -3,6 +3,7 @@
 #include <regex.h>
 
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -39,8 +40,10 @@ struct Condition::Expression {
     regmatch_t range{};
     range.rm_so = 0;
     range.rm_eo = static_cast<regoff_t>(text.size());
+    errno = 0;
     const int result = regexec(&compiled, text.data(), 0, &range, REG_STARTEND);
-    if (result == REG_ESPACE) throw std::bad_alloc();
+    // The GNU library calls a lack of memory "no match".
+    if (result != 0 && errno == ENOMEM) throw std::bad_alloc();
     return result == 0;
   }
 

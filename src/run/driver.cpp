@@ -1,8 +1,11 @@
 #include "run/driver.h"
 
 #include <cstdint>
+#include <cstdlib>
 #include <exception>
 #include <fstream>
+#include <memory>
+#include <new>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -15,6 +18,7 @@
 #include "output/statistics.h"
 #include "output/writer.h"
 #include "run/init.h"
+#include "run/output_paths.h"
 #include "run/params.h"
 #include "run/persistent.h"
 #include "run/processor.h"
@@ -23,23 +27,13 @@ namespace colx {
 
 namespace {
 
-[[noreturn]] void _fail(const std::string& message) {
-  notifier::error.fatal_error(message);
-  exit_failure();
-}
-
-void _check_settings() {
-  std::string problem;
-  if (!settings::ready()) {
-    problem = "Some of the mandatory program parameters are missing!";
-  } else if (!settings::correct()) {
-    problem = "Some of the program parameters are in incorrect format!";
-  } else {
-    return;
-  }
-  notifier::error.fatal_error(problem);
+// Returns false, having said why, when the run cannot begin with these settings.
+bool _check_settings() {
+  if (settings::ready() && settings::correct()) return true;
+  notifier::error.fatal_error(settings::ready() ? "Some of the program parameters are in incorrect format!"
+                                                : "Some of the mandatory program parameters are missing!");
   print_usage();
-  exit_failure();
+  return false;
 }
 
 // A requested output file: opened before any datafile is read, so that a path that cannot be written is found before
@@ -47,18 +41,23 @@ void _check_settings() {
 class OutputFile {
  public:
   // Opens the file, empty, unless the path is null. `failure` is what the user is told before the path if that fails.
+  // Throws fatal_error.
   OutputFile(const char* path, const char* failure) : _path(path) {
     if (path == nullptr) return;
     _stream.open(path, std::ios::binary | std::ios::trunc);
-    if (!_stream.is_open()) _fail(std::string(failure) + path + "!");
+    if (!_stream.is_open()) throw fatal_error(std::string(failure) + path + "!");
   }
 
-  // Writes and closes the file between two messages, if it was requested.
+  // Writes and closes the file between two messages, if it was requested. Throws fatal_error.
   template <typename WriteContent>
   void write(const char* starting, const WriteContent& write_content, const char* finished) {
     if (_path == nullptr) return;
     notifier::progress.info(starting);
-    write_content(_stream);
+    try {
+      write_content(_stream);
+    } catch (const std::bad_alloc&) {
+      throw out_of_memory(std::string("while writing file: ") + _path);
+    }
     _stream.close();
     if (!_stream) throw fatal_error(std::string("Cannot write to file: ") + _path + "!");
     notifier::progress.elapsed(finished);
@@ -69,58 +68,77 @@ class OutputFile {
   std::ofstream _stream;
 };
 
-void _run() {
+// All outputs of a run, opened in this order, each only when it was requested.
+struct OutputFiles {
+  OutputFile output{settings::output_file, "Cannot open output file: "};
+  OutputFile contexts{settings::context_output_file, "Cannot open context output file: "};
+  OutputFile stats{settings::stats_file, "Cannot open file to save statistics: "};
+  OutputFile filter_stats{settings::morphologic_filter_stats_file,
+                          "Cannot open file to save morphologic filter statistics: "};
+};
+
+// Checks everything that can be checked before the long work, and opens the outputs. Returns nothing, having said why,
+// when a check fails. Throws fatal_error.
+std::unique_ptr<OutputFiles> _start_up(std::vector<std::string>& files, std::uint32_t& total_size) try {
   notifier::progress.info("Performing start-up checks.");
-  if (!startup_init()) exit_failure();
+  if (!startup_init() || !read_and_check_input_datafiles(files, total_size)) return nullptr;
+  check_output_paths(files);
+  auto outputs = std::make_unique<OutputFiles>();
+  notifier::progress.elapsed("Finished performing start-up checks.");
+  return outputs;
+} catch (const std::bad_alloc&) {
+  throw out_of_memory("while performing start-up checks");
+}
+
+// Returns false, having said why, when a check fails. Throws fatal_error.
+bool _run() {
+  if (!_check_settings()) return false;
   std::vector<std::string> files;
   std::uint32_t total_size = 0;
-  if (!read_and_check_input_datafiles(files, total_size)) exit_failure();
-
-  OutputFile output(settings::output_file, "Cannot open output file: ");
-  OutputFile contexts(settings::context_output_file, "Cannot open context output file: ");
-  OutputFile stats(settings::stats_file, "Cannot open file to save statistics: ");
-  OutputFile filter_stats(settings::morphologic_filter_stats_file,
-                          "Cannot open file to save morphologic filter statistics: ");
-  notifier::progress.elapsed("Finished performing start-up checks.");
+  const std::unique_ptr<OutputFiles> outputs = _start_up(files, total_size);
+  if (!outputs) return false;
 
   process(files, total_size);
 
   using namespace persistent;
   const WordTexts texts{lemmas, tags};
-  stats.write(
+  outputs->stats.write(
       "Writing statistics file.",
       [&](std::ostream& out) { write_stats(out, overall_stats, morphologic_filter.is_on(), texts, ngrams); },
       "Finished writing statistics file.");
-  filter_stats.write(
+  outputs->filter_stats.write(
       "Writing morphologic filter statistics file.",
       [](std::ostream& out) { write_morphologic_filter_stats(out, morphologic_filter, morphologic_filter_file_stats); },
       "Finished writing morphologic filter statistics file.");
   // Nothing more is counted, and nobody looks N-grams of the full type up: their order takes the memory of their index.
   ngrams.records(NGram::_full_ngram_type).release_index();
-  output.write(
+  outputs->output.write(
       "Writing output datafile.", [&](std::ostream& out) { write(out, ngrams, texts, notifier::progress); },
       "Finished writing output datafile.");
-  contexts.write(
+  outputs->contexts.write(
       "Writing contexts to file.", [&](std::ostream& out) { write_contexts(out, ngrams, texts, notifier::progress); },
       "Finished writing contexts to file.");
   notifier::progress.info("Bye!");
+  return true;
 }
 
 }  // namespace
 
 int run(int argc, const char* const* argv) {
-  if (argc <= 1) {
-    print_usage();
-    return 0;
-  }
-  parse_params(argc, argv);
-  _check_settings();
   try {
-    _run();
+    if (argc <= 1) {
+      print_usage();
+      return EXIT_SUCCESS;
+    }
+    parse_params(argc, argv);
+    if (_run()) return EXIT_SUCCESS;
+  } catch (const std::bad_alloc&) {
+    // Where there was not even memory to say what the run was at.
+    notifier::error.fatal_error("Program has met with out-of-memory condition!");
   } catch (const std::exception& error) {
-    _fail(error.what());
+    notifier::error.fatal_error(error.what());
   }
-  return 0;
+  exit_failure();
 }
 
 }  // namespace colx

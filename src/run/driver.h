@@ -4,8 +4,8 @@
 
 namespace colx {
 
-// Does everything that the command line asks for and returns the exit status 0; a failure is reported and ends the
-// process with status 1. Status 0 means that every requested file is complete.
+// Does everything that the command line asks for and returns the exit status 0, which means that every requested file
+// is complete. A failure of any kind is reported and ends the process with status 1, here and nowhere else.
 int run(int argc, const char* const* argv);
 
 }  // namespace colx

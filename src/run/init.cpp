@@ -88,25 +88,24 @@ bool startup_init() {
 }
 
 bool read_and_check_input_datafiles(std::vector<std::string>& files, std::uint32_t& total_size) {
-  std::ifstream list = open_input(settings::input_file);
-  if (!list.is_open()) {
-    notifier::error.fatal_error(std::string("Cannot open the file: ") + settings::input_file + "!");
-    return false;
-  }
   const std::string prefix = settings::dir == nullptr ? "" : settings::dir;
   bool all_opened = true;
-  for (std::string line; std::getline(list, line);) {
-    if (line.empty()) continue;
+  const auto check = [&](const std::string& line) {
+    if (line.empty()) return;
     std::string path = prefix + line;
     std::ifstream datafile = open_input(path);
     if (!datafile.is_open()) {
       notifier::error.fatal_error("Input datafile : " + path + " cannot be opened for reading!");
       all_opened = false;
-      continue;
+      return;
     }
     const std::streamoff size = _size(datafile);
     if (size > 0) total_size += static_cast<std::uint32_t>(size);
     files.push_back(std::move(path));
+  };
+  if (!read_lines(settings::input_file, check)) {
+    notifier::error.fatal_error(std::string("Cannot open the file: ") + settings::input_file + "!");
+    return false;
   }
   if (files.empty()) {
     notifier::error.fatal_error("Input data files list is empty!");

@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -143,6 +145,12 @@ void write_table(const Options& options, Output& output, bool on_terminal, bool 
 }
 
 int run(const std::vector<std::string>& arguments) {
+  // Characters of regular expressions are those of UTF-8 wherever the program runs.
+  errno = 0;
+  if (std::setlocale(LC_CTYPE, "C.UTF-8") == nullptr) {
+    if (errno == ENOMEM) throw std::bad_alloc();
+    std::fputs("ngrex-table: the system has no locale C.UTF-8; regular expressions see bytes\n", stderr);
+  }
   const Options options = parse_options(arguments);
   if (!options.information.empty()) {
     write_to_standard_output(options.information);

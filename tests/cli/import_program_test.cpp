@@ -171,7 +171,7 @@ TEST_F(ImportTest, SaysWhyTagsAreNotTakenFromXpos) {
       run({}, other).err.find(
           "tags:                   made from UPOS and FEATS\n"
           "                        XPOS is not taken: expected tags of length 2, found \"JJR\" at standard input:2; "
-          "of 4 words 1 have such a tag\n"),
+          "of the first 4 words 1 have no tag of that length\n"),
       std::string::npos);
 }
 
@@ -191,8 +191,9 @@ TEST_F(ImportTest, DoesNotMixTagsOrRelationsInAListUnlessTold) {
   EXPECT_EQ(mixed.status, 2);
   EXPECT_TRUE(
       mixed.err.starts_with("ngrex-import: list.import says that the datafiles of list were made with --tag "
-                            "xpos, this one would be made with --tag feats; give --tag to say which of them is "
-                            "meant\n"))
+                            "xpos, this one would be made with --tag feats (XPOS is not taken: expected tags of "
+                            "length 2, found \"JJR\" at standard input:2; of the first 4 words 1 have no tag of that "
+                            "length); give --tag to say which of them is meant\n"))
       << mixed.err;
   EXPECT_EQ(read("c.dat"), "");
   EXPECT_EQ(read("list"), "a.dat\nb.dat\n");
@@ -219,6 +220,20 @@ TEST_F(ImportTest, ExtendsAListThatNothingIsKnownOfAndBeginsAnewWhereAllIsReplac
   EXPECT_EQ(run({"-q", "-o", "d.dat", "--split", "4", "--list", "own"}, rain + rain).status, 0);
   EXPECT_EQ(run({"-q", "-o", "d.dat", "--split", "4", "--list", "own", "--tag", "upos"}, rain + rain).status, 0);
   EXPECT_EQ(read("own.import"), "tags: upos\nrelations: functions\n");
+  // d-0002.dat stays as it was.
+  EXPECT_EQ(run({"-q", "-o", "d.dat", "--split", "8", "--list", "own", "--tag", "xpos"}, rain + rain).status, 0);
+  EXPECT_EQ(read("own.import"), "tags: upos xpos\nrelations: functions\n");
+  // A whole file does not replace parts, nor parts a whole file.
+  EXPECT_EQ(run({"-q", "-o", "w.dat", "--list", "whole", "--tag", "xpos"}, rain).status, 0);
+  EXPECT_EQ(run({"-q", "-o", "w.dat", "--split", "4", "--list", "whole", "--tag", "upos"}, rain).status, 0);
+  EXPECT_EQ(read("whole.import"), "tags: upos xpos\nrelations: functions\n");
+  // What an import left that was interrupted.
+  folder.write("own.import", "");
+  const ToolResult empty = run({"-o", "e.dat", "--list", "own"}, rain);
+  EXPECT_TRUE(
+      empty.err.ends_with("list:                   own.import is empty; whether the other datafiles of own were made "
+                          "alike is not known\n"))
+      << empty.err;
   folder.write("own.import", "tags: penn\n");
   EXPECT_EQ(run({"-q", "-o", "e.dat", "--list", "own"}, rain).status, 1);
   EXPECT_EQ(read("own.import"), "tags: penn\n");
@@ -313,7 +328,10 @@ TEST_F(ImportTest, WarnsOfPartsThatAnEarlierImportLeft) {
 TEST_F(ImportTest, TellsWhatNgrexWouldNotReadInADatafile) {
   const std::string words = "1 a a N 0 nsubj\n2 b b N 1 ATR_CO\n3 c c N 1 Atr\n\n";
   const ToolResult result = run({"--check"}, "\xEF\xBB\xBF" + words);
-  EXPECT_TRUE(result.err.starts_with("ngrex-import: standard input:1: expected text, found a byte order mark"));
+  EXPECT_TRUE(
+      result.err.starts_with("ngrex-import: standard input:1: expected text, found a byte order mark, at which ngrex "
+                             "loses the sentence; importing the datafile mends it\n"))
+      << result.err;
   EXPECT_NE(result.err.find("relations to Undef:     2\n"), std::string::npos) << result.err;
   EXPECT_EQ(run({"-q"}, words).out, "1\ta\ta\tN\t0\tSb\n2\tb\tb\tN\t1\tAtr_Co\n3\tc\tc\tN\t1\tAtr\n\n");
 }

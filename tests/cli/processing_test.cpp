@@ -213,6 +213,33 @@ TEST_F(ProcessingTest, OnlyTheKeptPartOfALemmaHasToFit) {
   EXPECT_NE(read("statistics").find("# of unique lemmas: 1\n"), std::string::npos);
 }
 
+// A file of the system that can be opened, but whose first byte cannot be read.
+const std::string unreadable = "/proc/self/mem";
+
+TEST_F(ProcessingTest, ADatafileThatCannotBeReadToItsEndIsFatal) {
+  write_corpus("1 w a T 2 Sb\n2 w b T 0 Pred\n\n");
+  write("list", "corpus.dat\n" + unreadable + "\n");
+  const RunResult result = run_job("2", {"-s", "statistics"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.err, bar_failed + fatal("Cannot read from file: " + unreadable + "!"));
+  EXPECT_TRUE(result.out.ends_with("Processing datafile: " + unreadable + "\n" + bar_scale() + termination_screen()))
+      << result.out;
+  EXPECT_EQ(read("output"), "");
+  EXPECT_EQ(read("statistics"), "");
+}
+
+TEST_F(ProcessingTest, AListOrARuleFileThatCannotBeReadToItsEndIsFatal) {
+  write_corpus("1 w a T 2 Sb\n2 w b T 0 Pred\n\n");
+  for (const Arguments& arguments :
+       {Arguments{"-i", unreadable}, {"-m", "*", "-f", unreadable}, {"-m", "*", "-c", "contexts", "-cf", unreadable}}) {
+    const RunResult result = run_job("2", arguments);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, fatal("Cannot read from file: " + unreadable + "!"));
+    EXPECT_EQ(result.out, "Performing start-up checks.\n" + termination_screen());
+    EXPECT_FALSE(exists("output"));
+  }
+}
+
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool address_sanitizer = true;
 #elif defined(__has_feature)

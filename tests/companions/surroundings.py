@@ -1,4 +1,4 @@
-"""Companion programs on a terminal, and with closed standard descriptors.
+"""Companion programs on a terminal, and all programs with closed standard descriptors.
 
 usage: surroundings.py BUILD_FOLDER
 """
@@ -95,6 +95,23 @@ def main():
                     command = command + ["bad" if command[0] == importer else "pairs"]
                 got = closed(command, folder, redirection)
                 expect(got.returncode == 1 and "cannot" in got.stderr, f"{command} {redirection}", got)
+
+        program = os.path.join(build, "ngrex")
+        job = [program, "-i", "list", "-n", "2", "-s", "stats", "-c", "contexts", "-o", "out"]
+        with open(os.path.join(folder, "list"), "w", encoding="utf-8") as file:
+            file.write("faulty\n")
+        with open(os.path.join(folder, "faulty"), "w", encoding="utf-8") as file:
+            file.write("2 w big A 2 Atr\n\n1 w big A 2 Atr\n2 w dog N 0 ExD\n\n")
+        written = {}
+        for redirection in ("", "<&-", ">&-", "2>&-", "<&- >&- 2>&-"):
+            got = closed(job, folder, redirection)
+            expect(got.returncode == 0, f"status of ngrex with {redirection}", got)
+            for name in ("stats", "contexts", "out"):
+                with open(os.path.join(folder, name), encoding="utf-8") as file:
+                    text = file.read()
+                expect(text == written.setdefault(name, text) and text, f"{name} with {redirection}", text)
+        got = closed([*job, "-n", "9"], folder, "<&- >&- 2>&-")
+        expect(got.returncode == 1, "status of a failure without standard streams", got)
     print(f"{failures} failures")
     return 1 if failures else 0
 

@@ -318,6 +318,21 @@ def open_for_reading(path):
   return descriptor
 
 
+def place_of(path):
+  """Where a regular file is, or would be made; None for everything else."""
+  try:
+    status = os.stat(path)
+    return (status.st_dev, status.st_ino) if stat.S_ISREG(status.st_mode) else None
+  except FileNotFoundError:
+    folder, name = os.path.split(os.path.realpath(path))
+    if path.endswith(b"/") or not path or not os.path.isdir(folder):
+      return None
+    status = os.stat(folder)
+    return (status.st_dev, status.st_ino, name)
+  except (OSError, ValueError):
+    return None
+
+
 def length_of(descriptor):
   """The file's length by seeking, -1 when the file cannot be sought."""
   try:
@@ -1147,6 +1162,7 @@ class Run:
     if files is None:
       self.exit_failure()
     files, total = files
+    self._check_outputs(files)
     output = self._open_output(s.output_file, b"Cannot open output file: ")
     contexts = stats = filter_stats = None
     if s.context_tracing_on():
@@ -1245,6 +1261,22 @@ class Run:
       self.fatal(b"Input data files list is empty!")
       return None
     return (files, total) if good else None
+
+  def _check_outputs(self, files):
+    s = self.settings
+    outputs = [s.output_file, s.context_output_file, s.stats_file, s.morphologic_filter_stats_file]
+    outputs = [(path, place_of(path)) for path in outputs if path is not None]
+    outputs = [(path, place) for path, place in outputs if place is not None]
+    inputs = [s.input_file, s.morphologic_filter_file, s.context_filter_file, *files]
+    for place in [place_of(path) for path in inputs if path is not None]:
+      for path, other in outputs:
+        if place == other:
+          self.fatal(b"Output file is also an input: " + path + b"!")
+          self.exit_failure()
+    for i, (path, place) in enumerate(outputs):
+      if place in [other for _, other in outputs[:i]]:
+        self.fatal(b"Two outputs have the same path: " + path + b"!")
+        self.exit_failure()
 
   def _process(self, files, total):
     self.info(b"Processing input datafiles.")

@@ -75,6 +75,7 @@ class ExtractorTest : public ::testing::Test {
     const Notifier error_channel(err);
     const Notifier progress_channel(out);
     const std::uint32_t length = extract(stream, stats, _stores.all(), {error_channel, progress_channel});
+    has_failed = stream.fail();
     progress = out.str();
     errors = err.str();
     return length;
@@ -83,6 +84,7 @@ class ExtractorTest : public ::testing::Test {
   long stars() const { return std::count(progress.begin(), progress.end(), '*'); }
 
   NamedDataFileStats stats;
+  bool has_failed = false;
   std::string progress;
   std::string errors;
   test::SettingsGuard _guard{2};
@@ -111,6 +113,7 @@ TEST_F(ExtractorTest, CountsEverySentenceAndReturnsTheLength) {
   EXPECT_EQ(stats.passed_count, 3U);
   EXPECT_EQ(stars(), 51);
   EXPECT_EQ(errors, "");
+  EXPECT_FALSE(has_failed);
   EXPECT_EQ(test::frequency_of(_stores.ngrams, *test::records_of(_stores.ngrams, 3).at(0)), 3U);
 }
 
@@ -134,10 +137,18 @@ TEST_F(ExtractorTest, UnderTheBarTheEndOfTheInputEndsTheWalkWithSentencesReadAhe
 TEST_F(ExtractorTest, WithoutABarEverySentenceIsExtracted) {
   settings::context_window = {ContextWindow::sentences, 2};
   EXPECT_EQ(run(sentence + sentence + last_sentence, never), 0U);
+  EXPECT_FALSE(has_failed);
   EXPECT_EQ(stats.extracted_count, 3U);
   EXPECT_EQ(stats.words_count, 6U);
   EXPECT_EQ(progress, test::bar_scale);
   EXPECT_EQ(errors, "WARNING: Progress bar initialization failed! Going on without progress bar display...\n");
+}
+
+TEST_F(ExtractorTest, AStreamThatDoesNotComeBackFromItsEndHasFailed) {
+  constexpr int to_the_end_and_its_position = 2;
+  run(sentence, to_the_end_and_its_position);
+  EXPECT_TRUE(has_failed);
+  EXPECT_EQ(stats.extracted_count, 0U);
 }
 
 TEST_F(ExtractorTest, ABarThatCannotBeUpdatedIsGivenUpAndTheWalkGoesOn) {
@@ -147,6 +158,7 @@ TEST_F(ExtractorTest, ABarThatCannotBeUpdatedIsGivenUpAndTheWalkGoesOn) {
     text += sentence;
   BreakingBuffer buffer(text);
   run(buffer);
+  EXPECT_TRUE(has_failed);
   // What was read before the input broke is extracted, the sentences in the window included.
   EXPECT_GT(stats.sentences_count, 500U);
   EXPECT_LT(stats.sentences_count, 1000U);

@@ -16,8 +16,8 @@ namespace {
 TreebankSentence _word(const std::string& form, const std::string& lemma) {
   TreebankSentence sentence;
   TreebankWord& word = sentence.words.emplace_back();
-  word.form = form;
-  word.lemma = lemma;
+  word.form = sentence.texts.keep(form);
+  word.lemma = sentence.texts.keep(lemma);
   word.upos = "NOUN";
   word.xpos = "NN S";
   word.feats = "Case=Zzz";

@@ -79,6 +79,12 @@ TEST(ForeignFormat, IsKnownByItsRows) {
        "white space"},
       {"It rained heavily.\n",
        "plain text, line 1 has 1 columns separated by TAB and 3 fields separated by white space"},
+      {"%PDF-1.4\n%\xE2\xE3\xCF\xD3\n",
+       "binary data or text that is not in UTF-8, line 1 has 1 columns separated by TAB and 1 fields separated by "
+       "white space"},
+      {"\x1B[31mrain\n",
+       "binary data or text that is not in UTF-8, line 1 has 1 columns separated by TAB and 1 fields separated by "
+       "white space"},
       {"\n<!DOCTYPE html>\n<html>\n", "a page of HTML"},
       {"<?xml version=\"1.0\"?>\n<s>\n", "XML or another text with markup"},
       {"a\tb\tc\n", "other rows, line 1 has 3 columns separated by TAB and 3 fields separated by white space"},

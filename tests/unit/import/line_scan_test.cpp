@@ -8,6 +8,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tests/support/random.h"
 
@@ -52,10 +53,27 @@ TEST(LineScan, FindsEveryByteValueAtEveryPlace) {
 
 TEST(LineScan, AgreesOnRandomLines) {
   test::Random random;
-  constexpr std::string_view bytes("\t\t\t\tabc! \x08\n\x00\x7F\x80\x89\xA0\xFF_1", 21);
+  constexpr std::string_view bytes("\t\t\t\tabc! \x08\n\x00\x7F\x80\x89\xA0\xFF_1", 19);
   for (int round = 0; round < 20000; ++round) {
     const std::string line = random.text(40, round % 2 == 0 ? bytes : "\tabcdefg");
     ASSERT_EQ(scan_line(line), _plain_traits(line)) << line;
+  }
+}
+
+TEST(LineScan, FindsEveryTabInOrder) {
+  test::Random random;
+  for (int round = 0; round < 20000; ++round) {
+    const std::string line = random.text(40,
+                                         "\t\xFF"
+                                         "ab ");
+    std::vector<std::size_t> found, found_by_8, expected;
+    scan_line(line, [&](std::size_t at) { found.push_back(at); });
+    const LineTraits by_8 = scan_line_by_8(line, [&](std::size_t at) { found_by_8.push_back(at); });
+    ASSERT_EQ(by_8, _plain_traits(line)) << ::testing::PrintToString(line);
+    for (std::size_t at = line.find('\t'); at != std::string::npos; at = line.find('\t', at + 1))
+      expected.push_back(at);
+    ASSERT_EQ(found_by_8, expected) << ::testing::PrintToString(line);
+    ASSERT_EQ(found, expected) << ::testing::PrintToString(line);
   }
 }
 

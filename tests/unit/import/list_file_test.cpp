@@ -26,6 +26,14 @@ TEST(ListFile, NamesNoFileTwiceUnderWhateverName) {
   EXPECT_EQ(_content(list), "a.dat\nb.dat\n" + file + "\n");
 }
 
+TEST(ListFile, TakesEmptyLinesForNoEntries) {
+  const test::TemporaryFolder folder;
+  const std::string path = folder.write("list", "\n\na.dat\n\n");
+  EXPECT_EQ(ListFile(path, {}).entries(), 1U);
+  EXPECT_FALSE(ListFile(path, {}).names_others({"a.dat"}));
+  EXPECT_TRUE(ListFile(path, {}).names_others({"b.dat"}));
+}
+
 TEST(ListFile, RefusesWhatIsNoList) {
   const test::TemporaryFolder folder;
   EXPECT_THROW(ListFile("/dev/full", {}), output_error);

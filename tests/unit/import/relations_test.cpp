@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -20,9 +21,9 @@ TreebankSentence _sentence(const std::vector<std::pair<std::uint32_t, std::strin
   TreebankSentence sentence;
   for (const auto& [parent, relation] : words) {
     TreebankWord& word = sentence.words.emplace_back();
-    word.form = relation;
+    word.form = sentence.texts.keep(relation);
     word.parent = parent;
-    word.relation = relation;
+    word.relation = word.form;
   }
   return sentence;
 }
@@ -62,9 +63,10 @@ TEST(Relations, TellsCommasFromFinalAndOtherPunctuation) {
 
 TEST(Relations, GivesTheFinalFunctionToTheMarkThatEndsTheSentence) {
   const auto last = [](const std::vector<std::string>& marks) {
-    TreebankSentence sentence = _sentence({{0, "root"}});
+    std::vector<std::pair<std::uint32_t, std::string>> words = {{0, "root"}};
     for (const std::string& mark : marks)
-      sentence.words.push_back(_sentence({{1, mark == "a" ? "obj" : "punct:x"}}).words[0]);
+      words.emplace_back(1, mark == "a" ? "obj" : "punct:x");
+    TreebankSentence sentence = _sentence(words);
     for (std::size_t i = 0; i < marks.size(); ++i)
       sentence.words[i + 1].form = marks[i];
     const Functions functions = _functions(sentence);
@@ -113,11 +115,12 @@ struct Surface {
   std::string relation;
 };
 Functions _surface(const std::vector<Surface>& words) {
-  TreebankSentence sentence;
-  for (const Surface& word : words) {
-    sentence.words.push_back(_sentence({{word.parent, word.relation}}).words[0]);
-    sentence.words.back().upos = word.upos;
-  }
+  std::vector<std::pair<std::uint32_t, std::string>> relations;
+  for (const Surface& word : words)
+    relations.emplace_back(word.parent, word.relation);
+  TreebankSentence sentence = _sentence(relations);
+  for (std::size_t i = 0; i < words.size(); ++i)
+    sentence.words[i].upos = words[i].upos;
   return analytical_functions(sentence, map_of(surface_relations()));
 }
 

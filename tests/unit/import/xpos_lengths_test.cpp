@@ -40,9 +40,11 @@ TEST(XposLengths, AllowOneOddTagInAThousandWords) {
 
 TEST(XposLengths, SayWhichTagWasRefusedAndWhere) {
   EXPECT_EQ(Treebank().words(2, "NN").words(1, "VBD").words(1, "_").lengths.refusal(),
-            "XPOS is not taken: expected tags of length 2, found \"VBD\" at bank:3; of 4 words 2 have such a tag");
+            "XPOS is not taken: expected tags of length 2, found \"VBD\" at bank:3; of the first 4 words 2 have no tag "
+            "of that length");
   EXPECT_EQ(Treebank().words(1, "_").words(2, "NN").lengths.refusal(),
-            "XPOS is not taken: expected tags of length 2, found \"_\" at bank:1; of 3 words 1 have such a tag");
+            "XPOS is not taken: expected tags of length 2, found \"_\" at bank:1; of the first 3 words 1 have no tag "
+            "of that length");
   EXPECT_EQ(Treebank().words(2, "_").lengths.refusal(), "XPOS is not taken: no word has one");
 }
 
