@@ -33,6 +33,8 @@ _ngrex_value_of() {
     ngrex-table:--na) echo text ;;
     ngrex-table:--measures) echo "list: $measures" ;;
     ngrex-table:--columns) echo "list: rank lemma tag parent relation marginal cell $columns" ;;
+    ngrex-table:--per) echo "list: $columns" ;;
+    ngrex-table:--groups) echo 'size name' ;;
     ngrex-table:--sort) echo "list: $columns $(printf '+%s ' $columns) $(printf -- '-%s ' $columns)" ;;
     ngrex-table:--top | ngrex-table:--min-frequency | ngrex-table:--precision | ngrex-table:--where | ngrex-table:--memory) echo text ;;
   esac
@@ -51,7 +53,7 @@ _ngrex_complete() {
       ;;
     ngrex-table)
       options='-o --output --columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision --na --bom --json-numbers --unsigned
-        --locale --memory --ignore-case
+        --per --groups --locale --memory --ignore-case
         --merge --within --contexts --statistics -h --help --version'
       ;;
   esac

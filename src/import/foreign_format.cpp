@@ -1,4 +1,3 @@
-include "companion/utf8.h"
 #include "import/foreign_format.h"
 
 #include <algorithm>
@@ -9,6 +8,7 @@ include "companion/utf8.h"
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "companion/utf8.h"
 #include "corpus/datafile_format.h"
 #include "import/conll_columns.h"
 #include "import/sentence.h"

@@ -82,6 +82,20 @@ SortOrder parse_sort_order(std::string_view list) {
   }
 }
 
+SortOrder parse_group_columns(std::string_view list) {
+  SortOrder order;
+  for (;;) {
+    const std::size_t comma = list.find(',');
+    const std::string_view name = list.substr(0, comma);
+    const auto column = find_column(name);
+    if (!column.has_value()) throw usage_error(fmt::format("cannot make groups: there is no column \"{}\"", name));
+    if (!column->is_of_block()) throw usage_error("cannot make groups by the rank, which is the place in the table");
+    order.keys.push_back({*column, true});
+    if (comma == std::string_view::npos) return order;
+    list.remove_prefix(comma + 1);
+  }
+}
+
 void append_key(const SortOrder& order, const Row& row, std::string& key) {
   std::string scratch;
   for (const auto& [column, ascending] : order.keys) {

@@ -28,6 +28,10 @@ struct SortOrder {
 // it is the rank.
 SortOrder parse_sort_order(std::string_view list);
 
+// The columns by which rows are in one group, from the command line; in order, groups ascend. Throws usage_error when
+// there is no such column or it is the rank.
+SortOrder parse_group_columns(std::string_view list);
+
 // Appends the key of a row: keys compared byte by byte are in the order, none is the beginning of another, and equal
 // rows have equal keys. Numbers are compared with all their digits, computed measures with twelve, since what is beyond
 // them is the rounding of the computation; not-a-number comes last in both directions.

@@ -36,6 +36,12 @@ int _precision(const GivenOption& given) {
   return static_cast<int>(digits);
 }
 
+GroupOrder _group_order(const GivenOption& given) {
+  if (given.value == "size") return GroupOrder::size;
+  if (given.value != "name") reject(given, "size or name");
+  return GroupOrder::name;
+}
+
 Format _format(const GivenOption& given) {
   const auto format = find_format(given.value);
   if (!format.has_value()) reject(given, "tsv, csv, jsonl, markdown, ucs, table or sqlite");
@@ -83,6 +89,12 @@ constexpr auto _rows = std::to_array<Row>({
       "sort by columns, separated by commas: ascending with + before a column, descending with -, without a sign texts "
       "ascending and numbers descending"},
      [](Options& options, const GivenOption& given) { options.sort = parse_sort_order(given.value); }},
+    {{"--per", "LIST",
+      "make groups of rows that agree in these columns, separated by commas; --sort is for the rows of a group, --top "
+      "K prints the first K of each"},
+     [](Options& options, const GivenOption& given) { options.per = parse_group_columns(given.value); }},
+    {{"--groups", "HOW", "order of the groups of --per: size, the default, which is their frequency, or name"},
+     [](Options& options, const GivenOption& given) { options.groups = _group_order(given); }},
     {{"--locale", "", "sort texts as the locale of the environment does, not by code points"},
      [](Options& options, const GivenOption&) { options.collation = Collation::of_environment(); }},
     {{"--memory", "SIZE",
@@ -198,9 +210,10 @@ void _check_merging(const Options& options) {
   for (const RowFilter& filter : options.filters)
     for (const Column& column : filter.columns())
       check_choice(column);
-  if (options.sort.has_value())
-    for (const SortKey& key : options.sort->keys)
-      check_choice(key.column);
+  for (const std::optional<SortOrder>& order : {options.sort, options.per})
+    if (order.has_value())
+      for (const SortKey& key : order->keys)
+        check_choice(key.column);
 }
 
 }  // namespace
@@ -239,8 +252,10 @@ Options parse_options(const std::vector<std::string>& arguments) {
   if (!files.empty()) options.input = files.front();
   for (const std::string& condition : options.conditions)
     options.filters.emplace_back(condition, options.letters);
-  if (options.sort.has_value()) options.sort->collation = options.collation;
   options.command_line = _shell_line(arguments);
+  if (options.per.has_value() && !options.sort.has_value()) options.sort = parse_sort_order("frequency");
+  for (std::optional<SortOrder>* const order : {&options.sort, &options.per})
+    if (order->has_value()) (*order)->collation = options.collation;
   _check_names(options);
   if (options.format == Format::ucs) options.merging = merging_of_ucs(options.merging);
   _check_merging(options);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "companion/command_line.h"
+#include "rows/grouped_rows.h"
 #include "rows/merging.h"
 #include "rows/row_filter.h"
 #include "rows/sort_order.h"
@@ -32,6 +33,8 @@ struct Options {
   bool cells = false;
   bool tree_text = false;
   std::optional<SortOrder> sort;
+  std::optional<SortOrder> per;  // columns of the groups; nothing: there are none
+  GroupOrder groups = GroupOrder::size;
   std::optional<Collation> collation;            // of texts; nothing: code points
   std::size_t memory = usual_memory_of_sorts();  // in bytes
   std::optional<std::uint64_t> top;

@@ -51,9 +51,10 @@ void _check_for_n(const Options& options, std::size_t n) {
   for (const RowFilter& filter : options.filters)
     for (const Column& column : filter.columns())
       check_column(column, n);
-  if (options.sort.has_value())
-    for (const SortKey& key : options.sort->keys)
-      check_column(key.column, n);
+  for (const std::optional<SortOrder>& order : {options.sort, options.per})
+    if (order.has_value())
+      for (const SortKey& key : order->keys)
+        check_column(key.column, n);
 }
 
 // The order needs no more than the first rows when those surely fit into memory.
@@ -68,7 +69,11 @@ std::unique_ptr<OrderedRows> _rows_to_sort(const Options& options) {
 
 TableRun::TableRun(const Options& options, Format format, Output& output, const Look& look)
     : _options(options), _format(format), _writer(make_writer(format, output, look)) {
-  if (options.sort.has_value()) _sorted = _rows_to_sort(options);
+  if (options.per.has_value())
+    _grouped =
+        std::make_unique<GroupedRows>(options.groups, options.memory, options.top.value_or(SortedRows::no_limit));
+  else if (options.sort.has_value())
+    _sorted = _rows_to_sort(options);
 }
 
 void TableRun::begin(std::size_t n) {
@@ -82,34 +87,46 @@ void TableRun::begin(std::size_t n) {
 }
 
 bool TableRun::add(const Block& block) {
-  if (_sorted == nullptr && _is_full()) return false;
+  const bool waits = _sorted != nullptr || _grouped != nullptr;
+  if (!waits && _is_full()) return false;
   const Row row(block, _printed + 1, _options.style);
   if (row.contingency.frequency < _options.min_frequency) return true;
   for (const RowFilter& filter : _options.filters)
     if (!filter.admits(row)) return true;
-  if (_sorted == nullptr) {
+  if (!waits) {
     _print(row);
     return !_is_full();
   }
   _key.clear();
   append_key(*_options.sort, row, _key);
-  _sorted->add({_key, block.text, block.members_size});
+  const KeyedRow keyed{_key, block.text, block.members_size};
+  if (_grouped == nullptr) {
+    _sorted->add(keyed);
+    return true;
+  }
+  _group.clear();
+  append_key(*_options.per, row, _group);
+  _grouped->add(_group, row.contingency.frequency, keyed);
   return true;
 }
 
 void TableRun::end() {
-  if (_sorted != nullptr) {
-    _sorted->sort();
-    KeyedRow row;
-    Block block;
-    Fault fault;
-    while (!_is_full() && _sorted->next(row)) {
-      // What was kept had been a block before.
-      if (parse_block(row.text, block, fault) != ParseStatus::complete) throw std::logic_error(fault.message);
-      _print(Row(block, _printed + 1, _options.style));
-    }
-  }
+  if (_sorted != nullptr) _print_all(*_sorted);
+  if (_grouped != nullptr) _print_all(*_grouped);
   _writer->end();
+}
+
+template <typename Rows>
+void TableRun::_print_all(Rows& rows) {
+  rows.sort();
+  KeyedRow row;
+  Block block;
+  Fault fault;
+  while (!_is_full() && rows.next(row)) {
+    // What was kept had been a block before.
+    if (parse_block(row.text, block, fault) != ParseStatus::complete) throw std::logic_error(fault.message);
+    _print(Row(block, _printed + 1, _options.style));
+  }
 }
 
 void TableRun::_print(const Row& row) {

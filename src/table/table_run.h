@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "rows/columns.h"
+#include "rows/grouped_rows.h"
 #include "rows/ordered_rows.h"
 #include "table/formats.h"
 #include "table/options.h"
@@ -32,15 +33,21 @@ class TableRun {
 
  private:
   // Whether all rows that are wanted have been printed.
-  bool _is_full() const { return _options.top.has_value() && _printed >= *_options.top; }
+  bool _is_full() const { return !_grouped && _options.top.has_value() && _printed >= *_options.top; }
 
   void _print(const Row& row);
+
+  // Puts rows that waited in order and prints them.
+  template <typename Rows>
+  void _print_all(Rows& rows);
 
   const Options& _options;
   Format _format;
   std::unique_ptr<Writer> _writer;
-  std::unique_ptr<OrderedRows> _sorted;  // nothing: rows are printed as they come
+  std::unique_ptr<OrderedRows> _sorted;   // nothing: rows are printed as they come
+  std::unique_ptr<GroupedRows> _grouped;  // in place of _sorted when there are groups
   std::string _key;
+  std::string _group;
   std::vector<Column> _columns;
   std::vector<std::string> _scratch;  // one for each column, as fields point into it
   std::vector<Field> _fields;

@@ -150,6 +150,29 @@ TEST(Table, SortsBySeveralColumnsTextsUpwardsAndNumbersDownwardsUnlessSigned) {
     EXPECT_THROW(rows(wrong), usage_error) << wrong;
 }
 
+TEST(Table, MakesGroupsByTheirSizeOrName) {
+  const std::string content = _pair("a", "x", 1) + _pair("b", "y", 2) + _pair("c", "x", 3) + _pair("d", "y", 4) +
+                              _pair("e", "x", 5) + _pair("f", "z", 6) + "\n";
+  const auto rows = [&](Words arguments) {
+    arguments.insert(arguments.begin(), "--columns=rank,lemma1");
+    std::string table = _table(content, arguments).substr(12);
+    std::erase(table, '\t');
+    std::replace(table.begin(), table.end(), '\n', ' ');
+    return table;
+  };
+  // x has 9 occurrences, y and z have 6 each.
+  EXPECT_EQ(rows({"--per=lemma2"}), "1e 2c 3a 4d 5b 6f ");
+  EXPECT_EQ(rows({"--per=lemma2", "--top=1"}), "1e 2d 3f ");
+  EXPECT_EQ(rows({"--per=lemma2", "--top=2", "--sort=+frequency"}), "1a 2c 3b 4d 5f ");
+  EXPECT_EQ(rows({"--per=lemma2", "--where=lemma2!=x", "--groups=name"}), "1d 2b 3f ");
+  EXPECT_EQ(rows({"--per=lemma2", "--min-frequency=4"}), "1f 2e 3d ");
+  EXPECT_EQ(rows({"--per=relation1,lemma2", "--groups=name", "--sort=lemma1", "--top=2"}), "1a 2c 3b 4d 5f ");
+  EXPECT_EQ(rows({"--per=lemma2", "--top=0"}), "");
+  for (const std::string wrong :
+       {"--per=", "--per=lemma2,", "--per=rank", "--per=lemma9", "--per=lemma3", "--groups=x"})
+    EXPECT_THROW(rows({wrong}), usage_error) << wrong;
+}
+
 TEST(Table, SortsNotANumberLastAndZeroBytesAsBytes) {
   const std::string zero(1, '\0');
   const std::string content = _pair("a" + zero + "b", "r", 1, "-nan") + _pair("a", "s", 1, "inf") +
