@@ -28,7 +28,7 @@ _ngrex_value_of() {
     ngrex-table:-o | ngrex-table:--output | ngrex-table:--contexts | ngrex-table:--statistics) echo files ;;
     ngrex-table:--merge) echo 'list: order tag relation' ;;
     ngrex-table:--within) echo 'relation head-relation' ;;
-    ngrex-table:--format) echo 'tsv csv jsonl markdown ucs table sqlite' ;;
+    ngrex-table:--format) echo 'tsv csv jsonl markdown ucs table sqlite xlsx' ;;
     ngrex-table:--json-numbers) echo 'null strings' ;;
     ngrex-table:--na) echo text ;;
     ngrex-table:--measures) echo "list: $measures" ;;

@@ -44,7 +44,7 @@ GroupOrder _group_order(const GivenOption& given) {
 
 Format _format(const GivenOption& given) {
   const auto format = find_format(given.value);
-  if (!format.has_value()) reject(given, "tsv, csv, jsonl, markdown, ucs, table or sqlite");
+  if (!format.has_value()) reject(given, "tsv, csv, jsonl, markdown, ucs, table, sqlite or xlsx");
   return *format;
 }
 
@@ -120,7 +120,8 @@ constexpr auto _rows = std::to_array<Row>({
       "relation: make the table of every pair inside its relation; head-relation: take the margin of the head inside "
       "the relation, and that of the dependent over all"},
      [](Options& options, const GivenOption& given) { options.merging.within = parse_within(given.value); }},
-    {{"--format", "FORMAT", "tsv, csv, jsonl, markdown, ucs, table or sqlite; default table on a terminal, else tsv"},
+    {{"--format", "FORMAT",
+      "tsv, csv, jsonl, markdown, ucs, table, sqlite or xlsx; default table on a terminal, else tsv"},
      [](Options& options, const GivenOption& given) { options.format = _format(given); }},
     {{"--precision", "DIGITS", "significant digits of computed measures, 1 to 17; default 10"},
      [](Options& options, const GivenOption& given) { options.style.precision = _precision(given); }},

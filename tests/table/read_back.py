@@ -24,6 +24,8 @@ import sqlite3
 import subprocess
 import sys
 import tempfile
+import xml.etree.ElementTree
+import zipfile
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "differential"))
 import differential  # noqa: E402
@@ -270,6 +272,46 @@ def check_database(program, path, folder):
     os.remove(base)
 
 
+def rows_of_sheet(path):
+    """The rows of a workbook's sheet as lists of texts and numbers."""
+    with zipfile.ZipFile(path) as workbook:
+        expect(workbook.testzip() is None, "a damaged workbook")
+        for name in workbook.namelist():
+            xml.etree.ElementTree.fromstring(workbook.read(name))
+        sheet = xml.etree.ElementTree.fromstring(workbook.read("xl/worksheets/sheet1.xml"))
+    main = "{http://schemas.openxmlformats.org/spreadsheetml/2006/main}"
+    expect(not list(sheet.iter(main + "f")), "a formula")
+
+    def value(cell):
+        if cell.get("t") != "inlineStr":
+            return float(cell.find(main + "v").text)
+        text = cell.find(f"{main}is/{main}t").text or ""
+        return re.sub("_x([0-9A-F]{4})_", lambda code: chr(int(code.group(1), 16)), text)
+
+    rows = []
+    for number, row in enumerate(sheet.iter(main + "row"), 1):
+        expect(row.get("r") == str(number), "number of a row", row.get("r"))
+        expect(all(re.fullmatch(f"[A-Z]+{number}", cell.get("r")) for cell in row), "name of a cell")
+        rows.append([value(cell) for cell in row])
+    return rows
+
+
+def check_workbook(program, path, folder):
+    """A workbook has the cells of the table, numbers as numbers and everything else as text."""
+    options = ["--pattern", "--measures", "MI,logDice"]
+    text = table_of(program, path, *options, "--format", "tsv").decode("utf-8", "byte by byte")
+    lines = [line.split("\t") for line in text.split("\n")[:-1]]
+    book = os.path.join(folder, "book")
+    expect(table_of(program, path, *options, "--format", "xlsx", "-o", book) == b"", "output beside the workbook")
+    rows = rows_of_sheet(book)
+    expect(rows[:1] == lines[:1] and len(rows) == len(lines), "header or number of rows of a workbook", rows[:1], len(rows))
+    for row, fields in zip(rows[1:], lines[1:]):
+        wanted = [field if name.startswith(TEXTS) or field in ("NA", "Inf", "-Inf") else float(field)
+                  for name, field in zip(lines[0], fields)]
+        expect(row == wanted, "row of a workbook", row, wanted)
+    os.remove(book)
+
+
 def check_order(program, path, blocks, r):
     names = ["frequency", "lemma1", "log_likelihood", "pattern", "cell0", "tag2", "relation1", "parent1"]
     keys = [(r.choice(["", "+", "-"]), name) for name in r.sample(names, r.randint(1, 3))]
@@ -422,6 +464,7 @@ def main():
                 blocks = blocks_of(content)
                 check_formats(table, path, blocks, r)
                 check_database(table, path, folder)
+                check_workbook(table, path, folder)
                 if blocks:
                     check_order(table, path, blocks, r)
                     check_measure_order(table, path, r)
