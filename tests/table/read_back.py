@@ -11,6 +11,7 @@ cut somewhere the whole N-grams before the cut must be printed.
 import argparse
 import codecs
 import collections
+import copy
 import csv
 import decimal
 import fractions
@@ -40,6 +41,7 @@ RECOMPUTED = 300  # N-grams of a file whose measures are recomputed, which takes
 PLAIN = ["rank", "lemma", "tag", "parent", "relation", "frequency", "marginal", "total"]
 decimal.getcontext().prec = 60
 LARGEST = 4_000_000  # bytes of an output datafile that are taken apart here in reasonable time
+SIEVES_AND_THRESHOLDS = ["-tf", "-te", "-tc", "-tl", "-tm", "-tp", "-tt", "-tz"]
 TEXTS = ("lemma", "tag", "relation", "pattern")
 
 # Every byte that is no UTF-8 becomes one replacement character.
@@ -423,6 +425,28 @@ def check_pair_types(program, path, blocks):
         expect((int(rank), int(f1), int(f2), int(n)) == (number, of_first[first], of_second[second], total), "ucs", rows)
 
 
+def check_without_tags(program, table, path, case, name):
+    """Without tags the pairs of a file have the cells that ngrex itself counts when its mask keeps no tag; false when it kept
+    none before. Filters see masked tags, so there must be none."""
+    mask = case.arguments[len(case.arguments) - case.arguments[::-1].index("-m")]
+    if "*" not in mask:
+        return False
+    untagged = copy.copy(case)
+    # What all pairs with tags reached some pairs without may not.
+    chosen = {place + k for place, word in enumerate(case.arguments) for k in (0, 1) if word in SIEVES_AND_THRESHOLDS}
+    untagged.arguments = ["-" * len(mask) if word == mask else word for place, word in enumerate(case.arguments)
+                          if place not in chosen]
+    columns = ["--columns", "lemma,parent,relation,cell", "--format", "tsv"]
+    with tempfile.TemporaryDirectory() as folder:
+        differential.write_folder(folder, case.files)
+        status = differential.run_program(program, untagged, folder).status
+        expect(status == 0, "status without a mask", status, untagged.arguments)
+        counted = table_of(table, os.path.join(folder, name), *columns).split(b"\n")
+    merged = table_of(table, path, "--merge", "tag", *columns).split(b"\n")
+    expect(sorted(merged) == sorted(counted), "cells without tags", set(merged) ^ set(counted))
+    return True
+
+
 def check_cut(program, content, folder, r):
     size = r.randint(0, len(content) - 1)
     path = os.path.join(folder, "cut")
@@ -443,7 +467,7 @@ def main():
     arguments = parser.parse_args()
     print(f"seed {arguments.seed}", flush=True)
     program, table = os.path.abspath(arguments.program), os.path.abspath(arguments.table)
-    files = ngrams = merged = 0
+    files = ngrams = merged = unmasked = 0
     for number in range(arguments.first, arguments.first + arguments.cases):
         case = differential.Generator(arguments.seed, number).make()
         r = random.Random(f"{arguments.seed}/{number}/table")
@@ -470,7 +494,10 @@ def main():
                     check_measure_order(table, path, r)
                     check_where(table, path, blocks, folder, r)
                 if blocks and len(blocks[0]["members"]) == 2:
-                    merged += check_merging(table, path, blocks, r)
+                    complete = check_merging(table, path, blocks, r)
+                    merged += complete
+                    if complete and "-m" in case.arguments and "-f" not in case.arguments:
+                        unmasked += check_without_tags(program, table, path, case, name)
                 check_cut(table, content, folder, r)
             except Disagreement as disagreement:
                 print(f"case {number}: {case.arguments}")
@@ -478,7 +505,7 @@ def main():
                 return 1
             files += 1
             ngrams += len(blocks)
-    print(f"{files} files with {ngrams} N-grams read back, {merged} of them merged (seed {arguments.seed})")
+    print(f"{files} files with {ngrams} N-grams read back, {merged} of them merged, {unmasked} counted without tags (seed {arguments.seed})")
     return 0 if ngrams > arguments.cases and merged > arguments.cases / 50 else 1
 
 
