@@ -25,10 +25,10 @@ _ngrex_value_of() {
     ngrex-import:--relations) echo 'keep functions' ;;
     ngrex-import:--print-relation-map) echo 'ud sud' ;;
     ngrex-import:--mask | ngrex-import:--split) echo text ;;
-    ngrex-table:-o | ngrex-table:--output | ngrex-table:--contexts | ngrex-table:--statistics) echo files ;;
+    ngrex-table:-o | ngrex-table:--output | ngrex-table:--compare | ngrex-table:--contexts | ngrex-table:--statistics) echo files ;;
     ngrex-table:--merge) echo 'list: order tag relation' ;;
     ngrex-table:--within) echo 'relation head-relation' ;;
-    ngrex-table:--format) echo 'tsv csv jsonl markdown ucs table sqlite' ;;
+    ngrex-table:--format) echo 'tsv csv jsonl markdown ucs table sqlite xlsx' ;;
     ngrex-table:--json-numbers) echo 'null strings' ;;
     ngrex-table:--na) echo text ;;
     ngrex-table:--measures) echo "list: $measures" ;;
@@ -54,7 +54,7 @@ _ngrex_complete() {
     ngrex-table)
       options='-o --output --columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision --na --bom --json-numbers --unsigned
         --per --groups --locale --memory --ignore-case
-        --merge --within --contexts --statistics -h --help --version'
+        --merge --within --compare --contexts --statistics -h --help --version'
       ;;
   esac
 

@@ -22,11 +22,15 @@ struct Name {
   Quantity quantity;
 };
 
-constexpr std::array<Name, 5> _plain = {{{"rank", Quantity::rank},
-                                         {"frequency", Quantity::frequency},
-                                         {"per_million", Quantity::per_million},
-                                         {"total", Quantity::total},
-                                         {"pattern", Quantity::tree_text}}};
+constexpr auto _plain = std::to_array<Name>({{"rank", Quantity::rank},
+                                             {"frequency", Quantity::frequency},
+                                             {"per_million", Quantity::per_million},
+                                             {"total", Quantity::total},
+                                             {"pattern", Quantity::tree_text},
+                                             {"frequency_other", Quantity::frequency_other},
+                                             {"per_million_other", Quantity::per_million_other},
+                                             {"keyness", Quantity::keyness},
+                                             {"keyness_log_ratio", Quantity::keyness_log_ratio}});
 
 // Numbered from 1 by word, cells from 0.
 constexpr std::array<Name, 6> _numbered = {{{"lemma", Quantity::lemma},
@@ -95,6 +99,8 @@ std::uint64_t _count_of_row(const Column& column, const Row& row) {
       return row.block.cells[column.index];
     case Quantity::total:
       return row.contingency.total;
+    case Quantity::frequency_other:
+      return row.other->frequency;
     case Quantity::lemma:
     case Quantity::tag:
     case Quantity::relation:
@@ -102,9 +108,22 @@ std::uint64_t _count_of_row(const Column& column, const Row& row) {
     case Quantity::tree_text:
     case Quantity::association:
     case Quantity::per_million:
+    case Quantity::per_million_other:
+    case Quantity::keyness:
+    case Quantity::keyness_log_ratio:
       break;  // no counts
   }
   return 0;
+}
+
+double _per_million(std::uint64_t frequency, std::uint64_t total) {
+  return 1e6 * static_cast<double>(frequency) / static_cast<double>(total);
+}
+
+// Whether the value follows from cells, so that an N-gram which the file does not have is without it.
+bool _needs_cells(Quantity quantity) {
+  return quantity == Quantity::marginal || quantity == Quantity::cell || quantity == Quantity::association ||
+         quantity == Quantity::own_measure;
 }
 
 }  // namespace
@@ -119,6 +138,9 @@ ValueType Column::type() const {
     case Quantity::own_measure:
     case Quantity::association:
     case Quantity::per_million:
+    case Quantity::per_million_other:
+    case Quantity::keyness:
+    case Quantity::keyness_log_ratio:
       return ValueType::real;
     case Quantity::rank:
     case Quantity::parent:
@@ -126,9 +148,19 @@ ValueType Column::type() const {
     case Quantity::marginal:
     case Quantity::total:
     case Quantity::cell:
+    case Quantity::frequency_other:
       break;
   }
   return ValueType::count;
+}
+
+bool Column::is_of_comparison() const {
+  return quantity == Quantity::frequency_other || quantity == Quantity::per_million_other ||
+         quantity == Quantity::keyness || quantity == Quantity::keyness_log_ratio;
+}
+
+bool Column::is_computed() const {
+  return quantity == Quantity::association || quantity == Quantity::keyness || quantity == Quantity::keyness_log_ratio;
 }
 
 std::vector<Heading> headings_of(std::span<const Column> columns) {
@@ -200,6 +232,15 @@ std::vector<Column> default_columns(std::size_t n) {
   return result;
 }
 
+std::vector<Column> default_columns_of_comparison(std::size_t n) {
+  std::vector<Column> result;
+  for (const std::string_view name : {"rank", "lemma", "tag", "parent", "relation", "frequency", "per_million",
+                                      "frequency_other", "per_million_other", "keyness_log_ratio", "keyness"})
+    for (Column& column : expand_column(name, n))
+      result.push_back(std::move(column));
+  return result;
+}
+
 std::vector<Column> cell_columns(std::size_t n) {
   return expand_column("cell", n);
 }
@@ -219,11 +260,15 @@ void write_tree_text(const Block& block, std::string& out) {
 }
 
 double number_of(const Column& column, const Row& row) {
+  const Contingency& table = row.contingency;
+  if (!row.is_in_file() && _needs_cells(column.quantity)) return std::numeric_limits<double>::quiet_NaN();
   if (column.quantity == Quantity::own_measure) return measure_value(row.block.measures[column.index]);
-  if (column.quantity == Quantity::association)
-    return associate(associations()[column.index], row.contingency, row.style.sign);
-  if (column.quantity == Quantity::per_million)
-    return 1e6 * static_cast<double>(row.contingency.frequency) / static_cast<double>(row.contingency.total);
+  if (column.quantity == Quantity::association) return associate(associations()[column.index], table, row.style.sign);
+  if (column.quantity == Quantity::per_million) return _per_million(table.frequency, table.total);
+  if (column.quantity == Quantity::per_million_other) return _per_million(row.other->frequency, row.other->total);
+  if (column.quantity == Quantity::keyness) return keyness(table.frequency, table.total, *row.other, row.style.sign);
+  if (column.quantity == Quantity::keyness_log_ratio)
+    return keyness_log_ratio(table.frequency, table.total, *row.other);
   return static_cast<double>(_count_of_row(column, row));
 }
 
@@ -242,6 +287,9 @@ Field field_of(const Column& column, const Row& row, std::string& scratch) {
       return _own_measure_field(row.block.measures[column.index]);
     case Quantity::association:
     case Quantity::per_million:
+    case Quantity::per_million_other:
+    case Quantity::keyness:
+    case Quantity::keyness_log_ratio:
       return _computed_field(number_of(column, row), row.style.precision, scratch);
     case Quantity::rank:
     case Quantity::parent:
@@ -249,8 +297,10 @@ Field field_of(const Column& column, const Row& row, std::string& scratch) {
     case Quantity::marginal:
     case Quantity::total:
     case Quantity::cell:
+    case Quantity::frequency_other:
       break;
   }
+  if (!row.is_in_file() && _needs_cells(column.quantity)) return {FieldKind::not_a_number, {}};
   return _count_field(_count_of_row(column, row), scratch);
 }
 

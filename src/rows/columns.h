@@ -13,6 +13,7 @@
 #include "rows/association.h"
 #include "rows/block.h"
 #include "rows/contingency.h"
+#include "rows/counterpart.h"
 #include "rows/field.h"
 
 namespace colx::table {
@@ -30,7 +31,12 @@ enum class Quantity {
   cell,
   tree_text,
   association,
-  per_million
+  per_million,
+  // of a comparison with another file
+  frequency_other,
+  per_million_other,
+  keyness,
+  keyness_log_ratio
 };
 
 struct Column {
@@ -45,6 +51,12 @@ struct Column {
   // Whether the column depends on the N-gram alone, and not on its place in the table.
   bool is_of_block() const { return quantity != Quantity::rank; }
 
+  // Whether the column needs another file to compare with.
+  bool is_of_comparison() const;
+
+  // Whether the values are computed here, so that their last digits are rounding.
+  bool is_computed() const;
+
   // The same column, under whatever name.
   bool operator==(const Column& other) const { return quantity == other.quantity && index == other.index; }
 };
@@ -57,13 +69,22 @@ struct Style {
 
 // One N-gram in its place in the table.
 struct Row {
-  Row(const Block& source, std::uint64_t place, const Style& shown)
-      : block(source), rank(place), style(shown), contingency(source.n, {source.cells.data(), source.cell_count()}) {}
+  Row(const Block& source, std::uint64_t place, const Style& shown,
+      const std::optional<Counterpart>& in_other = std::nullopt)
+      : block(source),
+        rank(place),
+        style(shown),
+        contingency(source.n, {source.cells.data(), source.cell_count()}),
+        other(in_other) {}
 
   const Block& block;  // not owned
   std::uint64_t rank;  // from 1
   Style style;
   Contingency contingency;
+  std::optional<Counterpart> other;  // when two files are compared
+
+  // Whether the N-gram stands in the file itself; one that does not has no values but its words and its two counts.
+  bool is_in_file() const { return !other.has_value() || other->is_in_file; }
 };
 
 // The columns as writers see them.
@@ -83,6 +104,9 @@ void check_column(const Column& column, std::size_t n);
 // What the table has when nothing is said about columns: of the measures of the file those that can be relied on.
 std::vector<Column> default_columns(std::size_t n);
 
+// The same when two files are compared.
+std::vector<Column> default_columns_of_comparison(std::size_t n);
+
 // The 2^n observed cells.
 std::vector<Column> cell_columns(std::size_t n);
 
@@ -91,7 +115,8 @@ std::vector<Column> cell_columns(std::size_t n);
 // the relation after a colon. Replaces the content of `out`.
 void write_tree_text(const Block& block, std::string& out);
 
-// The value of a numeric column: of a computed measure with all its digits, of anything else as it is printed.
+// The value of a numeric column; one of a comparison requires that the row has a counterpart. It is of a computed
+// measure with all its digits, of anything else as it is printed.
 double number_of(const Column& column, const Row& row);
 
 // The value of any column as a field. The content is a view into the block, or into `scratch`, which is overwritten.

@@ -103,7 +103,7 @@ void append_key(const SortOrder& order, const Row& row, std::string& key) {
       _append_text(order, field_of(column, row, scratch).content, ascending, key);
     } else {
       const double value = number_of(column, row);
-      _append_number(column.quantity == Quantity::association ? _significant(value) : value, ascending, key);
+      _append_number(column.is_computed() ? _significant(value) : value, ascending, key);
     }
   }
 }

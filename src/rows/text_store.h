@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,9 @@ class TextStore {
  public:
   // The number of a text, which is copied when it is new. Texts may hold any bytes. Throws std::bad_alloc.
   std::uint32_t number(std::string_view text);
+
+  // The number of a text that has one.
+  std::optional<std::uint32_t> find(std::string_view text) const;
 
   // The text of a number that was given; the view is valid until the next call of `number`.
   std::string_view operator[](std::uint32_t number) const {

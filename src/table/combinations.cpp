@@ -26,9 +26,15 @@ constexpr auto _with_contexts = std::to_array<std::string_view>(
 constexpr auto _with_statistics =
     std::to_array<std::string_view>({"output", "columns", "top", "format", "na", "bom", "json-numbers"});
 
+constexpr auto _with_compare = std::to_array<std::string_view>(
+    {"output", "columns",   "cells",  "pattern", "measures",      "sort",     "per",
+     "groups", "locale",    "memory", "top",     "min-frequency", "where",    "ignore-case",
+     "format", "precision", "na",     "bom",     "json-numbers",  "unsigned", "merge"});
+
 constexpr auto _companies = std::to_array<Company>({
     {"contexts", _with_contexts},
     {"statistics", _with_statistics},
+    {"compare", _with_compare},
 });
 
 std::string _listed(Names names) {

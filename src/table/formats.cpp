@@ -5,6 +5,7 @@
 
 #include "table/database_writer.h"
 #include "table/text_writers.h"
+#include "table/workbook_writer.h"
 
 namespace colx::table {
 
@@ -15,13 +16,14 @@ struct FormatName {
   Format format;
 };
 
-constexpr std::array<FormatName, 7> _formats = {{{"tsv", Format::tsv},
+constexpr std::array<FormatName, 8> _formats = {{{"tsv", Format::tsv},
                                                  {"csv", Format::csv},
                                                  {"jsonl", Format::jsonl},
                                                  {"markdown", Format::markdown},
                                                  {"ucs", Format::ucs},
                                                  {"table", Format::aligned},
-                                                 {"sqlite", Format::sqlite}}};
+                                                 {"sqlite", Format::sqlite},
+                                                 {"xlsx", Format::xlsx}}};
 
 }  // namespace
 
@@ -43,6 +45,8 @@ std::unique_ptr<Writer> make_writer(Format format, Output& output, const Look& l
       return make_aligned_writer(output, look);
     case Format::sqlite:
       return make_database_writer(output, look);
+    case Format::xlsx:
+      return make_workbook_writer(output, look);
     case Format::tsv:
     case Format::ucs:
       break;

@@ -15,9 +15,9 @@
 
 namespace colx::table {
 
-enum class Format { tsv, csv, jsonl, markdown, ucs, aligned, sqlite };
+enum class Format { tsv, csv, jsonl, markdown, ucs, aligned, sqlite, xlsx };
 
-// The format of that name: tsv, csv, jsonl, markdown, ucs, table, sqlite.
+// The format of that name: tsv, csv, jsonl, markdown, ucs, table, sqlite, xlsx.
 std::optional<Format> find_format(std::string_view name);
 
 // A writer for the format.

@@ -44,7 +44,7 @@ GroupOrder _group_order(const GivenOption& given) {
 
 Format _format(const GivenOption& given) {
   const auto format = find_format(given.value);
-  if (!format.has_value()) reject(given, "tsv, csv, jsonl, markdown, ucs, table or sqlite");
+  if (!format.has_value()) reject(given, "tsv, csv, jsonl, markdown, ucs, table, sqlite or xlsx");
   return *format;
 }
 
@@ -63,10 +63,14 @@ std::string _path(const GivenOption& given) {
   return given.value == "-" ? "" : given.value;
 }
 
-void _read_other(Options& options, Input kind, const GivenOption& given) {
+std::string _input(const GivenOption& given) {
   if (given.value.empty()) reject(given, "the name of a FILE");
+  return given.value;
+}
+
+void _read_other(Options& options, Input kind, const GivenOption& given) {
   options.kind = kind;
-  options.input = given.value;
+  options.input = _input(given);
 }
 
 constexpr auto _rows = std::to_array<Row>({
@@ -120,7 +124,8 @@ constexpr auto _rows = std::to_array<Row>({
       "relation: make the table of every pair inside its relation; head-relation: take the margin of the head inside "
       "the relation, and that of the dependent over all"},
      [](Options& options, const GivenOption& given) { options.merging.within = parse_within(given.value); }},
-    {{"--format", "FORMAT", "tsv, csv, jsonl, markdown, ucs, table or sqlite; default table on a terminal, else tsv"},
+    {{"--format", "FORMAT",
+      "tsv, csv, jsonl, markdown, ucs, table, sqlite or xlsx; default table on a terminal, else tsv"},
      [](Options& options, const GivenOption& given) { options.format = _format(given); }},
     {{"--precision", "DIGITS", "significant digits of computed measures, 1 to 17; default 10"},
      [](Options& options, const GivenOption& given) { options.style.precision = _precision(given); }},
@@ -133,6 +138,8 @@ constexpr auto _rows = std::to_array<Row>({
     {{"--unsigned", "",
       "leave out the sign of G2, X2 and simple_ll, which is that of frequency less expected frequency"},
      [](Options& options, const GivenOption&) { options.style.sign = Sign::none; }},
+    {{"--compare", "FILE", "compare with another output datafile: frequencies of both, log ratio and keyness"},
+     [](Options& options, const GivenOption& given) { options.other = _input(given); }},
     {{"--contexts", "FILE", "read a contexts file of ngrex instead: one row a context word"},
      [](Options& options, const GivenOption& given) { _read_other(options, Input::contexts, given); }},
     {{"--statistics", "FILE", "read a statistics file of ngrex instead: one row a datafile"},
@@ -179,6 +186,25 @@ void _check_names(const Options& options) {
       files.size(), files[0], files[1]));
 }
 
+template <typename Check>
+void _for_every_printed_column(const Options& options, const Check& check) {
+  for (const std::string& name : options.columns)
+    for (const Column& column : expand_column(name, 0))
+      check(column);
+}
+
+// Columns by which rows are chosen, sorted or grouped.
+template <typename Check>
+void _for_every_deciding_column(const Options& options, const Check& check) {
+  for (const RowFilter& filter : options.filters)
+    for (const Column& column : filter.columns())
+      check(column);
+  for (const std::optional<SortOrder>& order : {options.sort, options.per})
+    if (order.has_value())
+      for (const SortKey& key : order->keys)
+        check(key.column);
+}
+
 // Whether a column says the same in every row, as the field was dropped.
 bool _is_dropped(const Column& column, const Merging& merging) {
   return (column.quantity == Quantity::tag && merging.tag) ||
@@ -204,16 +230,23 @@ void _check_merging(const Options& options) {
                                     options.format == Format::ucs ? " or the format ucs" : "",
                                     column.quantity == Quantity::relation ? "; --within relation keeps it" : ""));
   };
-  for (const std::string& name : options.columns)
-    for (const Column& column : expand_column(name, 0))
-      check(column);
-  for (const RowFilter& filter : options.filters)
-    for (const Column& column : filter.columns())
-      check_choice(column);
-  for (const std::optional<SortOrder>& order : {options.sort, options.per})
-    if (order.has_value())
-      for (const SortKey& key : order->keys)
-        check_choice(key.column);
+  _for_every_printed_column(options, check);
+  _for_every_deciding_column(options, check_choice);
+}
+
+void _check_comparison(const Options& options) {
+  if (!options.other.empty()) {
+    if (options.other == "-" && options.input == "-")
+      throw usage_error("--compare: standard input cannot be both of the files that are compared");
+    if (options.format == Format::ucs)
+      throw usage_error("--format ucs does not go with --compare, as it has no place for pairs that only one file has");
+    return;
+  }
+  const auto check = [](const Column& column) {
+    if (column.is_of_comparison()) throw usage_error(fmt::format("the column {} needs --compare FILE", column.name));
+  };
+  _for_every_printed_column(options, check);
+  _for_every_deciding_column(options, check);
 }
 
 }  // namespace
@@ -228,7 +261,8 @@ constinit const Program program = {
         "Columns: rank, lemma1 to lemmaN, tag1.., parent1.., relation1.., frequency,\n"
         "marginal1.., total, chi_square, log_likelihood and for pairs mutual_information,\n"
         "t_test, z_score; on request pearson, per_million, cell0.., pattern, and every\n"
-        "measure of --measures.\n"
+        "measure of --measures; with --compare frequency_other, per_million_other,\n"
+        "keyness and keyness_log_ratio.\n"
         "(Use pearson for samples of some hundred words only: see the man page.)\n"
         "In --columns a name without its number (lemma) stands for all of its columns.\n"
         "Example:\n"
@@ -259,6 +293,7 @@ Options parse_options(const std::vector<std::string>& arguments) {
   _check_names(options);
   if (options.format == Format::ucs) options.merging = merging_of_ucs(options.merging);
   _check_merging(options);
+  _check_comparison(options);
   return options;
 }
 

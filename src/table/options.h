@@ -27,6 +27,7 @@ enum class Input { ngrams, contexts, statistics };
 struct Options {
   Input kind = Input::ngrams;
   std::string input = "-";
+  std::string other;                  // a file to compare with; empty: none
   std::string output;                 // empty: standard output
   std::vector<std::string> columns;   // names as given; empty: the default columns
   std::vector<std::string> measures;  // names, all of them known

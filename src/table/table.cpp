@@ -19,6 +19,7 @@
 #include "companion/descriptor.h"
 #include "companion/errors.h"
 #include "rows/block_reader.h"
+#include "rows/compared_rows.h"
 #include "rows/merged_rows.h"
 #include "table/contexts_table.h"
 #include "table/flat_table.h"
@@ -62,15 +63,34 @@ input_error _with_consequence(const Options& options, const input_error& error, 
   return input_error(fmt::format("{}; {}", error.what(), begun ? "the table ends here" : "there is no table"));
 }
 
+// An output datafile, with its pairs merged where that is wanted.
+class Rows {
+ public:
+  Rows(const std::string& path, const Merging& merging) : _reader(path) {
+    if (merging.is_wanted()) _merged.emplace(_reader, input_name(path), merging);
+  }
+
+  BlockSource& source() { return _merged.has_value() ? static_cast<BlockSource&>(*_merged) : _reader; }
+
+ private:
+  BlockReader _reader;
+  std::optional<MergedRows> _merged;
+};
+
 void _write_ngrams(const Options& options, Format format, Output& output, const Look& look) {
-  BlockReader reader(options.input);
-  std::optional<MergedRows> merged;
-  if (options.merging.is_wanted()) merged.emplace(reader, input_name(options.input), options.merging);
-  BlockSource& source = merged.has_value() ? static_cast<BlockSource&>(*merged) : reader;
+  Rows rows(options.input, options.merging);
+  std::optional<Rows> other;
+  std::optional<ComparedRows> compared;
   TableRun table(options, format, output, look);
   Block block;
   bool begun = false;
   try {
+    if (!options.other.empty()) {
+      other.emplace(options.other, options.merging);
+      compared.emplace(rows.source(), input_name(options.input), other->source(), input_name(options.other));
+      table.compare(*compared);
+    }
+    BlockSource& source = compared.has_value() ? *compared : rows.source();
     while (source.next(block)) {
       if (!begun) table.begin(block.n);
       begun = true;
@@ -123,9 +143,11 @@ void _deliver(const Options& options) {
     return;
   }
   const auto before = regular_file(options.output);
-  const auto input = regular_input(options.input);
-  if (before.has_value() && input.has_value() && before->identity == input->identity)
-    throw usage_error(fmt::format("output {} is also the input", options.output));
+  for (const std::string& path : {options.input, options.other}) {
+    const auto input = path.empty() ? std::nullopt : regular_input(path);
+    if (before.has_value() && input.has_value() && before->identity == input->identity)
+      throw usage_error(fmt::format("output {} is also the input", options.output));
+  }
   NewFile file(options.output);
   FileOutput output(file);
   write_table(options, output, false, false);
@@ -160,6 +182,9 @@ int run(const std::vector<std::string>& arguments) {
   try {
     _deliver(options);
   } catch (const std::bad_alloc&) {
+    if (!options.other.empty())
+      throw std::runtime_error(
+          "not enough memory to hold the N-grams of the file behind --compare; exchange the files if it is the larger");
     if (options.merging.is_wanted()) throw std::runtime_error("not enough memory to hold all merged rows");
     if (!options.sort.has_value()) throw;
     throw std::runtime_error(

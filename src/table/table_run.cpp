@@ -19,6 +19,7 @@ namespace {
 std::vector<Column> _columns_by_default(const Options& options, std::size_t n) {
   if (options.format == Format::ucs)
     return options.merging.relation ? std::vector<Column>() : expand_column("relation1", n);
+  if (!options.other.empty()) return default_columns_of_comparison(n);
   std::vector<Column> columns = default_columns(n);
   if (options.merging.is_wanted())
     std::erase_if(columns, [](const Column& column) { return column.quantity == Quantity::own_measure; });
@@ -89,8 +90,9 @@ void TableRun::begin(std::size_t n) {
 bool TableRun::add(const Block& block) {
   const bool waits = _sorted != nullptr || _grouped != nullptr;
   if (!waits && _is_full()) return false;
-  const Row row(block, _printed + 1, _options.style);
-  if (row.contingency.frequency < _options.min_frequency) return true;
+  const Row row = _row(block);
+  const std::uint64_t in_other = row.other.has_value() ? row.other->frequency : 0;
+  if (std::max(row.contingency.frequency, in_other) < _options.min_frequency) return true;
   for (const RowFilter& filter : _options.filters)
     if (!filter.admits(row)) return true;
   if (!waits) {
@@ -125,8 +127,13 @@ void TableRun::_print_all(Rows& rows) {
   while (!_is_full() && rows.next(row)) {
     // What was kept had been a block before.
     if (parse_block(row.text, block, fault) != ParseStatus::complete) throw std::logic_error(fault.message);
-    _print(Row(block, _printed + 1, _options.style));
+    _print(_row(block));
   }
+}
+
+Row TableRun::_row(const Block& block) const {
+  if (_compared == nullptr) return {block, _printed + 1, _options.style};
+  return {block, _printed + 1, _options.style, _compared->counterpart_of(block)};
 }
 
 void TableRun::_print(const Row& row) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "rows/columns.h"
+#include "rows/compared_rows.h"
 #include "rows/grouped_rows.h"
 #include "rows/ordered_rows.h"
 #include "table/formats.h"
@@ -20,6 +21,10 @@ class TableRun {
  public:
   // Options and output must outlive the run.
   TableRun(const Options& options, Format format, Output& output, const Look& look);
+
+  // The rows are compared with what another file has; to be said before `begin`. The source of all N-grams must outlive
+  // the run.
+  void compare(const ComparedRows& compared) { _compared = &compared; }
 
   // Takes all that follows from N and writes the header; n = 0 when there is no N-gram. Throws usage_error when the
   // options ask for something that N-grams of n words do not have.
@@ -35,6 +40,7 @@ class TableRun {
   // Whether all rows that are wanted have been printed.
   bool _is_full() const { return !_grouped && _options.top.has_value() && _printed >= *_options.top; }
 
+  Row _row(const Block& block) const;
   void _print(const Row& row);
 
   // Puts rows that waited in order and prints them.
@@ -48,6 +54,7 @@ class TableRun {
   std::unique_ptr<GroupedRows> _grouped;  // in place of _sorted when there are groups
   std::string _key;
   std::string _group;
+  const ComparedRows* _compared = nullptr;  // not owned
   std::vector<Column> _columns;
   std::vector<std::string> _scratch;  // one for each column, as fields point into it
   std::vector<Field> _fields;

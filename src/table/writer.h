@@ -20,7 +20,7 @@ struct Look {
   bool special_as_text = false;                             // jsonl: "NA", "Inf" and "-Inf" in place of null
   bool bold_header = false;                                 // table: for a terminal
   std::vector<std::pair<std::string, std::string>> origin;  // sqlite: what its table `about` says, by keys
-  std::string flat_name;  // sqlite: the name of its one table, where rows are no N-grams
+  std::string flat_name;  // sqlite and xlsx: the name of the table, where rows are no N-grams
 };
 
 // Takes one table: begin, its rows, end.

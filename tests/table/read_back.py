@@ -11,6 +11,7 @@ cut somewhere the whole N-grams before the cut must be printed.
 import argparse
 import codecs
 import collections
+import copy
 import csv
 import decimal
 import fractions
@@ -24,6 +25,8 @@ import sqlite3
 import subprocess
 import sys
 import tempfile
+import xml.etree.ElementTree
+import zipfile
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "differential"))
 import differential  # noqa: E402
@@ -38,6 +41,7 @@ RECOMPUTED = 300  # N-grams of a file whose measures are recomputed, which takes
 PLAIN = ["rank", "lemma", "tag", "parent", "relation", "frequency", "marginal", "total"]
 decimal.getcontext().prec = 60
 LARGEST = 4_000_000  # bytes of an output datafile that are taken apart here in reasonable time
+SIEVES_AND_THRESHOLDS = ["-tf", "-te", "-tc", "-tl", "-tm", "-tp", "-tt", "-tz"]
 TEXTS = ("lemma", "tag", "relation", "pattern")
 
 # Every byte that is no UTF-8 becomes one replacement character.
@@ -270,6 +274,46 @@ def check_database(program, path, folder):
     os.remove(base)
 
 
+def rows_of_sheet(path):
+    """The rows of a workbook's sheet as lists of texts and numbers."""
+    with zipfile.ZipFile(path) as workbook:
+        expect(workbook.testzip() is None, "a damaged workbook")
+        for name in workbook.namelist():
+            xml.etree.ElementTree.fromstring(workbook.read(name))
+        sheet = xml.etree.ElementTree.fromstring(workbook.read("xl/worksheets/sheet1.xml"))
+    main = "{http://schemas.openxmlformats.org/spreadsheetml/2006/main}"
+    expect(not list(sheet.iter(main + "f")), "a formula")
+
+    def value(cell):
+        if cell.get("t") != "inlineStr":
+            return float(cell.find(main + "v").text)
+        text = cell.find(f"{main}is/{main}t").text or ""
+        return re.sub("_x([0-9A-F]{4})_", lambda code: chr(int(code.group(1), 16)), text)
+
+    rows = []
+    for number, row in enumerate(sheet.iter(main + "row"), 1):
+        expect(row.get("r") == str(number), "number of a row", row.get("r"))
+        expect(all(re.fullmatch(f"[A-Z]+{number}", cell.get("r")) for cell in row), "name of a cell")
+        rows.append([value(cell) for cell in row])
+    return rows
+
+
+def check_workbook(program, path, folder):
+    """A workbook has the cells of the table, numbers as numbers and everything else as text."""
+    options = ["--pattern", "--measures", "MI,logDice"]
+    text = table_of(program, path, *options, "--format", "tsv").decode("utf-8", "byte by byte")
+    lines = [line.split("\t") for line in text.split("\n")[:-1]]
+    book = os.path.join(folder, "book")
+    expect(table_of(program, path, *options, "--format", "xlsx", "-o", book) == b"", "output beside the workbook")
+    rows = rows_of_sheet(book)
+    expect(rows[:1] == lines[:1] and len(rows) == len(lines), "header or number of rows of a workbook", rows[:1], len(rows))
+    for row, fields in zip(rows[1:], lines[1:]):
+        wanted = [field if name.startswith(TEXTS) or field in ("NA", "Inf", "-Inf") else float(field)
+                  for name, field in zip(lines[0], fields)]
+        expect(row == wanted, "row of a workbook", row, wanted)
+    os.remove(book)
+
+
 def check_order(program, path, blocks, r):
     names = ["frequency", "lemma1", "log_likelihood", "pattern", "cell0", "tag2", "relation1", "parent1"]
     keys = [(r.choice(["", "+", "-"]), name) for name in r.sample(names, r.randint(1, 3))]
@@ -381,6 +425,28 @@ def check_pair_types(program, path, blocks):
         expect((int(rank), int(f1), int(f2), int(n)) == (number, of_first[first], of_second[second], total), "ucs", rows)
 
 
+def check_without_tags(program, table, path, case, name):
+    """Without tags the pairs of a file have the cells that ngrex itself counts when its mask keeps no tag; false when it kept
+    none before. Filters see masked tags, so there must be none."""
+    mask = case.arguments[len(case.arguments) - case.arguments[::-1].index("-m")]
+    if "*" not in mask:
+        return False
+    untagged = copy.copy(case)
+    # What all pairs with tags reached some pairs without may not.
+    chosen = {place + k for place, word in enumerate(case.arguments) for k in (0, 1) if word in SIEVES_AND_THRESHOLDS}
+    untagged.arguments = ["-" * len(mask) if word == mask else word for place, word in enumerate(case.arguments)
+                          if place not in chosen]
+    columns = ["--columns", "lemma,parent,relation,cell", "--format", "tsv"]
+    with tempfile.TemporaryDirectory() as folder:
+        differential.write_folder(folder, case.files)
+        status = differential.run_program(program, untagged, folder).status
+        expect(status == 0, "status without a mask", status, untagged.arguments)
+        counted = table_of(table, os.path.join(folder, name), *columns).split(b"\n")
+    merged = table_of(table, path, "--merge", "tag", *columns).split(b"\n")
+    expect(sorted(merged) == sorted(counted), "cells without tags", set(merged) ^ set(counted))
+    return True
+
+
 def check_cut(program, content, folder, r):
     size = r.randint(0, len(content) - 1)
     path = os.path.join(folder, "cut")
@@ -401,7 +467,7 @@ def main():
     arguments = parser.parse_args()
     print(f"seed {arguments.seed}", flush=True)
     program, table = os.path.abspath(arguments.program), os.path.abspath(arguments.table)
-    files = ngrams = merged = 0
+    files = ngrams = merged = unmasked = 0
     for number in range(arguments.first, arguments.first + arguments.cases):
         case = differential.Generator(arguments.seed, number).make()
         r = random.Random(f"{arguments.seed}/{number}/table")
@@ -422,12 +488,16 @@ def main():
                 blocks = blocks_of(content)
                 check_formats(table, path, blocks, r)
                 check_database(table, path, folder)
+                check_workbook(table, path, folder)
                 if blocks:
                     check_order(table, path, blocks, r)
                     check_measure_order(table, path, r)
                     check_where(table, path, blocks, folder, r)
                 if blocks and len(blocks[0]["members"]) == 2:
-                    merged += check_merging(table, path, blocks, r)
+                    complete = check_merging(table, path, blocks, r)
+                    merged += complete
+                    if complete and "-m" in case.arguments and "-f" not in case.arguments:
+                        unmasked += check_without_tags(program, table, path, case, name)
                 check_cut(table, content, folder, r)
             except Disagreement as disagreement:
                 print(f"case {number}: {case.arguments}")
@@ -435,7 +505,7 @@ def main():
                 return 1
             files += 1
             ngrams += len(blocks)
-    print(f"{files} files with {ngrams} N-grams read back, {merged} of them merged (seed {arguments.seed})")
+    print(f"{files} files with {ngrams} N-grams read back, {merged} of them merged, {unmasked} counted without tags (seed {arguments.seed})")
     return 0 if ngrams > arguments.cases and merged > arguments.cases / 50 else 1
 
 
