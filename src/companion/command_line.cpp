@@ -4,15 +4,18 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <new>
 
 #include <fmt/format.h>
 
 #include "base/standard_descriptors.h"
+#include "base/termination.h"
 #include "companion/descriptor.h"
 #include "companion/errors.h"
 #include "companion/utf8.h"
@@ -201,6 +204,10 @@ void reject(const GivenOption& given, std::string_view expected) {
 int run_companion(const Program& program, int argc, const char* const* argv,
                   int (*work)(const std::vector<std::string>& arguments)) {
   std::signal(SIGPIPE, SIG_IGN);
+  end_with_words([](const char* reason) {
+    std::fprintf(stderr, "%s: %s\n", ::program_invocation_short_name, reason == nullptr ? no_memory : reason);
+    std::_Exit(EXIT_FAILURE);
+  });
   if (!occupy_standard_descriptors())
     return _complain(program, "a standard stream is closed and cannot be opened on /dev/null", 1);
   try {
