@@ -4,15 +4,18 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <new>
 
 #include <fmt/format.h>
 
 #include "base/standard_descriptors.h"
+#include "base/termination.h"
 #include "companion/descriptor.h"
 #include "companion/errors.h"
 #include "companion/utf8.h"
@@ -89,13 +92,16 @@ std::string_view _long_name(std::string_view word) {
   return word.substr(2, word.find('=') - 2);
 }
 
+bool _has_option(const Program& program, std::string_view long_name) {
+  return std::any_of(program.options.begin(), program.options.end(),
+                     [&](const OptionEntry& entry) { return entry.key() == long_name; });
+}
+
 // Why getopt_long did not take the option that begins with this word; `letter` is the short option in question, or 0.
 std::string _why_refused(const Program& program, std::string_view word, int letter) {
+  if (!word.starts_with("--")) return fmt::format("there is no option -{}", static_cast<char>(letter));
   const std::string_view name = _long_name(word);
-  if (name.empty()) return fmt::format("there is no option -{}", static_cast<char>(letter));
-  const bool known = std::any_of(program.options.begin(), program.options.end(),
-                                 [&](const OptionEntry& entry) { return entry.key() == name; });
-  if (known) return fmt::format("--{} takes no value, found \"{}\"", name, word);
+  if (_has_option(program, name)) return fmt::format("--{} takes no value, found \"{}\"", name, word);
   return fmt::format("there is no option --{}", name);
 }
 
@@ -139,20 +145,18 @@ CommandLine split_command_line(const Program& program, const std::vector<std::st
     const int code = ::getopt_long(argc, argv.data(), grammar.letters(), grammar.options(), nullptr);
     if (code == -1) break;
     const std::string_view word = words[static_cast<std::size_t>(at)];
+    // getopt_long takes abbreviations as well.
+    const bool unknown = word.starts_with("--") && !_has_option(program, _long_name(word));
     if (code == 1) {
       line.files.emplace_back(::optarg);
-    } else if (code == '?') {
+    } else if (code == '?' || unknown) {
       complain(_why_refused(program, word, ::optopt));
     } else if (code == ':') {
       complain(fmt::format("{}: expected a value, found none", word));
     } else {
       const std::size_t row = grammar.row(code);
-      const std::string_view key = program.options[row].key();
-      if (code >= Grammar::first_row && _long_name(word) != key) {
-        complain(fmt::format("there is no option --{}", _long_name(word)));
-        continue;
-      }
-      line.options.push_back({row, key, program.options[row].value.empty() ? "" : ::optarg});
+      const OptionEntry& entry = program.options[row];
+      line.options.push_back({row, entry.key(), entry.value.empty() ? "" : ::optarg});
     }
   }
   line.files.insert(line.files.end(), words.begin() + ::optind, words.end());
@@ -205,6 +209,10 @@ void reject(const GivenOption& given, std::string_view expected) {
 int run_companion(const Program& program, int argc, const char* const* argv,
                   int (*work)(const std::vector<std::string>& arguments)) {
   const auto at_start = std::signal(SIGPIPE, SIG_IGN);
+  end_with_words([](const char* reason) {
+    std::fprintf(stderr, "%s: %s\n", ::program_invocation_short_name, reason == nullptr ? no_memory : reason);
+    std::_Exit(EXIT_FAILURE);
+  });
   if (!occupy_standard_descriptors())
     return _complain(program, "a standard stream is closed and cannot be opened on /dev/null", 1);
   try {

@@ -51,7 +51,8 @@ class UniRulesFilter : public Filter {
 
   void add_rule(std::string rule);
 
-  // Adds each line of a file that is not empty as a rule. Returns false when the file cannot be opened.
+  // Adds each line of a file that is not empty as a rule. Returns false when the file cannot be opened; throws
+  // fatal_error when it cannot be read to its end.
   bool read_rules(const char* path);
 
   // Tells whether some rule admits the tag, and counts it if asked to.
@@ -71,7 +72,7 @@ class MultiRulesFilter : public Filter {
   void add_rule(Rule rule);
 
   // Adds each line of a file that holds `n` tag rules separated by single spaces; with an `n` of 0, each line that is
-  // not empty. Returns false when the file cannot be opened.
+  // not empty. Returns false when the file cannot be opened; throws fatal_error when it cannot be read to its end.
   bool read_rules(const char* path, unsigned n);
 
   // Tells whether some rule of as many tag rules admits the tags, and counts them if asked to.

@@ -43,7 +43,9 @@ std::size_t _white_space_size(std::string_view text) {
 // Whether a byte may begin a white-space character.
 constexpr auto may_be_white_space = [] {
   std::array<bool, 256> table{};
-  for (const unsigned byte : {0x09U, 0x0AU, 0x0BU, 0x0CU, 0x0DU, 0x20U, 0xC2U, 0xE1U, 0xE2U, 0xE3U})
+  for (std::size_t byte = 0; byte < table.size(); ++byte)
+    table[byte] = is_white_space(static_cast<char>(byte));
+  for (const unsigned byte : {0xC2U, 0xE1U, 0xE2U, 0xE3U})
     table[byte] = true;
   return table;
 }();

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "base/config.h"
 #include "companion/utf8.h"
 #include "corpus/datafile_format.h"
 #include "import/mask_search.h"
@@ -194,7 +195,7 @@ std::string ImportReport::_mask_lines() const {
       _tag_sources.size() == 1 && *_tag_sources.begin() == _tag_source({.tag = TagSource::feats});
   std::vector<std::string_view> dropped;
   for (std::size_t p = 0; made_from_features && p < mask.size(); ++p)
-    if (mask[p] == '-') dropped.push_back(position_name(p));
+    if (mask[p] == constants::insignificant_position_mark) dropped.push_back(position_name(p));
   if (!dropped.empty()) text += _continued(fmt::format("it leaves out {}", fmt::join(dropped, ", ")));
   return text;
 }

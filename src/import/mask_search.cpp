@@ -7,12 +7,15 @@
 #include <utility>
 #include <vector>
 
+#include "base/config.h"
 #include "corpus/datafile_format.h"
 
 namespace colx {
 
 namespace {
 
+constexpr char kept_mark = constants::significant_position_mark;
+constexpr char dropped_mark = constants::insignificant_position_mark;
 constexpr std::size_t most_positions = 64;
 constexpr std::uint64_t most_work = 25'000'000;  // rows that are gone through
 constexpr double tolerance = 1e-9;               // bits; smaller differences are those of rounding
@@ -81,7 +84,7 @@ class MaskSearch {
   }
 
   std::string run() {
-    _best = std::string(_width, '*');
+    _best = std::string(_width, kept_mark);
     std::vector<Row> rows = _all_rows();
     for (std::size_t p = 0; p < _width; ++p)
       _refine(rows, p);
@@ -91,8 +94,8 @@ class MaskSearch {
     if (!keep_first) rows = _all_rows();
     _drop_one_by_one(keep_first);
     _order(keep_first);
-    std::string mask(_width, '-');
-    if (keep_first) mask[0] = '*';
+    std::string mask(_width, dropped_mark);
+    if (keep_first) mask[0] = kept_mark;
     _search(0, mask, _merged(rows, _open_numbers[0]));
     return _best;
   }
@@ -114,7 +117,7 @@ class MaskSearch {
   };
 
   std::uint32_t _at(std::size_t tag, std::size_t position) const {
-    return static_cast<unsigned char>(position < _tags[tag].size() ? _tags[tag][position] : '-');
+    return static_cast<unsigned char>(position < _tags[tag].size() ? _tags[tag][position] : dropped_mark);
   }
 
   std::vector<Row> _all_rows() const {
@@ -172,7 +175,7 @@ class MaskSearch {
   std::vector<std::pair<std::size_t, State>> _without_each(const std::string& mask) {
     std::vector<std::size_t> kept;
     for (std::size_t p = 0; p < _width; ++p)
-      if (mask[p] == '*') kept.push_back(p);
+      if (mask[p] == kept_mark) kept.push_back(p);
     std::vector<Numbers> behind(kept.size() + 1, Numbers(_tags.size(), 0));  // what the positions from there on tell
     for (std::size_t k = kept.size(); k > 0; --k)
       behind[k - 1] = _refined(behind[k], kept[k - 1]);
@@ -195,7 +198,7 @@ class MaskSearch {
         if (first_is_fixed && choice.first == 0) continue;
         if (chosen == nullptr || choice.second.bits > chosen->second.bits + tolerance) chosen = &choice;
       }
-      _best[chosen->first] = '-';
+      _best[chosen->first] = dropped_mark;
       _best_bits = chosen->second.bits;
       rows = chosen->second.rows.size();
     }
@@ -205,7 +208,7 @@ class MaskSearch {
   // Puts those positions first without which least is left: dropping them is soon seen to be wrong.
   void _order(bool first_is_fixed) {
     std::vector<std::pair<long long, std::size_t>> left;  // entropies, in steps of the tolerance
-    for (const auto& [position, state] : _without_each(std::string(_width, '*')))
+    for (const auto& [position, state] : _without_each(std::string(_width, kept_mark)))
       if (position != 0 || !first_is_fixed) left.emplace_back(std::llround(state.bits / tolerance), position);
     std::sort(left.begin(), left.end());
     for (const auto& [bits, position] : left)
@@ -216,7 +219,7 @@ class MaskSearch {
   }
 
   static std::size_t _kept(const std::string& mask) {
-    return static_cast<std::size_t>(std::count(mask.begin(), mask.end(), '*'));
+    return static_cast<std::size_t>(std::count(mask.begin(), mask.end(), kept_mark));
   }
 
   // '*' comes before '-' in ASCII, so that of masks with as many the smaller one keeps earlier positions.
@@ -233,7 +236,7 @@ class MaskSearch {
     if (state.rows.size() <= _limit) {
       std::string whole = mask;
       for (std::size_t d = depth; d < _positions.size(); ++d)
-        whole[_positions[d]] = '*';
+        whole[_positions[d]] = kept_mark;
       if (!_is_better(whole, state.bits)) return;
       _best = std::move(whole);
       _best_bits = state.bits;
@@ -244,7 +247,7 @@ class MaskSearch {
     State with = state;
     if (_refine(with.rows, position) <= _limit) {
       std::string kept = mask;
-      kept[position] = '*';
+      kept[position] = kept_mark;
       _search(depth + 1, kept, with);
     }
     _search(depth + 1, mask, _merged(state.rows, _open_numbers[depth + 1]));

@@ -13,6 +13,7 @@
 #include "base/config.h"
 #include "base/errors.h"
 #include "base/notifier.h"
+#include "base/termination.h"
 #include "model/ngram.h"
 #include "output/contexts.h"
 #include "output/statistics.h"
@@ -90,6 +91,12 @@ std::unique_ptr<OutputFiles> _start_up(std::vector<std::string>& files, std::uin
   throw out_of_memory("while performing start-up checks");
 }
 
+// Without a reason there is not even memory to say what the run was at.
+[[noreturn]] void _fail(const char* reason) {
+  notifier::error.fatal_error(reason == nullptr ? "Program has met with out-of-memory condition!" : reason);
+  exit_failure();
+}
+
 // Returns false, having said why, when a check fails. Throws fatal_error.
 bool _run() {
   if (!_check_settings()) return false;
@@ -125,6 +132,7 @@ bool _run() {
 }  // namespace
 
 int run(int argc, const char* const* argv) {
+  end_with_words([](const char* reason) { _fail(reason); });
   try {
     if (argc <= 1) {
       print_usage();
@@ -133,10 +141,9 @@ int run(int argc, const char* const* argv) {
     parse_params(argc, argv);
     if (_run()) return EXIT_SUCCESS;
   } catch (const std::bad_alloc&) {
-    // Where there was not even memory to say what the run was at.
-    notifier::error.fatal_error("Program has met with out-of-memory condition!");
+    _fail(nullptr);
   } catch (const std::exception& error) {
-    notifier::error.fatal_error(error.what());
+    _fail(error.what());
   }
   exit_failure();
 }

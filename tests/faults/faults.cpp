@@ -2,6 +2,7 @@
 // of main on, and lets the n-th of them fail as the system would. It is told so by
 //
 //   NGREX_FAULT=KIND:N    one call fails; KIND:N+ lets all calls from the n-th on fail
+//                         (barren: as memory, and there is none set aside for exceptions either)
 //   NGREX_FAULT_NOTE=FILE an existing file, to which it adds a byte when the first call fails
 //
 // Everything passes through to the C library by its own entry points or by bare system calls, so that the library
@@ -31,10 +32,23 @@ void* __libc_memalign(size_t alignment, size_t size);
 
 namespace {
 
-enum Kind { none, memory, map, open_file, read_bytes, write_bytes, close_file, sync_file, seek, interrupt, piecemeal };
+enum Kind {
+  none,
+  memory,
+  map,
+  open_file,
+  read_bytes,
+  write_bytes,
+  close_file,
+  sync_file,
+  seek,
+  interrupt,
+  piecemeal,
+  barren
+};
 
-constexpr const char* names[] = {"",      "memory", "map",  "open",      "read",     "write",
-                                 "close", "sync",   "seek", "interrupt", "piecemeal"};
+constexpr const char* names[] = {"",      "memory", "map",  "open",      "read",      "write",
+                                 "close", "sync",   "seek", "interrupt", "piecemeal", "barren"};
 
 Kind wanted = none;
 unsigned long fatal_call = 0;
@@ -70,10 +84,11 @@ void arm() {
   char* end = nullptr;
   fatal_call = std::strtoul(colon + 1, &end, 10);
   onwards = *end == '+';
-  for (int kind = memory; kind <= piecemeal; ++kind)
+  for (int kind = memory; kind <= barren; ++kind)
     if (std::string_view(order, static_cast<std::size_t>(colon - order)) == names[kind])
       wanted = static_cast<Kind>(kind);
   if (wanted == none) std::abort();
+  if (wanted == barren) wanted = memory;
 }
 
 using Main = int (*)(int, char**, char**);
@@ -103,7 +118,12 @@ int __libc_start_main(Main main, int argc, char** argv, void (*init)(), void (*f
   return next_of<Start>("__libc_start_main")(main_with_faults, argc, argv, init, fini, loader_fini, stack_end);
 }
 
+// What the C++ library sets aside for exceptions in time of need it takes before main, as the only large piece.
 void* malloc(size_t size) noexcept {
+  if (program_main == nullptr && size >= (size_t{1} << 16)) {
+    const char* const order = std::getenv("NGREX_FAULT");
+    if (order != nullptr && std::string_view(order).starts_with(names[barren])) return nullptr;
+  }
   return must_fail(memory, ENOMEM) ? nullptr : __libc_malloc(size);
 }
 

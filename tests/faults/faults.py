@@ -17,8 +17,8 @@ import signal
 import sys
 import tempfile
 
-ONCE = ("open", "read", "write", "close", "sync", "seek", "map", "memory")
-ONWARDS = ("open", "read", "write", "map", "memory")  # what stays so: files used up, broken disk, full disk, no memory
+ONCE = ("open", "read", "write", "close", "sync", "seek", "map", "memory", "barren")
+ONWARDS = ("open", "read", "write", "map", "memory", "barren")  # what stays so: files used up, broken disk, full disk, no memory
 HARMLESS = ("interrupt", "piecemeal")  # no failures: the system asks to call again, or gives a part only
 SECONDS_FOR_A_RUN = 60
 

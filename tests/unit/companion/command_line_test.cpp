@@ -66,6 +66,8 @@ TEST(CommandLine, RefusesWhatItDoesNotKnow) {
   EXPECT_EQ(_error({"--bogus=1"}), "there is no option --bogus");
   EXPECT_EQ(_error({"--loud", "--lou"}), "there is no option --lou");  // no abbreviations
   EXPECT_EQ(_error({"--out", "x"}), "there is no option --out");
+  EXPECT_EQ(_error({"--out"}), "there is no option --out");
+  EXPECT_EQ(_error({"--=x"}), "there is no option --");
   EXPECT_EQ(_error({"-x"}), "there is no option -x");
   EXPECT_EQ(_error({"-lx", "-y"}), "there is no option -x");
   EXPECT_EQ(_error({"--loud", "-o"}), "-o: expected a value, found none");
