@@ -46,18 +46,6 @@ std::vector<Column> _chosen_columns(const Options& options, Format format, std::
   return columns;
 }
 
-void _check_for_n(const Options& options, std::size_t n) {
-  for (const std::string& name : options.measures)
-    check_column(*find_column(name), n);
-  for (const RowFilter& filter : options.filters)
-    for (const Column& column : filter.columns())
-      check_column(column, n);
-  for (const std::optional<SortOrder>& order : {options.sort, options.per})
-    if (order.has_value())
-      for (const SortKey& key : order->keys)
-        check_column(key.column, n);
-}
-
 // The order needs no more than the first rows when those surely fit into memory.
 std::unique_ptr<OrderedRows> _rows_to_sort(const Options& options) {
   constexpr std::size_t bytes_of_a_row = 512;
@@ -78,7 +66,7 @@ TableRun::TableRun(const Options& options, Format format, Output& output, const 
 }
 
 void TableRun::begin(std::size_t n) {
-  if (n != 0) _check_for_n(_options, n);
+  if (n != 0) check_for_n(_options, n);
   _columns = _chosen_columns(_options, _format, n);
   if (_format == Format::sqlite) _columns = database_columns(_columns, n);
   if (_format == Format::ucs) _columns = ucs_columns(_columns);
@@ -91,10 +79,7 @@ bool TableRun::add(const Block& block) {
   const bool waits = _sorted != nullptr || _grouped != nullptr;
   if (!waits && _is_full()) return false;
   const Row row = _row(block);
-  const std::uint64_t in_other = row.other.has_value() ? row.other->frequency : 0;
-  if (std::max(row.contingency.frequency, in_other) < _options.min_frequency) return true;
-  for (const RowFilter& filter : _options.filters)
-    if (!filter.admits(row)) return true;
+  if (!is_chosen(_options, row)) return true;
   if (!waits) {
     _print(row);
     return !_is_full();
@@ -141,6 +126,25 @@ void TableRun::_print(const Row& row) {
     _fields[i] = field_of(_columns[i], row, _scratch[i]);
   _writer->row(_fields);
   ++_printed;
+}
+
+void check_for_n(const Options& options, std::size_t n) {
+  for (const std::string& name : options.measures)
+    check_column(*find_column(name), n);
+  for (const RowFilter& filter : options.filters)
+    for (const Column& column : filter.columns())
+      check_column(column, n);
+  for (const std::optional<SortOrder>& order : {options.sort, options.per})
+    if (order.has_value())
+      for (const SortKey& key : order->keys)
+        check_column(key.column, n);
+}
+
+bool is_chosen(const Options& options, const Row& row) {
+  const std::uint64_t in_other = row.other.has_value() ? row.other->frequency : 0;
+  return std::max(row.contingency.frequency, in_other) >= options.min_frequency &&
+         std::all_of(options.filters.begin(), options.filters.end(),
+                     [&](const RowFilter& filter) { return filter.admits(row); });
 }
 
 bool names_every_column(const Options& options) {
