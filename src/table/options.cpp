@@ -285,6 +285,7 @@ Options parse_options(const std::vector<std::string>& arguments) {
   check_combination(program, arguments);
   std::vector<std::string> files;
   if (apply_command_line(program, _rows, arguments, options, files)) return options;
+  options.command_line = _shell_line(arguments);
   if (options.kind != Input::ngrams) {
     if (!files.empty()) throw usage_error(fmt::format("expected one input, found {} and {}", options.input, files[0]));
     return options;
@@ -293,7 +294,6 @@ Options parse_options(const std::vector<std::string>& arguments) {
   if (!files.empty()) options.input = files.front();
   for (const std::string& condition : options.conditions)
     options.filters.emplace_back(condition, options.letters);
-  options.command_line = _shell_line(arguments);
   if (options.per.has_value() && !options.sort.has_value()) options.sort = parse_sort_order("frequency");
   for (std::optional<SortOrder>* const order : {&options.sort, &options.per})
     if (order->has_value()) (*order)->collation = options.collation;
