@@ -1,6 +1,7 @@
 #include "table/table_run.h"
 
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -78,7 +79,9 @@ void TableRun::begin(std::size_t n) {
 bool TableRun::add(const Block& block) {
   const bool waits = _sorted != nullptr || _grouped != nullptr;
   if (!waits && _is_full()) return false;
-  const Row row = _row(block);
+  std::optional<Counterpart> other;
+  if (_compared != nullptr) other = _compared->counterpart_of_last();
+  const Row row = _row(block, other);
   if (!is_chosen(_options, row)) return true;
   if (!waits) {
     _print(row);
@@ -112,13 +115,14 @@ void TableRun::_print_all(Rows& rows) {
   while (!_is_full() && rows.next(row)) {
     // What was kept had been a block before.
     if (parse_block(row.text, block, fault) != ParseStatus::complete) throw std::logic_error(fault.message);
-    _print(_row(block));
+    std::optional<Counterpart> other;
+    if (_compared != nullptr) other = _compared->counterpart_of(block);
+    _print(_row(block, other));
   }
 }
 
-Row TableRun::_row(const Block& block) const {
-  if (_compared == nullptr) return {block, _printed + 1, _options.style};
-  return {block, _printed + 1, _options.style, _compared->counterpart_of(block)};
+Row TableRun::_row(const Block& block, const std::optional<Counterpart>& other) const {
+  return {block, _printed + 1, _options.style, other};
 }
 
 void TableRun::_print(const Row& row) {
