@@ -7,9 +7,10 @@
 #include <vector>
 
 #include "companion/errors.h"
+#include "rows/best_rows.h"
 #include "rows/block_reader.h"
 #include "rows/columns.h"
-#include "rows/sorted_rows.h"
+#include "rows/sort_order.h"
 #include "table/formats.h"
 #include "tests/fuzz/memory_file.h"
 #include "tests/fuzz/target.h"
@@ -41,7 +42,7 @@ std::string _table(const Row& row, Format format) {
     }
   }
   TextOutput output;
-  const auto writer = make_writer(format, output, false);
+  const auto writer = make_writer(format, output, {});
   writer->begin(headings_of(columns));
   writer->row(fields);
   writer->end();
@@ -53,7 +54,9 @@ std::string _table(const Row& row, Format format) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   if (size == 0) return 0;
   const fuzz::MemoryFile file(fuzz::text_of(bytes + 1, size - 1));
-  SortedRows sorted(parse_sort_order("log_likelihood"), 5);
+  const SortOrder order = parse_sort_order("log_likelihood,+lemma1");
+  BestRows sorted(5);
+  std::string key;
   std::string accepted;
   try {
     BlockReader reader(file.path(), bytes[0]);
@@ -62,7 +65,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
       accepted += block.text;
       promise(block.n >= smallest_n && block.n <= largest_n, "2 to 7 words");
       const Row row(block, 1, {});
-      sorted.add(row);
+      key.clear();
+      append_key(order, row, key);
+      sorted.add({key, block.text, block.members_size});
       // Lines of tsv and jsonl cannot be broken by a field, as CR stands for itself there.
       for (const Format format : {Format::tsv, Format::jsonl}) {
         const std::string table = _table(row, format);
@@ -78,7 +83,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   sorted.sort();
   Block block;
   Fault fault;
-  for (std::size_t i = 0; i < sorted.size(); ++i)
-    promise(parse_block(sorted.text(i), block, fault) == ParseStatus::complete, "a sorted row is a block still");
+  KeyedRow row;
+  while (sorted.next(row))
+    promise(parse_block(row.text, block, fault) == ParseStatus::complete, "a sorted row is a block still");
   return 0;
 }
