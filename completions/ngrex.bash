@@ -36,7 +36,7 @@ _ngrex_value_of() {
     ngrex-table:--per) echo "list: $columns" ;;
     ngrex-table:--groups) echo 'size name' ;;
     ngrex-table:--sort) echo "list: $columns $(printf '+%s ' $columns) $(printf -- '-%s ' $columns)" ;;
-    ngrex-table:--top | ngrex-table:--min-frequency | ngrex-table:--precision | ngrex-table:--where | ngrex-table:--memory) echo text ;;
+    ngrex-table:--top | ngrex-table:--min-frequency | ngrex-table:--precision | ngrex-table:--where | ngrex-table:--memory | ngrex-table:--profile) echo text ;;
   esac
 }
 
@@ -53,7 +53,7 @@ _ngrex_complete() {
       ;;
     ngrex-table)
       options='-o --output --columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision --na --bom --json-numbers --unsigned
-        --per --groups --locale --memory --ignore-case
+        --per --groups --profile --locale --memory --ignore-case
         --merge --within --compare --contexts --statistics -h --help --version'
       ;;
   esac

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <iterator>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 #include <fmt/format.h>
@@ -17,9 +18,28 @@ namespace colx::table {
 
 namespace {
 
-std::string _rest_of(const Member& member) {
-  return fmt::format("\t{}\t{}\t{}", member.tag, member.parent, member.relation);
-}
+// The words of an N-gram as its member lines have them, one after another.
+class WordsOf {
+ public:
+  explicit WordsOf(const Block& block) : _lines(block.text.substr(0, block.members_size)) {}
+
+  struct Word {
+    std::string_view lemma;
+    std::string_view rest;  // TAB, tag, TAB, parent, TAB, relation
+  };
+
+  Word next() {
+    constexpr std::size_t begin = 2;  // behind the position, which is one digit, and a TAB
+    const std::size_t middle = _lines.find('\t', begin);
+    const std::size_t end = _lines.find('\n', middle);
+    const Word word{_lines.substr(begin, middle - begin), _lines.substr(middle, end - middle)};
+    _lines.remove_prefix(end + 1);
+    return word;
+  }
+
+ private:
+  std::string_view _lines;
+};
 
 // Takes the total of an N-gram of the input that is called `name`, the same as those before it.
 void _take_total(const Block& block, bool is_first, std::uint64_t& total, const std::string& name) {
@@ -47,9 +67,10 @@ void ComparedRows::_read(BlockSource& other) {
     _take_total(block, _n == 0, _other_total, _other_name);
     _n = block.n;
     Key key{};
+    WordsOf words(block);
     for (std::size_t k = 0; k < _n; ++k) {
-      const std::uint64_t lemma = _lemmas.number(block.members[k].lemma);
-      key[k] = lemma << 32 | _rests.number(_rest_of(block.members[k]));
+      const auto [lemma, rest] = words.next();
+      key[k] = std::uint64_t{_lemmas.number(lemma)} << 32 | _rests.number(rest);
     }
     if (_find(key) != CompactIndex::none) {
       std::string shown;
@@ -85,9 +106,11 @@ std::uint32_t ComparedRows::_find(const Key& key) const {
 std::uint32_t ComparedRows::_find(const Block& block) const {
   if (block.n != _n) return CompactIndex::none;
   Key key{};
+  WordsOf words(block);
   for (std::size_t k = 0; k < _n; ++k) {
-    const auto lemma = _lemmas.find(block.members[k].lemma);
-    const auto rest = lemma.has_value() ? _rests.find(_rest_of(block.members[k])) : std::nullopt;
+    const auto [lemma_text, rest_text] = words.next();
+    const auto lemma = _lemmas.find(lemma_text);
+    const auto rest = lemma.has_value() ? _rests.find(rest_text) : std::nullopt;
     if (!rest.has_value()) return CompactIndex::none;
     key[k] = std::uint64_t{*lemma} << 32 | *rest;
   }
@@ -104,7 +127,8 @@ bool ComparedRows::next(Block& block) {
     throw usage_error(fmt::format("{} has N-grams of {} words and {} of {}: only those of one size can be compared",
                                   _name, block.n, _other_name, _n));
   _take_total(block, !std::exchange(_has_rows, true), _total, _name);
-  if (const std::uint32_t number = _find(block); number != CompactIndex::none) _found[number] = true;
+  _last = _find(block);
+  if (_last != CompactIndex::none) _found[_last] = true;
   return true;
 }
 
@@ -113,7 +137,8 @@ bool ComparedRows::_give_other(Block& block) {
   while (_next < _found.size() && _found[_next])
     ++_next;
   if (_next == _found.size()) return false;
-  const Key key = _key_of(_next++);
+  _last = _next++;
+  const Key key = _key_of(_last);
   _text.clear();
   for (std::size_t k = 0; k < _n; ++k)
     fmt::format_to(std::back_inserter(_text), "{}\t{}{}\n", k + 1, _lemmas[static_cast<std::uint32_t>(key[k] >> 32)],
@@ -130,8 +155,7 @@ bool ComparedRows::_give_other(Block& block) {
   return true;
 }
 
-Counterpart ComparedRows::counterpart_of(const Block& block) const {
-  const std::uint32_t number = _find(block);
+Counterpart ComparedRows::_counterpart(std::uint32_t number) const {
   if (number == CompactIndex::none) return {true, 0, _other_total};
   return {_found[number], _frequencies[number], _other_total};
 }

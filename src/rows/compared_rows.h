@@ -30,8 +30,9 @@ class ComparedRows : public BlockSource {
   // total.
   bool next(Block& block) override;
 
-  // What the other file knows of an N-gram that was given.
-  Counterpart counterpart_of(const Block& block) const;
+  // What the other file knows of the N-gram that was given last, and of any that was given.
+  Counterpart counterpart_of_last() const { return _counterpart(_last); }
+  Counterpart counterpart_of(const Block& block) const { return _counterpart(_find(block)); }
 
  private:
   // The words of an N-gram, each as the number of its lemma and that of the rest.
@@ -42,6 +43,7 @@ class ComparedRows : public BlockSource {
   Key _key_of(std::uint32_t number) const;
   std::uint32_t _find(const Key& key) const;
   std::uint32_t _find(const Block& block) const;
+  Counterpart _counterpart(std::uint32_t number) const;
   bool _give_other(Block& block);
 
   BlockSource& _source;
@@ -58,6 +60,7 @@ class ComparedRows : public BlockSource {
   CompactIndex _index;
   std::vector<bool> _found;  // in the file
   bool _source_ended = false;
+  std::uint32_t _last = CompactIndex::none;
   std::uint32_t _next = 0;
   std::string _text;  // of the N-gram that was given last, when only the other file has it
 };

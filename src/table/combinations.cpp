@@ -31,10 +31,14 @@ constexpr auto _with_compare = std::to_array<std::string_view>(
      "groups", "locale",    "memory", "top",     "min-frequency", "where",    "ignore-case",
      "format", "precision", "na",     "bom",     "json-numbers",  "unsigned", "merge"});
 
+constexpr auto _with_profile = std::to_array<std::string_view>(
+    {"output", "sort", "locale", "top", "min-frequency", "where", "ignore-case", "merge", "within", "unsigned"});
+
 constexpr auto _companies = std::to_array<Company>({
     {"contexts", _with_contexts},
     {"statistics", _with_statistics},
     {"compare", _with_compare},
+    {"profile", _with_profile},
 });
 
 std::string _listed(Names names) {

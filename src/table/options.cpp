@@ -99,6 +99,13 @@ constexpr auto _rows = std::to_array<Row>({
      [](Options& options, const GivenOption& given) { options.per = parse_group_columns(given.value); }},
     {{"--groups", "HOW", "order of the groups of --per: size, the default, which is their frequency, or name"},
      [](Options& options, const GivenOption& given) { options.groups = _group_order(given); }},
+    {{"--profile", "WORD",
+      "print for reading with what a lemma occurs, by relation and direction; --sort is for the rows of a block, by "
+      "logDice when it is not given, --top K prints the first K of each, 10 when it is not given"},
+     [](Options& options, const GivenOption& given) {
+       if (given.value.empty()) reject(given, "a lemma");
+       options.profile = given.value;
+     }},
     {{"--locale", "", "sort texts as the locale of the environment does, not by code points"},
      [](Options& options, const GivenOption&) { options.collation = Collation::of_environment(); }},
     {{"--memory", "SIZE",
@@ -114,7 +121,7 @@ constexpr auto _rows = std::to_array<Row>({
       "FILE'; operators are = != ~ !~ < <= >= >, in, not in; conditions may be joined by and, or; may be given several "
       "times"},
      [](Options& options, const GivenOption& given) { options.conditions.push_back(given.value); }},
-    {{"--ignore-case", "", "take capital and small letters for the same in the conditions of --where"},
+    {{"--ignore-case", "", "take capital and small letters for the same in conditions and words"},
      [](Options& options, const GivenOption&) { options.letters = CaseOf::is_ignored; }},
     {{"--merge", "LIST",
       "add pairs up that differ in these only, separated by commas: order (the dependent then comes first), tag, "
@@ -278,6 +285,7 @@ Options parse_options(const std::vector<std::string>& arguments) {
   check_combination(program, arguments);
   std::vector<std::string> files;
   if (apply_command_line(program, _rows, arguments, options, files)) return options;
+  options.command_line = _shell_line(arguments);
   if (options.kind != Input::ngrams) {
     if (!files.empty()) throw usage_error(fmt::format("expected one input, found {} and {}", options.input, files[0]));
     return options;
@@ -286,7 +294,6 @@ Options parse_options(const std::vector<std::string>& arguments) {
   if (!files.empty()) options.input = files.front();
   for (const std::string& condition : options.conditions)
     options.filters.emplace_back(condition, options.letters);
-  options.command_line = _shell_line(arguments);
   if (options.per.has_value() && !options.sort.has_value()) options.sort = parse_sort_order("frequency");
   for (std::optional<SortOrder>* const order : {&options.sort, &options.per})
     if (order->has_value()) (*order)->collation = options.collation;

@@ -34,7 +34,8 @@ struct Options {
   bool cells = false;
   bool tree_text = false;
   std::optional<SortOrder> sort;
-  std::optional<SortOrder> per;  // columns of the groups; nothing: there are none
+  std::optional<std::string> profile;  // the word whose profile is written in place of a table
+  std::optional<SortOrder> per;        // columns of the groups; nothing: there are none
   GroupOrder groups = GroupOrder::size;
   std::optional<Collation> collation;            // of texts; nothing: code points
   std::size_t memory = usual_memory_of_sorts();  // in bytes

@@ -24,6 +24,7 @@
 #include "table/contexts_table.h"
 #include "table/flat_table.h"
 #include "table/formats.h"
+#include "table/profile.h"
 #include "table/statistics_table.h"
 #include "table/table_run.h"
 
@@ -81,6 +82,10 @@ void _write_ngrams(const Options& options, Format format, Output& output, const 
   Rows rows(options.input, options.merging);
   std::optional<Rows> other;
   std::optional<ComparedRows> compared;
+  if (options.profile.has_value()) {
+    write_profile(options, rows.source(), output, look.bold_header);
+    return;
+  }
   TableRun table(options, format, output, look);
   Block block;
   bool begun = false;
@@ -129,9 +134,15 @@ void _write_flat_table(const Options& options, Format format, Output& output, co
 
 // Tells what the user should know of how conditions were taken.
 void _tell_notes(const Options& options) {
+  std::vector<std::string> notes;
   for (const RowFilter& filter : options.filters)
     for (const std::string& note : filter.notes())
-      std::fputs(fmt::format("{}: {}\n", program.name, note).c_str(), stderr);
+      notes.push_back(note);
+  std::string note;
+  if (options.profile.has_value()) as_lemma(*options.profile, note);
+  if (!note.empty()) notes.push_back(note);
+  for (const std::string& one : notes)
+    std::fputs(fmt::format("{}: {}\n", program.name, one).c_str(), stderr);
 }
 
 // Writes the table to where it is wanted.

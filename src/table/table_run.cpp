@@ -1,6 +1,7 @@
 #include "table/table_run.h"
 
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -46,18 +47,6 @@ std::vector<Column> _chosen_columns(const Options& options, Format format, std::
   return columns;
 }
 
-void _check_for_n(const Options& options, std::size_t n) {
-  for (const std::string& name : options.measures)
-    check_column(*find_column(name), n);
-  for (const RowFilter& filter : options.filters)
-    for (const Column& column : filter.columns())
-      check_column(column, n);
-  for (const std::optional<SortOrder>& order : {options.sort, options.per})
-    if (order.has_value())
-      for (const SortKey& key : order->keys)
-        check_column(key.column, n);
-}
-
 // The order needs no more than the first rows when those surely fit into memory.
 std::unique_ptr<OrderedRows> _rows_to_sort(const Options& options) {
   constexpr std::size_t bytes_of_a_row = 512;
@@ -78,7 +67,7 @@ TableRun::TableRun(const Options& options, Format format, Output& output, const 
 }
 
 void TableRun::begin(std::size_t n) {
-  if (n != 0) _check_for_n(_options, n);
+  if (n != 0) check_for_n(_options, n);
   _columns = _chosen_columns(_options, _format, n);
   if (_format == Format::sqlite) _columns = database_columns(_columns, n);
   if (_format == Format::ucs) _columns = ucs_columns(_columns);
@@ -90,11 +79,10 @@ void TableRun::begin(std::size_t n) {
 bool TableRun::add(const Block& block) {
   const bool waits = _sorted != nullptr || _grouped != nullptr;
   if (!waits && _is_full()) return false;
-  const Row row = _row(block);
-  const std::uint64_t in_other = row.other.has_value() ? row.other->frequency : 0;
-  if (std::max(row.contingency.frequency, in_other) < _options.min_frequency) return true;
-  for (const RowFilter& filter : _options.filters)
-    if (!filter.admits(row)) return true;
+  std::optional<Counterpart> other;
+  if (_compared != nullptr) other = _compared->counterpart_of_last();
+  const Row row = _row(block, other);
+  if (!is_chosen(_options, row)) return true;
   if (!waits) {
     _print(row);
     return !_is_full();
@@ -127,13 +115,14 @@ void TableRun::_print_all(Rows& rows) {
   while (!_is_full() && rows.next(row)) {
     // What was kept had been a block before.
     if (parse_block(row.text, block, fault) != ParseStatus::complete) throw std::logic_error(fault.message);
-    _print(_row(block));
+    std::optional<Counterpart> other;
+    if (_compared != nullptr) other = _compared->counterpart_of(block);
+    _print(_row(block, other));
   }
 }
 
-Row TableRun::_row(const Block& block) const {
-  if (_compared == nullptr) return {block, _printed + 1, _options.style};
-  return {block, _printed + 1, _options.style, _compared->counterpart_of(block)};
+Row TableRun::_row(const Block& block, const std::optional<Counterpart>& other) const {
+  return {block, _printed + 1, _options.style, other};
 }
 
 void TableRun::_print(const Row& row) {
@@ -141,6 +130,25 @@ void TableRun::_print(const Row& row) {
     _fields[i] = field_of(_columns[i], row, _scratch[i]);
   _writer->row(_fields);
   ++_printed;
+}
+
+void check_for_n(const Options& options, std::size_t n) {
+  for (const std::string& name : options.measures)
+    check_column(*find_column(name), n);
+  for (const RowFilter& filter : options.filters)
+    for (const Column& column : filter.columns())
+      check_column(column, n);
+  for (const std::optional<SortOrder>& order : {options.sort, options.per})
+    if (order.has_value())
+      for (const SortKey& key : order->keys)
+        check_column(key.column, n);
+}
+
+bool is_chosen(const Options& options, const Row& row) {
+  const std::uint64_t in_other = row.other.has_value() ? row.other->frequency : 0;
+  return std::max(row.contingency.frequency, in_other) >= options.min_frequency &&
+         std::all_of(options.filters.begin(), options.filters.end(),
+                     [&](const RowFilter& filter) { return filter.admits(row); });
 }
 
 bool names_every_column(const Options& options) {

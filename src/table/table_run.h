@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,8 +23,8 @@ class TableRun {
   // Options and output must outlive the run.
   TableRun(const Options& options, Format format, Output& output, const Look& look);
 
-  // The rows are compared with what another file has; to be said before `begin`. The source of all N-grams must outlive
-  // the run.
+  // The rows are compared with what another file has; to be said before `begin`. It is the source of all N-grams, each
+  // of which has to be added before the next one is taken, and must outlive the run.
   void compare(const ComparedRows& compared) { _compared = &compared; }
 
   // Takes all that follows from N and writes the header; n = 0 when there is no N-gram. Throws usage_error when the
@@ -40,7 +41,7 @@ class TableRun {
   // Whether all rows that are wanted have been printed.
   bool _is_full() const { return !_grouped && _options.top.has_value() && _printed >= *_options.top; }
 
-  Row _row(const Block& block) const;
+  Row _row(const Block& block, const std::optional<Counterpart>& other) const;
   void _print(const Row& row);
 
   // Puts rows that waited in order and prints them.
@@ -60,6 +61,12 @@ class TableRun {
   std::vector<Field> _fields;
   std::uint64_t _printed = 0;
 };
+
+// Throws usage_error when the options choose or sort by something that N-grams of n words do not have.
+void check_for_n(const Options& options, std::size_t n);
+
+// Whether a row is one of those that are asked for.
+bool is_chosen(const Options& options, const Row& row);
 
 // Whether the columns are known without an N-gram, whose number of words would tell how many there are of a kind.
 bool names_every_column(const Options& options);

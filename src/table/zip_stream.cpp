@@ -60,8 +60,9 @@ void ZipStream::begin(std::string name) {
   entry.checksum = static_cast<std::uint32_t>(crc32(0, nullptr, 0));
   _emit("PK\x03\x04" + _common_header(0, 0, 0, entry.name.size()) + entry.name);
   auto* const stream = new z_stream{};
-  constexpr int raw = -15;  // without the header of zlib
-  if (deflateInit2(stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, raw, 8, Z_DEFAULT_STRATEGY) != Z_OK) {
+  constexpr int raw = -15;   // without the header of zlib
+  constexpr int effort = 3;  // half the time of the default for an eighth more bytes
+  if (deflateInit2(stream, effort, Z_DEFLATED, raw, 8, Z_DEFAULT_STRATEGY) != Z_OK) {
     delete stream;
     throw std::bad_alloc();
   }

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -63,6 +65,16 @@ TEST_F(CompareTest, SortsFiltersAndPrintsInEveryFormat) {
             "| lemma1 | keyness | logDice |\n|---|---:|---:|\n| deep | -3.271 | NA |\n");
   EXPECT_EQ(with({"--where", "keyness<0", "--format", "table", "--precision", "4"}),
             "lemma1  keyness  logDice\ndeep     -3.271       NA\n");
+}
+
+TEST_F(CompareTest, GroupsRowsAndWritesFiles) {
+  EXPECT_EQ(run({"here", "--compare", "there", "--per", "lemma2", "--top", "1", "--columns", "lemma,frequency_other",
+                 "-o", "table"})
+                .err,
+            "");
+  std::ifstream file(folder.path("table"), std::ios::binary);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}),
+            "lemma1\tlemma2\tfrequency_other\nheavy\train\t5\ndeep\tsnow\t4\n");
 }
 
 TEST_F(CompareTest, MergesBothFiles) {

@@ -75,6 +75,25 @@ TEST(TableRows, FindsAProtectedLemmaAsItIsTyped) {
       "lemma has one of ' : ; ^ _\n");
 }
 
+TEST(TableRows, AProfileIsAlignedByWhatATerminalShows) {
+  const std::string input = with_word("\u65e5\u672c") + with_word("wet") + "\n";
+  ToolOptions options;
+  options.settings = {"LC_ALL=C"};
+  // Cells 4 1 1 1: logDice is 14 + log2(2 / 4).
+  const ToolResult result = run_tool("ngrex-table", {"--profile", "rain"}, input, options);
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.out,
+            "  collocate  tag  frequency  logDice  pattern\n"
+            "\n"
+            "rain as head: what is Atr of it (2 rows, 2 occurrences)\n"
+            "  wet        A            1       13  wet <Atr rain\n"
+            "  \u65e5\u672c       A            1       13  \u65e5\u672c <Atr rain\n");
+  const ToolResult without = run_tool("ngrex-table", {"--profile", "snow"}, input);
+  EXPECT_EQ(without.status, 1);
+  EXPECT_EQ(without.out, "");
+  EXPECT_EQ(without.err, "ngrex-table: no N-gram that is asked for has the lemma \"snow\"\n");
+}
+
 TEST(TableRows, IgnoresCaseInEveryScriptWhateverTheLocale) {
   ToolOptions options;
   options.settings = {"LC_ALL=C"};

@@ -1,10 +1,12 @@
-"""Companion programs on a terminal, and all programs with closed standard descriptors.
+"""Companion programs on a terminal and on a full disk, and all programs with closed standard descriptors.
 
 usage: surroundings.py BUILD_FOLDER
 """
 
 import os
 import pty
+import resource
+import signal
 import subprocess
 import sys
 import tempfile
@@ -45,6 +47,15 @@ def on_terminal(command, folder, streams, settings=None):
 
 def closed(command, folder, redirection):
     return subprocess.run(["bash", "-c", f'"$@" {redirection}', "bash", *command], cwd=folder, capture_output=True, text=True)
+
+
+def with_small_files(command, folder):
+    """Runs a command that can write no file larger than 100,000 bytes."""
+    def limit():
+        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+        resource.setrlimit(resource.RLIMIT_FSIZE, (100_000, 100_000))
+
+    return subprocess.run(command, cwd=folder, capture_output=True, text=True, preexec_fn=limit)
 
 
 def main():
@@ -112,6 +123,16 @@ def main():
                 expect(text == written.setdefault(name, text) and text, f"{name} with {redirection}", text)
         got = closed([*job, "-n", "9"], folder, "<&- >&- 2>&-")
         expect(got.returncode == 1, "status of a failure without standard streams", got)
+
+        # A disk that is full, as a limit on the size of files: an error, and no file, whoever writes it.
+        with open(os.path.join(folder, "many"), "w", encoding="utf-8") as file:
+            file.write("".join(PAIR[:-1].replace("heavy", f"heavy{i * i}") for i in range(20000)) + "\n")
+        os.mkdir(os.path.join(folder, "full"))
+        for form in ("tsv", "sqlite", "xlsx"):
+            got = with_small_files([table, "--format", form, "-o", "full/table", "many"], folder)
+            expect(got.returncode == 1 and "cannot write to full/table: " in got.stderr, f"{form} on a full disk", got)
+            left = os.listdir(os.path.join(folder, "full"))
+            expect(left == [], f"what {form} leaves", left)
     print(f"{failures} failures")
     return 1 if failures else 0
 

@@ -17,7 +17,7 @@ import sys
 import tempfile
 
 PROGRAMS = ["ngrex", "ngrex-import", "ngrex-table"]
-COMMAND = re.compile(r"(\./)?build/release/|mkdir |head |awk ")
+COMMAND = re.compile(r"(\./)?build/release/|mkdir |head |awk |sqlite3 ")
 
 CODE = ("import pandas", "pairs <-")
 
@@ -166,7 +166,8 @@ def check_commands(source, build, document, fewest):
                 shown = [p for p in group[1:] if not p.startswith(CODE)]
                 printed = run.stdout + run.stderr
                 expect(not shown or agrees(printed, "\n".join(shown)), f"{document}: not this but\n{printed}is printed:\n{shown}")
-            written = [read(at, f) for at, _, files in os.walk(os.path.join(folder, "build")) for f in files]
+            written = [read(at, f) for at, _, files in os.walk(os.path.join(folder, "build")) for f in files
+                       if not f.endswith(".db")]
             for paragraph in groups[0]:
                 expect(paragraph.startswith(CODE) or any(paragraph + "\n" in text for text in written),
                        f"{document}: no file has this block:\n{paragraph}")

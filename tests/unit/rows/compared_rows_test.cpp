@@ -35,7 +35,7 @@ Seen _compare(const std::string& content, const std::string& other) {
     ComparedRows rows(reader, "a", other_reader, "b");
     Block block;
     while (rows.next(block)) {
-      const Counterpart counterpart = rows.counterpart_of(block);
+      const Counterpart counterpart = rows.counterpart_of_last();
       seen.rows.push_back(std::string(block.members[0].lemma) + " " + std::string(block.members[1].lemma) + " " +
                           std::to_string(block.cells[3]) + (counterpart.is_in_file ? " here " : " there ") +
                           std::to_string(counterpart.frequency) + " " + std::to_string(counterpart.total));

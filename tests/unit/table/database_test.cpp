@@ -17,12 +17,13 @@ const std::string pair = "1\theavy\tA\t2\tAtr\n2\train\tN\t0\tHead\n4\t1\t1\t1\n
 // Writes a database as the program would, and asks whether a condition of SQL holds in it.
 class DatabaseTest : public testing::Test {
  protected:
+  // The last argument may be an option that takes the input as its value.
   void make(std::vector<std::string> arguments, const std::string& content = pair + "\n") {
-    arguments.insert(arguments.end(), {"--format=sqlite", "-o", _path, _folder.write("in", content)});
+    arguments.insert(arguments.end(), {_folder.write("in", content), "--format=sqlite", "-o", _path});
     ASSERT_EQ(run(arguments), 0);
   }
 
-  // A value that is not true makes the statement fail.
+  // A value that is not true makes the statement fail, and so does no value at all.
   bool holds(const std::string& condition) const {
     std::filesystem::copy_file(_path, _folder.path("copy"), std::filesystem::copy_options::overwrite_existing);
     const NewFile scratch(_folder.path("scratch"));
@@ -31,7 +32,7 @@ class DatabaseTest : public testing::Test {
       // Nothing can be attached within a transaction.
       database.run("COMMIT; ATTACH '" + _folder.path("copy") +
                    "' AS made; CREATE TABLE truth (value CHECK (value IS TRUE));" + "INSERT INTO truth SELECT " +
-                   condition);
+                   condition + "; INSERT INTO truth SELECT EXISTS (SELECT * FROM truth)");
       return true;
     } catch (const output_error&) {
       return false;
@@ -53,8 +54,8 @@ TEST_F(DatabaseTest, KeepsWhatIsKnownOfAnNGram) {
   EXPECT_TRUE(holds("count(*) = 4 FROM cells"));
   EXPECT_FALSE(holds("count(*) = 3 FROM cells"));
   EXPECT_TRUE(holds("value = 7 FROM about WHERE key = 'total'"));
-  EXPECT_TRUE(
-      holds("value LIKE 'ngrex-table --measures=MI --format=sqlite -o /%' FROM about WHERE key = 'command_line'"));
+  EXPECT_TRUE(holds(
+      "value LIKE 'ngrex-table --measures=MI /%/in --format=sqlite -o /%' FROM about WHERE key = 'command_line'"));
 }
 
 TEST_F(DatabaseTest, HasTheMeasuresThatAreNamedInPlaceOfTheDefaultOnes) {
@@ -77,6 +78,13 @@ TEST_F(DatabaseTest, HasItsTablesWithoutNGramsToo) {
   EXPECT_TRUE(
       holds("(SELECT count(*) FROM ngrams) + (SELECT count(*) FROM members) + (SELECT count(*) FROM cells) = 0"));
   EXPECT_TRUE(holds("value = 0 FROM about WHERE key = 'rows'"));
+}
+
+TEST_F(DatabaseTest, HasOneTableOfContexts) {
+  make({"--contexts"}, "1\tcold\tA\t2\tAtr\n2\train\t\t0\tHead\n\nfall\tV\t1\n\nrain\tN\t3\nfall\tV\t2\n\n\n\n");
+  EXPECT_TRUE(holds("count(*) = 3 AND sum(frequency) = 6 FROM contexts WHERE lemma1 = 'cold'"));
+  EXPECT_TRUE(holds("value LIKE 'ngrex-table --contexts %' FROM about WHERE key = 'command_line'"));
+  EXPECT_TRUE(holds("count(*) = 2 FROM made.sqlite_schema WHERE type = 'table'"));
 }
 
 TEST_F(DatabaseTest, TextsAreUtf8) {
