@@ -12,7 +12,7 @@ namespace colx {
 
 namespace {
 
-using Row = Option<ImportSettings>;
+using OptionRow = Option<ImportSettings>;
 
 const std::string& _path(const GivenOption& given) {
   if (given.value.empty()) reject(given, "the path of a file");
@@ -50,7 +50,7 @@ const std::string& _mask(const GivenOption& given) {
   return given.value;
 }
 
-constexpr auto _rows = std::to_array<Row>({
+constexpr auto _rows = std::to_array<OptionRow>({
     {{"-o,--output", "FILE", "write the datafile to FILE; - is standard output, the default"},
      [](ImportSettings& settings, const GivenOption& given) {
        settings.output = _path(given) == "-" ? "" : given.value;

@@ -71,7 +71,7 @@ std::string _listed(const std::map<std::string, std::uint64_t>& counts) {
   constexpr std::size_t most_shown = 100;
   std::string text;
   for (std::size_t i = 0; i < names.size() && i < most_shown; ++i)
-    text += fmt::format("  {:<22}{}\n", quoted(names[i].first), names[i].second);
+    text += fmt::format("  {:<22}{}\n", in_quotes(names[i].first), names[i].second);
   if (names.size() > most_shown) text += fmt::format("  and {} other names\n", names.size() - most_shown);
   return text;
 }

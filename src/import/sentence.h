@@ -49,7 +49,7 @@ struct TreebankProblem {
 bool must_be_skipped(const std::vector<TreebankProblem>& problems);
 
 // A text for a message: in quotes, at most some forty bytes of it, control characters replaced.
-std::string quoted(std::string_view text);
+std::string in_quotes(std::string_view text);
 
 // Stands at the beginning of some files, and within those that were put together from several of them.
 inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";

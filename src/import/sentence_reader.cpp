@@ -244,7 +244,7 @@ bool SentenceReader::_check_order(std::string_view text, TreebankSentence& sente
   std::uint32_t order = 0;
   if (!whole_column(text, order) || order != sentence.rows) {
     _orders_broken = true;
-    _note(problems, Fault::order, 1, fmt::format("expected the number {}, found {}", sentence.rows, quoted(text)));
+    _note(problems, Fault::order, 1, fmt::format("expected the number {}, found {}", sentence.rows, in_quotes(text)));
     return false;
   }
   _begins_with_one = true;
@@ -317,14 +317,14 @@ void SentenceReader::_add_conll_row(const LineTraits& traits, TreebankSentence& 
   std::uint32_t parent = 0;
   if (!whole_column(head, parent)) {
     _note(problems, Fault::parent, conll_head,
-          fmt::format("expected the number of a word or 0, found {}", quoted(head)));
+          fmt::format("expected the number of a word or 0, found {}", in_quotes(head)));
     return;
   }
   if (_format == TreebankFormat::conllu) {
     for (const unsigned column : {1U, conll_head})
       if (has_leading_zero(columns[column - 1]))
         _note(problems, Fault::leading_zero, column,
-              fmt::format("expected a number without leading zeros, found {}", quoted(columns[column - 1])));
+              fmt::format("expected a number without leading zeros, found {}", in_quotes(columns[column - 1])));
   }
   if (!in_order) return;
   const KeptFields kept(columns[1], columns[7], sentence.texts);
@@ -359,7 +359,7 @@ void SentenceReader::_add_datafile_row(TreebankSentence& sentence, std::vector<T
   std::uint32_t parent = 0;
   if (!whole_column(fields[datafile_parent - 1], parent)) {
     _note(problems, Fault::parent, datafile_parent,
-          fmt::format("expected the number of a word or 0, found {}", quoted(fields[datafile_parent - 1])));
+          fmt::format("expected the number of a word or 0, found {}", in_quotes(fields[datafile_parent - 1])));
     return;
   }
   if (!in_order) return;

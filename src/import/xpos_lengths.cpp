@@ -68,7 +68,7 @@ std::string XposLengths::refusal() const {
   return fmt::format(
       "XPOS is not taken: expected tags of length {}, found {} at {}; of the first {} words {} have "
       "no tag of that length",
-      common, quoted(first->tag), first->place, _words, _odd());
+      common, in_quotes(first->tag), first->place, _words, _odd());
 }
 
 std::string brought_to_length(std::string_view xpos, std::size_t length) {

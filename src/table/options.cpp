@@ -12,7 +12,7 @@ namespace colx::table {
 
 namespace {
 
-using Row = Option<Options>;
+using OptionRow = Option<Options>;
 
 std::vector<std::string> _split_list(const GivenOption& given) {
   std::vector<std::string> result;
@@ -39,7 +39,7 @@ Format _format(const GivenOption& given) {
   return *format;
 }
 
-constexpr auto _rows = std::to_array<Row>({
+constexpr auto _rows = std::to_array<OptionRow>({
     {{"--columns", "LIST", "columns to print instead of the default ones, separated by commas"},
      [](Options& options, const GivenOption& given) { options.columns = _split_list(given); }},
     {{"--cells", "", "add the cells of the contingency table"},

@@ -44,16 +44,16 @@ std::string _all_lines(const std::string& path) {
   return text;
 }
 
-struct Seen {
+struct TextSeen {
   std::vector<std::size_t> lengths;   // of the sentences that can be used
   std::vector<std::string> problems;  // line:column text
 };
 
-Seen _read(const std::string& text, TreebankFormat format) {
+TextSeen _read(const std::string& text, TreebankFormat format) {
   const test::TemporaryFolder folder;
   TreebankSource source(folder.write("x", text), false);
   SentenceReader reader(source, format);
-  Seen seen;
+  TextSeen seen;
   TreebankSentence sentence;
   std::vector<TreebankProblem> problems;
   while (reader.next(sentence, problems)) {
@@ -100,19 +100,19 @@ TEST(TreebankFormat, IsRecognisedByContent) {
 
 TEST(SentenceReader, PassesOverByteOrderMarksAtTheBeginningOfLines) {
   const std::string mark = "\xEF\xBB\xBF";
-  const Seen seen =
+  const TextSeen seen =
       _read(mark + _row("1", "0") + "\n" + mark + "# c\n" + _row("1", "0") + "\n", TreebankFormat::conllu);
   EXPECT_EQ(seen.lengths, (Lengths{1, 1}));
   EXPECT_EQ(seen.problems, (Problems{"1:0 expected text, found a byte order mark",  //
                                      "3:0 expected text, found a byte order mark"}));
   EXPECT_EQ(recognise_format(mark + _row("1", "0")), TreebankFormat::conllu);
-  const Seen datafile = _read(mark + "1 f l t 0 Pred\n", TreebankFormat::datafile);
+  const TextSeen datafile = _read(mark + "1 f l t 0 Pred\n", TreebankFormat::datafile);
   EXPECT_EQ(datafile.lengths, Lengths{1});
   EXPECT_EQ(datafile.problems.size(), 1U);
 }
 
 TEST(SentenceReader, PassesOverCommentsRangesAndEmptyNodes) {
-  const Seen seen =
+  const TextSeen seen =
       _read("# c\r\n1-2\tx\n" + _row("1", "0") + _row("1.1", "_") + _row("2", "1") + "\n\n" + _row("1", "0"),
             TreebankFormat::conllx);
   EXPECT_EQ(seen.lengths, (Lengths{2, 1}));
@@ -122,17 +122,17 @@ TEST(SentenceReader, PassesOverCommentsRangesAndEmptyNodes) {
 TEST(SentenceReader, AsksOfOtherFormatsNothingThatOnlyConllUDemands) {
   const std::string text = "\xEF\xBB\xBF" + _row("01", "0", "a b") + "# c\n" + _row("2", "1", "") + _row("9.9", "_") +
                            "\n\n" + _row("1", "0", "caf\xE9") + "5-4\r\n";
-  const Seen seen = _read(text, TreebankFormat::conllx);
+  const TextSeen seen = _read(text, TreebankFormat::conllx);
   EXPECT_EQ(seen.lengths, (Lengths{2, 1}));
   EXPECT_EQ(seen.problems, Problems{});
 }
 
 TEST(SentenceReader, EndsASentenceWhereNumbersBeginAnewInEveryFormat) {
   const Problems missing{"2:0 expected an empty line between sentences, found the first word of the next one"};
-  const Seen conllx = _read(_row("1", "0") + _row("1", "0") + _row("2", "1"), TreebankFormat::conllx);
+  const TextSeen conllx = _read(_row("1", "0") + _row("1", "0") + _row("2", "1"), TreebankFormat::conllx);
   EXPECT_EQ(conllx.lengths, (Lengths{1, 2}));
   EXPECT_EQ(conllx.problems, missing);
-  const Seen datafile = _read("1 f l t 0 Pred\n 1 f l t 0 Pred\n2 f l t 1 Sb\n", TreebankFormat::datafile);
+  const TextSeen datafile = _read("1 f l t 0 Pred\n 1 f l t 0 Pred\n2 f l t 1 Sb\n", TreebankFormat::datafile);
   EXPECT_EQ(datafile.lengths, (Lengths{1, 2}));
   EXPECT_EQ(datafile.problems, missing);
 }
@@ -154,9 +154,10 @@ TEST(SentenceReader, CountsTheWordsOfSentencesThatAreLost) {
 }
 
 TEST(SentenceReader, NamesLineAndColumnOfWhatIsWrongAndSkipsThatSentenceOnly) {
-  const Seen seen = _read(_row("1", "0") + "\n" + _row("1", "x") + _row("3", "0") + "\n" + "1\tshort\n\n" +
-                              _row("1", "2") + "\n" + _row("1", "2") + _row("2", "1") + "\n" + _row("1", "0") + "\n",
-                          TreebankFormat::conllu);
+  const TextSeen seen =
+      _read(_row("1", "0") + "\n" + _row("1", "x") + _row("3", "0") + "\n" + "1\tshort\n\n" + _row("1", "2") + "\n" +
+                _row("1", "2") + _row("2", "1") + "\n" + _row("1", "0") + "\n",
+            TreebankFormat::conllu);
   EXPECT_EQ(seen.lengths, (Lengths{1, 1}));
   EXPECT_EQ(seen.problems,
             (Problems{"3:7 expected the number of a word or 0, found \"x\"", "4:1 expected the number 2, found \"3\"",
@@ -166,7 +167,7 @@ TEST(SentenceReader, NamesLineAndColumnOfWhatIsWrongAndSkipsThatSentenceOnly) {
 }
 
 TEST(SentenceReader, NotesWhatNgrexWouldStumbleOnInADatafile) {
-  const Seen seen =
+  const TextSeen seen =
       _read("1 f l t 0 Pred \n2 f l t 1 Atr\n \n1 f l t 0\n\n1 f l t 0 Pred\r\n", TreebankFormat::datafile);
   EXPECT_EQ(seen.lengths, (Lengths{2, 1}));
   EXPECT_EQ(seen.problems,
@@ -186,7 +187,7 @@ TEST(SentenceReader, RefusesZeroBytesAndSentencesThatAreTooLong) {
   for (int i = 1; i <= 65535; ++i)
     text += _row(std::to_string(i), "0");
   text += "\n";
-  const Seen seen = _read(text, TreebankFormat::conllu);
+  const TextSeen seen = _read(text, TreebankFormat::conllu);
   EXPECT_EQ(seen.lengths, (Lengths{65535}));
   EXPECT_EQ(seen.problems, (Problems{"1:0 expected text, found a zero byte",
                                      "65538:1 expected a sentence of at most 65535 words, found more"}));
