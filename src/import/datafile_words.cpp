@@ -11,7 +11,6 @@
 #include "import/datafile_writer.h"
 #include "import/function_names.h"
 #include "import/lemma_protection.h"
-#include "import/relations.h"
 #include "import/xpos_lengths.h"
 #include "output/number_format.h"
 #include "util/short_runs.h"
@@ -94,8 +93,8 @@ void SentenceConverter::_make_tag(const TreebankWord& word, DatafileWord& result
 const std::vector<DatafileWord>& SentenceConverter::convert(const TreebankSentence& sentence,
                                                             std::vector<TreebankProblem>& problems) {
   _texts.clear();
-  const bool converts = _conversion.relations != nullptr;
-  if (converts) _functions = analytical_functions(sentence, *_conversion.relations);
+  const bool converts = _functions.has_value();
+  const std::vector<std::string_view>* const functions = converts ? &_functions->of(sentence) : nullptr;
   _words.assign(sentence.words.size(), {});
   for (std::size_t i = 0; i < _words.size(); ++i) {
     const TreebankWord& word = sentence.words[i];
@@ -103,7 +102,7 @@ const std::vector<DatafileWord>& SentenceConverter::convert(const TreebankSenten
     result.form = _field(word.form);
     _convert_lemma(word, result);
     _convert_tag(word, result);
-    result.relation = converts ? std::string_view(_functions[i]) : _field(word.relation);
+    result.relation = converts ? (*functions)[i] : _field(word.relation);
     const bool is_known = result.relation != undefined_function &&
                           (converts || _known_relations.get(result.relation, is_analytical_function));
     result.relation_is_undefined = !is_known && word.relation != undefined_function;

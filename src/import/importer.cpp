@@ -119,7 +119,7 @@ class Importer {
 
   void _look_at_tags(TreebankSource& source, XposLengths& lengths) {
     const TreebankFormat format = _format_of(source);
-    SentenceReader reader(source, format);
+    SentenceReader reader(source, format, WantedFields::xpos);
     TreebankSentence sentence;
     std::vector<TreebankProblem> problems;
     while (format != TreebankFormat::datafile && !lengths.decided() && reader.next(sentence, problems)) {

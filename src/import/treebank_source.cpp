@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -59,8 +60,8 @@ void TreebankSource::_start() {
   _raw_end = 0;
   _bytes_read = 0;
   _line_number = 0;
-  _text.clear();
   _text_begin = 0;
+  _text_end = 0;
   _at_end = false;
   // A pipe may give a single byte at first.
   while (_raw_end < 2) {
@@ -78,31 +79,50 @@ void TreebankSource::_start() {
   }
 }
 
+// Makes room for more text behind what is there; what has been given away goes.
+char* TreebankSource::_room(std::size_t size) {
+  if (_text_begin > 0) {
+    std::copy(_text.begin() + static_cast<std::ptrdiff_t>(_text_begin),
+              _text.begin() + static_cast<std::ptrdiff_t>(_text_end), _text.begin());
+    _text_end -= _text_begin;
+    _text_begin = 0;
+  }
+  if (_text.size() - _text_end < size) _text.resize(std::max(_text_end + size, 2 * _text_end));
+  return _text.data() + _text_end;
+}
+
+std::size_t TreebankSource::_read(void* to, std::size_t size) {
+  const std::size_t count = _input.read_some(to, size, _name);
+  _bytes_read += count;
+  return count;
+}
+
 // Appends more text. Returns false, and notes the end, when there is none.
 bool TreebankSource::_fill() {
   if (_at_end) return false;
-  if (_text_begin > 0) {
-    _text.erase(0, _text_begin);
-    _text_begin = 0;
+  if (!_compressed) {
+    char* const room = _room(block_size);
+    std::size_t count = std::exchange(_raw_end, 0);  // what was looked at to see whether it is compressed
+    if (count > 0)
+      std::copy_n(_raw.data(), count, room);
+    else
+      count = _read(room, block_size);
+    _text_end += count;
+    _at_end = count == 0;
+    return count > 0;
   }
-  for (;;) {
+  do {
     if (_raw_begin == _raw_end) {
       _raw_begin = 0;
-      _raw_end = _input.read_some(_raw.data(), _raw.size(), _name);
-      _bytes_read += _raw_end;
+      _raw_end = _read(_raw.data(), _raw.size());
       if (_raw_end == 0) {
         if (_inside_member) _fail("the compressed data end too early; the file is truncated");
         _at_end = true;
         return false;
       }
     }
-    if (!_compressed) {
-      _text.append(reinterpret_cast<const char*>(_raw.data()) + _raw_begin, _raw_end - _raw_begin);
-      _raw_begin = _raw_end;
-      return true;
-    }
-    if (_inflate()) return true;
-  }
+  } while (!_inflate());
+  return true;
 }
 
 // Decompresses what is in the raw buffer; returns whether that gave any text.
@@ -116,45 +136,46 @@ bool TreebankSource::_inflate() {
     inflateReset(&_inflater);
     _inside_member = true;
   }
-  const std::size_t old_size = _text.size();
-  _text.resize(old_size + 4 * block_size);
+  constexpr std::size_t most = 4 * block_size;
   _inflater.next_in = _raw.data() + _raw_begin;
   _inflater.avail_in = static_cast<uInt>(_raw_end - _raw_begin);
-  _inflater.next_out = reinterpret_cast<Bytef*>(_text.data() + old_size);
-  _inflater.avail_out = static_cast<uInt>(4 * block_size);
+  _inflater.next_out = reinterpret_cast<Bytef*>(_room(most));
+  _inflater.avail_out = static_cast<uInt>(most);
   const int result = inflate(&_inflater, Z_NO_FLUSH);
   _raw_begin = _raw_end - _inflater.avail_in;
-  _text.resize(_text.size() - _inflater.avail_out);
+  const std::size_t count = most - _inflater.avail_out;
+  _text_end += count;
   if (result == Z_STREAM_END) {
     _inside_member = false;
   } else if (result != Z_OK && result != Z_BUF_ERROR) {
     _fail(std::string("the compressed data are damaged") +
           (_inflater.msg == nullptr ? "" : std::string(": ") + _inflater.msg));
   }
-  return _text.size() > old_size;
+  return count > 0;
 }
 
 std::string_view TreebankSource::preview() {
-  while (_text.size() < preview_size && _fill()) {
+  while (_unread().size() < preview_size && _fill()) {
   }
-  return std::string_view(_text).substr(_text_begin, preview_size);
+  return _unread().substr(0, preview_size);
 }
 
 bool TreebankSource::next_line(std::string_view& line) {
   std::size_t searched = 0;  // bytes of the line known to hold no line feed
   for (;;) {
-    const std::size_t end = _text.find('\n', _text_begin + searched);
-    if (end != std::string::npos) {
-      line = std::string_view(_text).substr(_text_begin, end - _text_begin);
-      _text_begin = end + 1;
+    const std::string_view text = _unread();
+    const std::size_t end = text.find('\n', searched);
+    if (end != std::string_view::npos) {
+      line = text.substr(0, end);
+      _text_begin += end + 1;
       ++_line_number;
       return true;
     }
-    searched = _text.size() - _text_begin;
+    searched = text.size();
     if (_fill()) continue;
     if (searched == 0) return false;
-    line = std::string_view(_text).substr(_text_begin);
-    _text_begin = _text.size();
+    line = _unread();
+    _text_begin = _text_end;
     ++_line_number;
     return true;
   }

@@ -59,6 +59,9 @@ class TreebankSource {
   void _start();
   bool _fill();
   bool _inflate();
+  char* _room(std::size_t size);
+  std::size_t _read(void* to, std::size_t size);
+  std::string_view _unread() const { return {_text.data() + _text_begin, _text_end - _text_begin}; }
   [[noreturn]] void _fail(const std::string& reason) const;
 
   std::string _path;
@@ -71,8 +74,9 @@ class TreebankSource {
   bool _inside_member = false;
   z_stream _inflater{};
   bool _inflater_made = false;
-  std::string _text;  // what has been read and not yet given away, from _text_begin
+  std::vector<char> _text;  // has what was read and not yet given away from _text_begin to _text_end
   std::size_t _text_begin = 0;
+  std::size_t _text_end = 0;
   bool _at_end = false;
   std::uint64_t _line_number = 0;
   std::uint64_t _bytes_read = 0;
