@@ -61,7 +61,7 @@ class SentenceConverter {
     bool has_unknown_values;
   };
 
-  std::string_view _field(std::string_view text);
+  std::string_view _field(const TreebankWord& word, std::string_view text);
   void _convert_lemma(const TreebankWord& word, DatafileWord& result);
   void _convert_tag(const TreebankWord& word, DatafileWord& result);
   void _make_tag(const TreebankWord& word, DatafileWord& result);
@@ -70,8 +70,8 @@ class SentenceConverter {
   std::vector<DatafileWord> _words;
   std::optional<AnalyticalFunctions> _functions;  // nothing where relations stay
   TextCache<bool, 8> _known_relations;
-  TextArena _texts;                        // of the words, where they differ from those of the sentence
-  TextCache<MadeTag, 10, 128> _made_tags;  // by features
+  TextArena _texts;                       // of the words, where they differ from those of the sentence
+  TextCache<MadeTag, 11, 96> _made_tags;  // by features
   TextCache<char, 5> _word_classes;
 };
 

@@ -11,7 +11,7 @@
 
 #include "companion/errors.h"
 #include "corpus/datafile_format.h"
-#include "util/short_runs.h"
+#include "import/line_scan.h"
 
 namespace colx {
 
@@ -44,24 +44,15 @@ std::size_t _white_space_size(std::string_view text) {
 // Whether a byte may begin a white-space character.
 constexpr auto may_be_white_space = [] {
   std::array<bool, 256> table{};
-  for (std::size_t byte = 0; byte < table.size(); ++byte)
-    table[byte] = is_white_space(static_cast<char>(byte));
-  for (const unsigned byte : {0xC2U, 0xE1U, 0xE2U, 0xE3U})
-    table[byte] = true;
+  for (unsigned byte = 0; byte < 256; ++byte)
+    table[byte] = is_white_space(static_cast<char>(byte)) || may_begin_wide_space(static_cast<unsigned char>(byte));
   return table;
 }();
 
 }  // namespace
 
 bool is_datafile_field(std::string_view text) {
-  std::size_t i = 0;
-  // ASCII in whole words: a byte below 0x21 borrows from its highest bit.
-  for (; text.size() - i >= 8; i += 8) {
-    constexpr std::uint64_t ones = 0x0101010101010101;
-    const std::uint64_t bytes = load_up_to_8(text.data() + i, 8);
-    if (((bytes | (bytes - ones * 0x21)) & ones * 0x80) != 0) break;
-  }
-  for (; i < text.size(); ++i)
+  for (std::size_t i = 0; i < text.size(); ++i)
     if (may_be_white_space[static_cast<unsigned char>(text[i])] && _white_space_size(text.substr(i)) > 0) return false;
   return !text.empty();
 }

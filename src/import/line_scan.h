@@ -15,10 +15,17 @@
 
 namespace colx {
 
+// Whether a byte may begin one of the white-space characters of Unicode beyond ASCII, which are U+0085, U+1680, U+2000
+// to U+200A, U+2028, U+2029, U+202F, U+205F and U+3000, in UTF-8.
+constexpr bool may_begin_wide_space(unsigned char byte) {
+  return byte == 0xC2 || (byte >= 0xE1 && byte <= 0xE3);
+}
+
 // What stands in a line.
 struct LineTraits {
   bool blanks = false;        // a byte of white space other than TAB, a control character or a zero byte
   bool not_ascii = false;     // a byte of 0x80 or above
+  bool wide_space = false;    // a byte that may begin white space beyond ASCII
   bool empty_column = false;  // a TAB at an edge or behind another one
 
   bool operator==(const LineTraits&) const = default;
@@ -38,7 +45,11 @@ class LineScan {
     // does to the bytes above it does not matter, as there is one to be found already.
     const std::uint64_t shielded = bytes | tabs;
     _blanks = _blanks || ((shielded - ones * 0x21) & ~shielded & highs) != 0;
-    _not_ascii = _not_ascii || (bytes & highs) != 0;
+    const std::uint64_t wide = bytes & highs;
+    _not_ascii = _not_ascii || wide != 0;
+    for (std::uint64_t rest = wide; rest != 0; rest &= rest - 1)
+      _wide_space =
+          _wide_space || may_begin_wide_space(static_cast<unsigned char>(bytes >> (std::countr_zero(rest) - 7)));
     // The multiplication brings the highest bits of all bytes together, in order.
     return (tabs >> 7) * 0x0102040810204080 >> 56;
   }
@@ -51,6 +62,9 @@ class LineScan {
     const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(text, _mm_set1_epi8(0x20)), text);
     _low = _mm_or_si128(_low, _mm_andnot_si128(tabs, low));
     _all = _mm_or_si128(_all, text);
+    const __m128i above = _mm_sub_epi8(text, _mm_set1_epi8('\xE1'));
+    const __m128i asian = _mm_cmpeq_epi8(_mm_min_epu8(above, _mm_set1_epi8(2)), above);
+    _wide = _mm_or_si128(_wide, _mm_or_si128(asian, _mm_cmpeq_epi8(text, _mm_set1_epi8('\xC2'))));
     return static_cast<unsigned>(_mm_movemask_epi8(tabs));
   }
 
@@ -75,11 +89,13 @@ class LineScan {
   LineTraits traits(std::string_view line) const {
     bool blanks = _blanks;
     bool not_ascii = _not_ascii;
+    bool wide_space = _wide_space;
 #ifdef __SSE2__
     blanks = blanks || _mm_movemask_epi8(_low) != 0;
     not_ascii = not_ascii || _mm_movemask_epi8(_all) != 0;
+    wide_space = wide_space || _mm_movemask_epi8(_wide) != 0;
 #endif
-    return {blanks, not_ascii, _empty_column || line.empty() || line.back() == '\t'};
+    return {blanks, not_ascii, wide_space, _empty_column || line.empty() || line.back() == '\t'};
   }
 
   static constexpr std::uint64_t ones = 0x0101010101010101;
@@ -87,11 +103,13 @@ class LineScan {
  private:
   bool _blanks = false;
   bool _not_ascii = false;
+  bool _wide_space = false;
   bool _empty_column = false;
   std::uint64_t _before = 1;  // 1: a TAB, or the beginning, comes before
 #ifdef __SSE2__
-  __m128i _low = _mm_setzero_si128();  // not zero where a byte of white space was seen
-  __m128i _all = _mm_setzero_si128();  // the bits of all bytes seen
+  __m128i _low = _mm_setzero_si128();   // not zero where a byte of white space was seen
+  __m128i _all = _mm_setzero_si128();   // the bits of all bytes seen
+  __m128i _wide = _mm_setzero_si128();  // not zero where a byte that may begin white space was seen
 #endif
 };
 

@@ -25,6 +25,7 @@ struct TreebankWord {
   std::uint32_t parent = 0;  // position of the parent, from 1, or 0
   std::string_view relation;
   std::uint64_t line = 0;
+  bool is_plain = false;  // it is known that no field has white space
 };
 
 // The words in order; the position of a word is its index and 1. Their fields are views into `texts`, or into what

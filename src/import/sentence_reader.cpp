@@ -336,10 +336,10 @@ void SentenceReader::_add_conll_row(const LineTraits& traits, TreebankSentence& 
         _note(problems, Fault::leading_zero, column,
               fmt::format("expected a number without leading zeros, found {}", in_quotes(_column(column - 1))));
   }
-  if (in_order) _add_conll_word(parent, sentence);
+  if (in_order) _add_conll_word(traits, parent, sentence);
 }
 
-void SentenceReader::_add_conll_word(std::uint32_t parent, TreebankSentence& sentence) {
+void SentenceReader::_add_conll_word(const LineTraits& traits, std::uint32_t parent, TreebankSentence& sentence) {
   TreebankWord& word = sentence.words.emplace_back();
   word.parent = parent;
   word.line = _source.line_number();
@@ -347,6 +347,7 @@ void SentenceReader::_add_conll_word(std::uint32_t parent, TreebankSentence& sen
     word.xpos = sentence.texts.keep(_column(4));
     return;
   }
+  word.is_plain = !traits.blanks && !traits.wide_space;
   const KeptFields kept(_column(1), _column(7), sentence.texts);
   word.form = kept(_column(1));
   word.lemma = kept(_column(2));

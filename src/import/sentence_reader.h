@@ -74,7 +74,7 @@ class SentenceReader {
   void _add_line(TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
   void _add_conll_row(const LineTraits& traits, TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
   bool _add_row_without_word(TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
-  void _add_conll_word(std::uint32_t parent, TreebankSentence& sentence);
+  void _add_conll_word(const LineTraits& traits, std::uint32_t parent, TreebankSentence& sentence);
   void _add_other_row(bool is_range, const std::string_view (&columns)[10], std::size_t count,
                       TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
   void _add_datafile_row(TreebankSentence& sentence, std::vector<TreebankProblem>& problems);
