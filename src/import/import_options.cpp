@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "companion/errors.h"
+#include "corpus/datafile_format.h"
 #include "import/relation_tables.h"
 
 namespace colx {
@@ -45,8 +46,7 @@ const RelationTable& _relation_table(const GivenOption& given) {
 }
 
 const std::string& _mask(const GivenOption& given) {
-  if (given.value.empty() || given.value.find_first_not_of("*-") != std::string::npos)
-    reject(given, "a mask of * and -");
+  if (!is_tag_mask(given.value)) reject(given, "a mask of * and -");
   return given.value;
 }
 

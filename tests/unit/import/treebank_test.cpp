@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -14,6 +15,7 @@
 #include "import/sentence_reader.h"
 #include "import/treebank_format.h"
 #include "import/treebank_source.h"
+#include "tests/support/random.h"
 #include "tests/support/temporary_folder.h"
 
 namespace colx {
@@ -135,6 +137,67 @@ TEST(SentenceReader, EndsASentenceWhereNumbersBeginAnewInEveryFormat) {
   const TextSeen datafile = _read("1 f l t 0 Pred\n 1 f l t 0 Pred\n2 f l t 1 Sb\n", TreebankFormat::datafile);
   EXPECT_EQ(datafile.lengths, (Lengths{1, 2}));
   EXPECT_EQ(datafile.problems, missing);
+}
+
+// Rows that are right but for some, in which something is wrong that costs a sentence or does not.
+std::string _random_treebank(test::Random& random) {
+  std::string text;
+  for (int sentence = 0; sentence < 8; ++sentence) {
+    const std::uint64_t size = 1 + random.below(4);
+    for (std::uint64_t word = 1; word <= size; ++word) {
+      std::string id = std::to_string(word);
+      const std::string parent = std::to_string(random.below(6) == 0 ? random.below(6) : word - 1);
+      switch (random.below(20)) {
+        case 0:
+          id = std::to_string(random.below(4));
+          break;
+        case 1:
+          id += "-" + std::to_string(random.below(6));
+          break;
+        case 2:
+          id += "." + std::to_string(random.below(3));
+          break;
+        case 3:
+          id = "0" + id;
+          break;
+        default:
+          break;
+      }
+      std::string row = _row(id, parent, random.below(5) == 0 ? "a\xC3\xA9 " : "f");
+      if (random.below(20) == 0)
+        row[random.below(static_cast<std::uint32_t>(row.size()) - 1)] = "\t\0x \xFF"[random.below(5)];
+      if (random.below(20) == 0) row.insert(0, "# comment\n");
+      text += row;
+    }
+    if (random.below(8) != 0) text += random.below(8) == 0 ? " \n" : "\n";
+  }
+  return text;
+}
+
+TEST(SentenceReader, GivesTheSameSentencesWhereOnlyXposIsWanted) {
+  test::Random random;
+  for (int round = 0; round < 2000; ++round) {
+    const std::string text = _random_treebank(random);
+    const test::TemporaryFolder folder;
+    const std::string path = folder.write("x", text);
+    for (const TreebankFormat format : {TreebankFormat::conllu, TreebankFormat::conllx}) {
+      const auto usable = [&](WantedFields wanted) {
+        TreebankSource source(path, false);
+        SentenceReader reader(source, format, wanted);
+        std::vector<std::string> sentences;
+        TreebankSentence sentence;
+        std::vector<TreebankProblem> problems;
+        while (reader.next(sentence, problems)) {
+          if (sentence.rows == 0 || must_be_skipped(problems)) continue;
+          std::string& words = sentences.emplace_back();
+          for (const TreebankWord& word : sentence.words)
+            words += std::to_string(word.line) + " " + std::string(word.xpos) + "\n";
+        }
+        return sentences;
+      };
+      ASSERT_EQ(usable(WantedFields::xpos), usable(WantedFields::all)) << ::testing::PrintToString(text);
+    }
+  }
 }
 
 TEST(SentenceReader, CountsTheWordsOfSentencesThatAreLost) {
