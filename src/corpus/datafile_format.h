@@ -49,6 +49,12 @@ constexpr std::string_view kept_lemma(std::string_view lemma) {
   return lemma.substr(0, size);
 }
 
+// Whether a text is a tag mask: '*' and '-', at least one of them.
+constexpr bool is_tag_mask(std::string_view text) {
+  constexpr char marks[] = {constants::significant_position_mark, constants::insignificant_position_mark};
+  return !text.empty() && text.find_first_not_of(std::string_view(marks, sizeof marks)) == std::string_view::npos;
+}
+
 // What is kept of a tag: its characters where the mask has '*', '-' elsewhere, cut or filled up to the length of the
 // mask.
 std::string masked_tag(std::string_view tag, std::string_view mask);

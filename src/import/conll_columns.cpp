@@ -30,9 +30,9 @@ void check_columns(const std::string_view (&columns)[10], std::uint64_t line, st
     } else if (column == 2 || column == 3 || column == 10) {
       if (!_is_spaced_well(text))
         note(Fault::misplaced_space,
-             fmt::format("expected single spaces inside the text only, found {}", quoted(text)));
+             fmt::format("expected single spaces inside the text only, found {}", in_quotes(text)));
     } else if (std::any_of(text.begin(), text.end(), is_white_space)) {
-      note(Fault::misplaced_space, fmt::format("expected a text without white space, found {}", quoted(text)));
+      note(Fault::misplaced_space, fmt::format("expected a text without white space, found {}", in_quotes(text)));
     }
   }
 }

@@ -23,6 +23,12 @@ inline bool whole_column(std::string_view text, std::uint32_t& value) {
   return error == std::errc() && end == text.data() + text.size();
 }
 
+// The number that a column is; 0 when it is none, or none that fits.
+inline std::uint32_t number_or_0(std::string_view text) {
+  std::uint32_t value = 0;
+  return whole_column(text, value) ? value : 0;
+}
+
 inline bool has_leading_zero(std::string_view number) {
   return number.size() > 1 && number.front() == '0';
 }

@@ -11,7 +11,6 @@
 #include "corpus/datafile_format.h"
 #include "import/datafile_writer.h"
 #include "import/function_names.h"
-#include "import/relations.h"
 #include "import/xpos_lengths.h"
 #include "output/number_format.h"
 #include "util/short_runs.h"
@@ -47,14 +46,15 @@ void _check_length(std::string_view text, ColumnName column, std::uint64_t line,
 
 }  // namespace
 
-std::string_view SentenceConverter::_field(std::string_view text) {
-  return is_datafile_field(text) ? text : _texts.keep(datafile_field(text));
+std::string_view SentenceConverter::_field(const TreebankWord& word, std::string_view text) {
+  const bool may_stand = word.is_plain ? !text.empty() : is_datafile_field(text);
+  return may_stand ? text : _texts.keep(datafile_field(text));
 }
 
 void SentenceConverter::_convert_lemma(const TreebankWord& word, DatafileWord& result) {
   const bool is_datafile = _conversion.format == TreebankFormat::datafile;
   result.lemma_is_form = word.lemma.empty() || (word.lemma == "_" && !is_datafile);
-  result.lemma = _field(result.lemma_is_form ? word.form : word.lemma);
+  result.lemma = _field(word, result.lemma_is_form ? word.form : word.lemma);
   result.kept_lemma = kept_lemma(result.lemma);
   const bool protects = result.lemma_is_form ? _conversion.protect_forms : _conversion.protect_lemmas;
   if (!protects || result.kept_lemma.size() == result.lemma.size()) return;
@@ -68,9 +68,9 @@ void SentenceConverter::_convert_tag(const TreebankWord& word, DatafileWord& res
     result.is_odd_tag = _conversion.tag_length != 0 && _conversion.format != TreebankFormat::datafile &&
                         (word.xpos.size() != _conversion.tag_length || word.xpos == "_");
     result.tag = result.is_odd_tag ? _texts.keep(datafile_field(brought_to_length(word.xpos, _conversion.tag_length)))
-                                   : _field(word.xpos);
+                                   : _field(word, word.xpos);
   } else if (_conversion.tag == TagSource::upos) {
-    result.tag = _field(word.upos);
+    result.tag = _field(word, word.upos);
   } else {
     _make_tag(word, result);
   }
@@ -94,16 +94,16 @@ void SentenceConverter::_make_tag(const TreebankWord& word, DatafileWord& result
 const std::vector<DatafileWord>& SentenceConverter::convert(const TreebankSentence& sentence,
                                                             std::vector<TreebankProblem>& problems) {
   _texts.clear();
-  const bool converts = _conversion.relations != nullptr;
-  if (converts) _functions = analytical_functions(sentence, *_conversion.relations);
+  const bool converts = _functions.has_value();
+  const std::vector<std::string_view>* const functions = converts ? &_functions->of(sentence) : nullptr;
   _words.assign(sentence.words.size(), {});
   for (std::size_t i = 0; i < _words.size(); ++i) {
     const TreebankWord& word = sentence.words[i];
     DatafileWord& result = _words[i];
-    result.form = _field(word.form);
+    result.form = _field(word, word.form);
     _convert_lemma(word, result);
     _convert_tag(word, result);
-    result.relation = converts ? std::string_view(_functions[i]) : _field(word.relation);
+    result.relation = converts ? (*functions)[i] : _field(word, word.relation);
     const bool is_known = result.relation != undefined_function &&
                           (converts || _known_relations.get(result.relation, is_analytical_function));
     result.relation_is_undefined = !is_known && word.relation != undefined_function;

@@ -4,12 +4,14 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "corpus/text_cache.h"
 #include "import/relation_map.h"
+#include "import/relations.h"
 #include "import/sentence.h"
 #include "import/tagset.h"
 #include "import/text_arena.h"
@@ -44,7 +46,9 @@ struct DatafileWord {
 // those that follow.
 class SentenceConverter {
  public:
-  explicit SentenceConverter(const Conversion& conversion) : _conversion(conversion) {}
+  explicit SentenceConverter(const Conversion& conversion) : _conversion(conversion) {
+    if (conversion.relations != nullptr) _functions.emplace(*conversion.relations);
+  }
 
   // Converts a sentence whose tree has no fault. Notes a lemma and a tag that are too long as problems, after which the
   // sentence must be skipped. The words are valid until the next call, and as long as the sentence is.
@@ -57,17 +61,17 @@ class SentenceConverter {
     bool has_unknown_values;
   };
 
-  std::string_view _field(std::string_view text);
+  std::string_view _field(const TreebankWord& word, std::string_view text);
   void _convert_lemma(const TreebankWord& word, DatafileWord& result);
   void _convert_tag(const TreebankWord& word, DatafileWord& result);
   void _make_tag(const TreebankWord& word, DatafileWord& result);
 
   Conversion _conversion;
   std::vector<DatafileWord> _words;
-  std::vector<std::string> _functions;
+  std::optional<AnalyticalFunctions> _functions;  // nothing where relations stay
   TextCache<bool, 8> _known_relations;
-  TextArena _texts;                        // of the words, where they differ from those of the sentence
-  TextCache<MadeTag, 10, 128> _made_tags;  // by features
+  TextArena _texts;                       // of the words, where they differ from those of the sentence
+  TextCache<MadeTag, 11, 96> _made_tags;  // by features
   TextCache<char, 5> _word_classes;
 };
 

@@ -11,6 +11,7 @@
 
 #include "companion/errors.h"
 #include "corpus/datafile_format.h"
+#include "import/line_scan.h"
 
 namespace colx {
 
@@ -43,10 +44,8 @@ std::size_t _white_space_size(std::string_view text) {
 // Whether a byte may begin a white-space character.
 constexpr auto may_be_white_space = [] {
   std::array<bool, 256> table{};
-  for (std::size_t byte = 0; byte < table.size(); ++byte)
-    table[byte] = is_white_space(static_cast<char>(byte));
-  for (const unsigned byte : {0xC2U, 0xE1U, 0xE2U, 0xE3U})
-    table[byte] = true;
+  for (unsigned byte = 0; byte < 256; ++byte)
+    table[byte] = is_white_space(static_cast<char>(byte)) || may_begin_wide_space(static_cast<unsigned char>(byte));
   return table;
 }();
 

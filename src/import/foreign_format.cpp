@@ -83,7 +83,7 @@ std::optional<ForeignFormat> _other_columns(std::string_view names_line, std::si
                                      fmt::join(names.begin() + 10, names.end(), ", ")),
                          "cut -f1-10 FILE | ngrex-import reads those of CoNLL-U"};
   return ForeignFormat{
-      fmt::format("CoNLL-U Plus with the columns {}", quoted(fmt::to_string(fmt::join(names, " ")))),
+      fmt::format("CoNLL-U Plus with the columns {}", in_quotes(fmt::to_string(fmt::join(names, " ")))),
       "it can be read when it has the ten columns of CoNLL-U: ID FORM LEMMA UPOS XPOS FEATS HEAD DEPREL DEPS MISC"};
 }
 

@@ -6,13 +6,14 @@
 #include <string_view>
 
 #include "companion/errors.h"
+#include "corpus/datafile_format.h"
 #include "import/relation_tables.h"
 
 namespace colx {
 
 namespace {
 
-using Row = Option<ImportSettings>;
+using OptionRow = Option<ImportSettings>;
 
 const std::string& _path(const GivenOption& given) {
   if (given.value.empty()) reject(given, "the path of a file");
@@ -45,12 +46,11 @@ const RelationTable& _relation_table(const GivenOption& given) {
 }
 
 const std::string& _mask(const GivenOption& given) {
-  if (given.value.empty() || given.value.find_first_not_of("*-") != std::string::npos)
-    reject(given, "a mask of * and -");
+  if (!is_tag_mask(given.value)) reject(given, "a mask of * and -");
   return given.value;
 }
 
-constexpr auto _rows = std::to_array<Row>({
+constexpr auto _rows = std::to_array<OptionRow>({
     {{"-o,--output", "FILE", "write the datafile to FILE; - is standard output, the default"},
      [](ImportSettings& settings, const GivenOption& given) {
        settings.output = _path(given) == "-" ? "" : given.value;

@@ -71,7 +71,7 @@ std::string _listed(const std::map<std::string, std::uint64_t>& counts) {
   constexpr std::size_t most_shown = 100;
   std::string text;
   for (std::size_t i = 0; i < names.size() && i < most_shown; ++i)
-    text += fmt::format("  {:<22}{}\n", quoted(names[i].first), names[i].second);
+    text += fmt::format("  {:<22}{}\n", in_quotes(names[i].first), names[i].second);
   if (names.size() > most_shown) text += fmt::format("  and {} other names\n", names.size() - most_shown);
   return text;
 }
@@ -131,10 +131,24 @@ void ImportReport::_add_word(const TreebankWord& source, const DatafileWord& wor
   if (word.is_odd_tag && ++_odd_tags == 1) _first_odd_tag = {input, source.line};
   if (word.has_unknown_values) {
     ++_words_with_unknown_values;
-    for (std::string& value : unknown_values(source.upos, source.feats))
-      ++_unknown_values[std::move(value)];
+    _add_unknown_values(source.upos, source.feats);
   }
-  if (word.relation_is_undefined) ++_undefined[std::string(source.relation)];
+  if (word.relation_is_undefined)
+    ++*_known_undefined.get(source.relation, [&](std::string_view name) { return &_undefined[std::string(name)]; });
+}
+
+void ImportReport::_add_unknown_values(std::string_view upos, std::string_view feats) {
+  // Neither of them has a TAB.
+  _key.assign(upos).append("\t").append(feats);
+  const ValueCounts counts = _known_values.get(_key, [&](std::string_view) {
+    ValueCounts values{};
+    std::size_t size = 0;
+    for (std::string& value : unknown_values(upos, feats))
+      values.at(size++) = &_unknown_values[std::move(value)];
+    return values;
+  });
+  for (std::size_t i = 0; i < counts.size() && counts[i] != nullptr; ++i)
+    ++*counts[i];
 }
 
 void ImportReport::add_passed(const PassedRows& passed) {

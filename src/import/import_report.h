@@ -2,6 +2,7 @@
 
 // What an import has seen, counted for the report at its end.
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <set>
@@ -14,6 +15,7 @@
 #include "import/datafile_words.h"
 #include "import/sentence.h"
 #include "import/sentence_reader.h"
+#include "import/tagset.h"
 #include "import/text_hash.h"
 
 namespace colx {
@@ -66,6 +68,10 @@ class ImportReport {
     std::string fault() const;
   };
 
+  // Where values of the features of a word are counted, in any order; null behind the last one.
+  using ValueCounts = std::array<std::uint64_t*, feature_positions>;
+
+  void _add_unknown_values(std::string_view upos, std::string_view feats);
   void _add_word(const TreebankWord& source, const DatafileWord& word, const std::string& input);
   std::string _lemma_lines() const;
   std::string _tag_lines() const;
@@ -95,7 +101,10 @@ class ImportReport {
   TreebankPlace _first_odd_tag;
   std::uint64_t _words_with_unknown_values = 0;
   std::map<std::string, std::uint64_t> _unknown_values;
+  TextCache<ValueCounts, 8, 128> _known_values;  // by word class and features
+  std::string _key;
   std::map<std::string, std::uint64_t> _undefined;
+  TextCache<std::uint64_t*, 6> _known_undefined;
   std::uint32_t _most_children = 0;
   TreebankPlace _widest;
   std::size_t _most_words = 0;

@@ -9,7 +9,6 @@
 #include <memory>
 #include <numeric>
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,14 +17,13 @@
 
 #include "companion/descriptor.h"
 #include "companion/errors.h"
-#include "companion/utf8.h"
 #include "import/datafile_words.h"
 #include "import/datafile_writer.h"
+#include "import/extended_list.h"
+#include "import/fault_teller.h"
 #include "import/foreign_format.h"
 #include "import/import_options.h"
 #include "import/import_report.h"
-#include "import/list_file.h"
-#include "import/list_record.h"
 #include "import/reading_bar.h"
 #include "import/relation_tables.h"
 #include "import/sentence_reader.h"
@@ -36,13 +34,6 @@
 namespace colx {
 
 namespace {
-
-// The most faults of an input that cost sentences and are told one by one, unless finding them is all that is wanted.
-constexpr std::uint64_t most_faults_told = 50;
-
-void _say(const std::string& text) {
-  std::fputs(text.c_str(), stderr);
-}
 
 std::size_t _total_size(const std::vector<std::string>& inputs) {
   return std::accumulate(inputs.begin(), inputs.end(), std::size_t{0}, [](std::size_t sum, const std::string& input) {
@@ -56,7 +47,8 @@ class Importer {
   explicit Importer(const ImportSettings& settings)
       : _settings(settings),
         _report(settings.mask),
-        _bar(_total_size(settings.inputs) * (_two_passes() ? 2 : 1), !settings.quiet && !_prints_to_terminal()) {}
+        _bar(_total_size(settings.inputs) * (_two_passes() ? 2 : 1), !settings.quiet && !_prints_to_terminal()),
+        _faults(_bar, settings.check) {}
 
   // Returns the exit status. Throws input_error and output_error.
   int run() {
@@ -68,16 +60,15 @@ class Importer {
     _bar.clear();
     if (_writer) _writer->finish();
     if (_list) _list->add(_writer->paths());
-    if (_record) _write_record();
     if (_writer && !_settings.output.empty()) _warn_of_others();
     const std::string tag_fault = _report.tag_fault();
     if (!_settings.quiet)
-      _say(_report.text() + _counts.text());
+      say(_report.text() + _faults.counts().text());
     else if (_settings.check && !tag_fault.empty())
-      _say(fmt::format("ngrex-import: {}\n", tag_fault));
+      say(fmt::format("ngrex-import: {}\n", tag_fault));
     // The report of a check is its result.
     if (_settings.check && std::ferror(stderr) != 0) throw output_error("cannot write to standard error");
-    const bool wrong = _report.skipped() > 0 || (_settings.check && (_faults > 0 || !tag_fault.empty()));
+    const bool wrong = _report.skipped() > 0 || (_settings.check && (_faults.told() > 0 || !tag_fault.empty()));
     return _settings.strict && wrong ? 1 : 0;
   }
 
@@ -119,7 +110,7 @@ class Importer {
 
   void _look_at_tags(TreebankSource& source, XposLengths& lengths) {
     const TreebankFormat format = _format_of(source);
-    SentenceReader reader(source, format);
+    SentenceReader reader(source, format, WantedFields::xpos);
     TreebankSentence sentence;
     std::vector<TreebankProblem> problems;
     while (format != TreebankFormat::datafile && !lengths.decided() && reader.next(sentence, problems)) {
@@ -136,10 +127,9 @@ class Importer {
   void _open_outputs() {
     if (!_settings.list.empty()) {
       _list.emplace(_settings.list, _kept);
-      _kept.push_back(_list->identity());
       if (_any_treebank) _open_record();
       if (_list->has_carriage_returns())
-        _complain(
+        _faults.complain(
             fmt::format("{}: expected lines that end with LF, found CR LF, of which ngrex takes the CR for a part of "
                         "the path",
                         _settings.list));
@@ -150,22 +140,10 @@ class Importer {
   // Makes sure that a list is extended with datafiles that are made as the others were, or knowingly with different
   // ones.
   void _open_record() {
-    _record.emplace(_settings.list, _kept);
-    _kept.push_back(_record->identity());
-    std::set<std::string> own;
-    if (_settings.split == 0) own.insert(_settings.output);
-    for (std::uint64_t part = 1; _settings.split != 0 && part <= _list->entries(); ++part)
-      own.insert(numbered_path(_settings.output, part));
-    if (!_list->names_others(own)) return;
-    for (std::string& note : _record->compare({_tag_name(), _settings.tag != TagSource::automatic, _refusal},
-                                              {_relations_name(), _settings.functions.has_value(), ""}))
+    for (std::string& note : _list->open_record({_settings.output, _settings.split},
+                                                {_tag_name(), _settings.tag != TagSource::automatic, _refusal},
+                                                {_relations_name(), _settings.functions.has_value(), ""}, _kept))
       _report.add_list_note(std::move(note));
-  }
-
-  // Parts of a former import that this one did not write are others as well.
-  void _write_record() {
-    const auto paths = _writer->paths();
-    _record->write(_tag_name(), _relations_name(), _list->names_others({paths.begin(), paths.end()}));
   }
 
   // As --tag and --relations have it.
@@ -235,21 +213,18 @@ class Importer {
     TreebankSentence sentence;
     std::vector<TreebankProblem> problems;
     std::uint64_t sentences = 0;
-    _faults_of_input = {};
-    _costly_of_input = 0;
-    _untold = 0;
+    _faults.begin_input(source->name(), conversion.format);
     while (reader.next(sentence, problems)) {
       _bar.update(source->bytes_read());
       if (sentence.rows > 0) ++sentences;
       if (sentence.rows > 0 && !must_be_skipped(problems)) _convert(sentence, converter, source->name(), problems);
-      _tell(problems, *source, conversion.format);
+      _faults.tell(problems);
       if (must_be_skipped(problems)) _report.add_skipped(sentence.rows);
     }
-    if (sentences == 0) _complain(fmt::format("{}: expected sentences, found none", source->name()));
-    if (_untold > 0)
-      _say(fmt::format("ngrex-import: {}: further faults: {} (--check tells them all)\n", source->name(), _untold));
+    if (sentences == 0) _faults.complain(fmt::format("{}: expected sentences, found none", source->name()));
+    _faults.end_input();
     // They were told as one fault.
-    if (reader.carriage_returns() > 1) _counts.add(Fault::carriage_return, reader.carriage_returns() - 1);
+    if (reader.carriage_returns() > 1) _faults.count(Fault::carriage_return, reader.carriage_returns() - 1);
     _report.add_passed(reader.passed());
     _bar.finish_input(source->bytes_read());
   }
@@ -266,38 +241,6 @@ class Importer {
     _writer->write(_text, words.size());
   }
 
-  void _complain(const std::string& message) {
-    ++_faults;
-    _bar.clear();
-    _say(fmt::format("ngrex-import: {}\n", printable(message)));
-  }
-
-  void _tell(const std::vector<TreebankProblem>& problems, const TreebankSource& source, TreebankFormat format) {
-    const char* const consequence = !must_be_skipped(problems) ? (_settings.check && format == TreebankFormat::datafile
-                                                                      ? "importing the datafile mends it"
-                                                                      : "read as if it were right")
-                                    : _settings.check          ? "the sentence would be skipped"
-                                                               : "the sentence is skipped";
-    for (const TreebankProblem& problem : problems) {
-      _counts.add(problem.fault);
-      if (!_is_told(problem.fault)) {
-        ++_untold;
-        continue;
-      }
-      const std::string column =
-          problem.column == 0 ? "" : fmt::format("column {} ({}): ", problem.column, problem.column_name);
-      _complain(fmt::format("{}:{}: {}{}; {}", source.name(), problem.line, column, problem.text, consequence));
-    }
-  }
-
-  // Whether another fault of the input in hand is told: of those that cost sentences the first so many, of every other
-  // kind the first.
-  bool _is_told(Fault fault) {
-    const bool is_first = _faults_of_input.of(fault) == 0;
-    _faults_of_input.add(fault);
-    return _settings.check || (costs_sentence(fault) ? ++_costly_of_input <= most_faults_told : is_first);
-  }
-
   // Tells of files that another import of the same output left, as a list may name them too: parts with higher numbers,
   // and a whole file beside parts or parts beside a whole file.
   void _warn_of_others() const {
@@ -312,11 +255,10 @@ class Importer {
     if (!file || std::find(_kept.begin(), _kept.end(), file->identity) != _kept.end()) return;
     const bool is_listed = _list && _list->names(path);
     if (is_listed)
-      _say(
-          fmt::format("ngrex-import: {} is in the list {} but not of this import; ngrex will count its words as well\n",
+      say(fmt::format("ngrex-import: {} is in the list {} but not of this import; ngrex will count its words as well\n",
                       path, _settings.list));
     else if (also_unlisted)
-      _say(fmt::format("ngrex-import: {} is there already and not of this import\n", path));
+      say(fmt::format("ngrex-import: {} is there already and not of this import\n", path));
   }
 
   const ImportSettings& _settings;
@@ -327,17 +269,12 @@ class Importer {
   std::size_t _tag_length = 0;  // of tags from XPOS; 0: any
   std::string _refusal;         // why tags are not taken from XPOS; empty: they are, or were not looked at
   bool _any_treebank = false;   // some input is no datafile
-  std::optional<ListFile> _list;
-  std::optional<ListRecord> _record;
+  std::optional<ExtendedList> _list;
   std::unique_ptr<DatafileWriter> _writer;
   ImportReport _report;
   ReadingBar _bar;
   std::string _text;  // of the sentence in hand
-  std::uint64_t _faults = 0;
-  FaultCounts _counts;
-  FaultCounts _faults_of_input;
-  std::uint64_t _costly_of_input = 0;
-  std::uint64_t _untold = 0;  // of the input in hand
+  FaultTeller _faults;
 };
 
 }  // namespace

@@ -64,7 +64,7 @@ void ListRecord::_read(const std::string& content) {
       throw output_error(
           fmt::format("{}:{}: expected \"tags: \" with xpos, upos or feats, or \"relations: \" with functions or keep, "
                       "found {}; without that file the list is extended unchecked",
-                      _path, number, quoted(line)));
+                      _path, number, in_quotes(line)));
   }
 }
 

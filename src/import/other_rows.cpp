@@ -32,7 +32,7 @@ std::optional<NumberPair> _pair(std::string_view id) {
 std::string _unless_underscore(const std::string_view (&columns)[10], std::size_t column) {
   return columns[column] == "_"
              ? ""
-             : fmt::format("expected _ in {}, found {}", conll_columns.at(column + 1), quoted(columns[column]));
+             : fmt::format("expected _ in {}, found {}", conll_columns.at(column + 1), in_quotes(columns[column]));
 }
 
 }  // namespace
@@ -40,10 +40,11 @@ std::string _unless_underscore(const std::string_view (&columns)[10], std::size_
 std::string OtherRows::add_range(std::string_view id, std::uint64_t words) {
   const auto range = _pair(id);
   if (!range || range->first != words + 1)
-    return fmt::format("expected a range from the next word, {}, found {}", words + 1, quoted(id));
-  if (range->second <= range->first) return fmt::format("expected a range of two words or more, found {}", quoted(id));
+    return fmt::format("expected a range from the next word, {}, found {}", words + 1, in_quotes(id));
+  if (range->second <= range->first)
+    return fmt::format("expected a range of two words or more, found {}", in_quotes(id));
   if (range->first <= _covered)
-    return fmt::format("expected a range behind word {}, which another one covers, found {}", _covered, quoted(id));
+    return fmt::format("expected a range behind word {}, which another one covers, found {}", _covered, in_quotes(id));
   _covered = range->second;
   return "";
 }
@@ -54,7 +55,7 @@ std::string OtherRows::add_empty_node(std::string_view id, std::uint64_t words) 
   ++_nodes;
   const auto node = _pair(id);
   if (node && node->first == words && node->second == _nodes) return "";
-  return fmt::format("expected the empty node {}.{}, found {}", words, _nodes, quoted(id));
+  return fmt::format("expected the empty node {}.{}, found {}", words, _nodes, in_quotes(id));
 }
 
 std::string misused_column_of_range(const std::string_view (&columns)[10]) {

@@ -52,16 +52,16 @@ void RelationMap::_add_line(std::string_view line, std::uint64_t number) {
   };
   const std::size_t tab = line.find('\t');
   if (tab == std::string_view::npos || tab == 0 || line.find('\t', tab + 1) != std::string_view::npos)
-    fail(fmt::format("a relation and a function, separated by one TAB, found {}", quoted(line)));
+    fail(fmt::format("a relation and a function, separated by one TAB, found {}", in_quotes(line)));
   const std::string_view relation = line.substr(0, tab);
   auto rule = _rule(line.substr(tab + 1));
   if (!rule)
     fail(
         fmt::format("an analytical function, parent, parent_Ap, parent_Co, parent_Pa, parent=FUNCTION or punctuation, "
                     "found {}",
-                    quoted(line.substr(tab + 1))));
+                    in_quotes(line.substr(tab + 1))));
   if (!_rules.try_emplace(std::string(relation), std::move(*rule)).second)
-    fail(fmt::format("every relation once, found {} again", quoted(relation)));
+    fail(fmt::format("every relation once, found {} again", in_quotes(relation)));
   _has_classes = _has_classes || relation.find('>') != std::string_view::npos;
 }
 

@@ -42,6 +42,9 @@ class RelationMap {
   // What the name for messages is.
   const std::string& name() const { return _name; }
 
+  // Whether the class of the parent can make a difference.
+  bool has_classes() const { return _has_classes; }
+
   // The line of a relation, below a parent of that word class (empty: below none); else that of the relation without
   // its last part, which begins with ':' or '@', and so on. Nothing when there is none. Valid as long as the map.
   const RelationRule* find(std::string_view relation, std::string_view parent_class) const;

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
-#include <optional>
 #include <span>
 #include <string_view>
 
+#include "corpus/dependencies.h"
 #include "import/function_names.h"
 
 namespace colx {
@@ -14,39 +14,6 @@ namespace colx {
 namespace {
 
 using Source = RelationRule::Source;
-
-// What a word's relation says of it; the text lives as long as sentence and table.
-struct Rule {
-  Source source = Source::itself;
-  std::string_view text;
-};
-
-Rule _rule(std::string_view relation, std::string_view parent_class, const RelationMap& map) {
-  if (const RelationRule* const rule = map.find(relation, parent_class)) return {rule->source, rule->text};
-  if (is_analytical_function(relation)) return {Source::itself, relation};
-  if (const auto function = function_in_other_spelling(relation)) return {Source::itself, *function};
-  if (const RelationRule* const rule = map.find(in_small_letters(relation), parent_class))
-    return {rule->source, rule->text};
-  return {Source::itself, undefined_function};
-}
-
-std::vector<Rule> _rules(const TreebankSentence& sentence, const RelationMap& map) {
-  std::vector<Rule> rules;
-  rules.reserve(sentence.words.size());
-  for (const TreebankWord& word : sentence.words) {
-    const std::string_view parent_class =
-        word.parent == 0 ? "" : std::string_view(sentence.words[word.parent - 1].upos);
-    rules.push_back(_rule(word.relation, parent_class, map));
-  }
-  return rules;
-}
-
-// A function with another suffix in place of its own.
-std::string _with_suffix(std::string_view function, std::string_view suffix) {
-  const std::string_view base = function.substr(0, function.find('_'));
-  if (base == undefined_function || base == "Head") return std::string(base);
-  return std::string(base).append(suffix);
-}
 
 // Whether a text is made of one or more of the given characters.
 bool _consists_of(std::string_view text, std::span<const std::string_view> characters) {
@@ -100,63 +67,93 @@ constexpr std::string_view final_marks[] = {
     "\xEF\xBD\xA1",  // halfwidth ideographic full stop
 };
 
+std::string_view _punctuation(const TreebankWord& word, bool is_final) {
+  if (std::find(std::begin(commas), std::end(commas), word.form) != std::end(commas)) return "AuxX";
+  return is_final ? "AuxK" : "AuxG";
+}
+
+}  // namespace
+
+AnalyticalFunctions::Rule AnalyticalFunctions::_find(std::string_view relation, std::string_view parent_class) const {
+  if (const RelationRule* const rule = _map->find(relation, parent_class)) return {rule->source, rule->text};
+  if (is_analytical_function(relation))
+    return {Source::itself, dependency2cstring(string2dependency(std::string(relation)))};
+  if (const auto function = function_in_other_spelling(relation)) return {Source::itself, *function};
+  if (const RelationRule* const rule = _map->find(in_small_letters(relation), parent_class))
+    return {rule->source, rule->text};
+  return {Source::itself, undefined_function};
+}
+
+AnalyticalFunctions::Rule AnalyticalFunctions::_known(std::string_view relation, std::string_view parent_class) {
+  if (!_map->has_classes())
+    return _known_rules.get(relation, [&](std::string_view) { return _find(relation, parent_class); });
+  // Neither of them has a TAB.
+  _key.assign(parent_class).append("\t").append(relation);
+  return _known_rules.get(_key, [&](std::string_view) { return _find(relation, parent_class); });
+}
+
+void AnalyticalFunctions::_take_rules(const TreebankSentence& sentence) {
+  _rules.clear();
+  for (const TreebankWord& word : sentence.words)
+    _rules.push_back(_known(word.relation, word.parent == 0 ? "" : sentence.words[word.parent - 1].upos));
+}
+
 // The word that ends the sentence: of the punctuation behind the last other word the last one that is a final mark, or
 // else simply the last one. The number of words when the sentence does not end with punctuation.
-std::size_t _final_word(const TreebankSentence& sentence, const std::vector<Rule>& rules) {
-  const std::size_t size = rules.size();
+std::size_t AnalyticalFunctions::_final_word(const TreebankSentence& sentence) const {
+  const std::size_t size = _rules.size();
   std::size_t last = size;
-  for (std::size_t i = size; i > 0 && rules[i - 1].source == Source::punctuation; --i) {
+  for (std::size_t i = size; i > 0 && _rules[i - 1].source == Source::punctuation; --i) {
     if (_consists_of(sentence.words[i - 1].form, final_marks)) return i - 1;
     if (last == size) last = i - 1;
   }
   return last;
 }
 
-std::string _punctuation(const TreebankWord& word, bool is_final) {
-  if (std::find(std::begin(commas), std::end(commas), word.form) != std::end(commas)) return "AuxX";
-  return is_final ? "AuxK" : "AuxG";
+// A function with another suffix in place of its own.
+std::string_view AnalyticalFunctions::_with_suffix(std::string_view function, std::string_view suffix) {
+  const std::string_view base = function.substr(0, function.find('_'));
+  if (suffix.empty() || base == undefined_function || base == "Head") return base;
+  return _texts.keep(std::string(base).append(suffix));
 }
 
-// The functions of the phrases that the words are the heads of, or would be without their function words.
-std::vector<std::string> _phrase_functions(const TreebankSentence& sentence, const std::vector<Rule>& rules) {
+// Finds the functions of the phrases that the words are the heads of, or would be without their function words.
+void AnalyticalFunctions::_find_phrase_functions(const TreebankSentence& sentence) {
   const auto& words = sentence.words;
-  const std::size_t final_word = _final_word(sentence, rules);
-  std::vector<std::string> functions(words.size());
-  std::vector<std::size_t> waiting;  // words that take the function of the one before them
+  const std::size_t final_word = _final_word(sentence);
+  _functions.assign(words.size(), {});
   for (std::size_t start = 0; start < words.size(); ++start) {
     std::size_t at = start;
-    while (functions[at].empty()) {
-      if (rules[at].source == Source::parent || rules[at].source == Source::phrase) {
-        waiting.push_back(at);
+    while (_functions[at].empty()) {
+      const Rule& rule = _rules[at];
+      if (rule.source == Source::parent || rule.source == Source::phrase) {
+        _waiting.push_back(at);
         if (words[at].parent == 0) break;
         at = words[at].parent - 1;
-      } else if (rules[at].source == Source::punctuation) {
-        functions[at] = _punctuation(words[at], at == final_word);
+      } else if (rule.source == Source::punctuation) {
+        _functions[at] = _punctuation(words[at], at == final_word);
       } else {
-        functions[at] = rules[at].text;
+        _functions[at] = rule.text;
       }
     }
-    for (; !waiting.empty(); waiting.pop_back()) {
-      const std::size_t word = waiting.back();
+    for (; !_waiting.empty(); _waiting.pop_back()) {
+      const std::size_t word = _waiting.back();
       const std::uint32_t parent = words[word].parent;
-      const std::string_view function = parent == 0 ? std::string_view("Pred") : functions[parent - 1];
-      functions[word] =
-          rules[word].source == Source::phrase ? std::string(function) : _with_suffix(function, rules[word].text);
+      const std::string_view function = parent == 0 ? std::string_view("Pred") : _functions[parent - 1];
+      _functions[word] = _rules[word].source == Source::phrase ? function : _with_suffix(function, _rules[word].text);
     }
   }
-  return functions;
 }
 
-}  // namespace
-
-std::vector<std::string> analytical_functions(const TreebankSentence& sentence, const RelationMap& map) {
-  const std::vector<Rule> rules = _rules(sentence, map);
-  std::vector<std::string> functions = _phrase_functions(sentence, rules);
-  for (std::size_t i = 0; i < rules.size(); ++i) {
+const std::vector<std::string_view>& AnalyticalFunctions::of(const TreebankSentence& sentence) {
+  _texts.clear();
+  _take_rules(sentence);
+  _find_phrase_functions(sentence);
+  for (std::size_t i = 0; i < _rules.size(); ++i) {
     const std::uint32_t parent = sentence.words[i].parent;
-    if (rules[i].source == Source::phrase && parent != 0) functions[parent - 1] = rules[i].text;
+    if (_rules[i].source == Source::phrase && parent != 0) _functions[parent - 1] = _rules[i].text;
   }
-  return functions;
+  return _functions;
 }
 
 }  // namespace colx

@@ -8,7 +8,7 @@
 
 namespace colx {
 
-std::string quoted(std::string_view text) {
+std::string in_quotes(std::string_view text) {
   constexpr std::size_t longest = 40;
   std::size_t size = std::min(text.size(), longest);
   // A character of several bytes is not cut in two.

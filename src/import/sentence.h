@@ -25,6 +25,7 @@ struct TreebankWord {
   std::uint32_t parent = 0;  // position of the parent, from 1, or 0
   std::string_view relation;
   std::uint64_t line = 0;
+  bool is_plain = false;  // it is known that no field has white space
 };
 
 // The words in order; the position of a word is its index and 1. Their fields are views into `texts`, or into what
@@ -49,7 +50,7 @@ struct TreebankProblem {
 bool must_be_skipped(const std::vector<TreebankProblem>& problems);
 
 // A text for a message: in quotes, at most some forty bytes of it, control characters replaced.
-std::string quoted(std::string_view text);
+std::string in_quotes(std::string_view text);
 
 // Stands at the beginning of some files, and within those that were put together from several of them.
 inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";

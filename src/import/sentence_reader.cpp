@@ -143,7 +143,7 @@ void SentenceReader::_note_end_of_input(const TreebankSentence& sentence, std::v
 }
 
 void SentenceReader::_end_sentence(TreebankSentence& sentence, bool joined, std::vector<TreebankProblem>& problems) {
-  if (!_line_held) _close_opening(problems);
+  if (!_line_held && !_opening.if_inside.empty()) _close_opening(problems);
   if (_other_rows.covered() > sentence.rows) {
     std::string text = fmt::format("expected a range within the sentence of {} words, found one up to {}",
                                    sentence.rows, _other_rows.covered());
@@ -181,18 +181,19 @@ void SentenceReader::_note(std::vector<TreebankProblem>& problems, Fault fault, 
 
 // What could have opened the next sentence stands in this one.
 void SentenceReader::_close_opening(std::vector<TreebankProblem>& problems) {
-  if (_opening.if_inside.empty()) return;
   std::move(_opening.if_inside.begin(), _opening.if_inside.end(), std::back_inserter(problems));
   _opening = {};
 }
 
 // Looks at the line and notes where its TABs are.
 LineTraits SentenceReader::_scan_line() {
-  _tab_count = 0;
-  return scan_line(_line, [&](std::size_t at) {
-    if (_tab_count < _tabs.size()) _tabs[_tab_count] = at;
-    ++_tab_count;
+  std::size_t count = 0;
+  const LineTraits traits = scan_line(_line, [&](std::size_t at) {
+    if (count < _tabs.size()) _tabs[count] = at;
+    ++count;
   });
+  _tab_count = count;
+  return traits;
 }
 
 // Cuts the line at its TABs, as split_columns does it.
@@ -210,7 +211,7 @@ std::size_t SentenceReader::_cut_line(std::string_view (&columns)[10]) const {
 void SentenceReader::_add_line(TreebankSentence& sentence, std::vector<TreebankProblem>& problems) {
   const bool conllu = _format == TreebankFormat::conllu;
   const LineTraits traits = _format == TreebankFormat::datafile ? LineTraits{.blanks = true} : _scan_line();
-  if (conllu && traits.not_ascii && !is_utf8(_line))
+  if (_checks_format && traits.not_ascii && !is_utf8(_line))
     _note(problems, Fault::not_utf8, 0, "expected text in UTF-8, found bytes that are none");
   if (sentence.rows == 0) sentence.line = _source.line_number();
   if (traits.blanks && _line.find('\0') != std::string_view::npos) {
@@ -230,22 +231,22 @@ void SentenceReader::_add_line(TreebankSentence& sentence, std::vector<TreebankP
 // Notes a row that cannot be taken apart; after it orders are not checked.
 void SentenceReader::_note_broken_row(TreebankSentence& sentence, std::vector<TreebankProblem>& problems, Fault fault,
                                       std::string text) {
-  _close_opening(problems);
+  if (!_opening.if_inside.empty()) _close_opening(problems);
   ++sentence.rows;
   _orders_broken = true;
   _note(problems, fault, 0, std::move(text));
 }
 
-// Checks that a row continues the run of orders; of a sentence only the first break is noted.
-bool SentenceReader::_check_order(std::string_view text, TreebankSentence& sentence,
+// Checks that a row continues the run of orders, which begins at 1; of a sentence only the first break is noted. The
+// order is 0 where the text is no number.
+bool SentenceReader::_check_order(std::uint32_t order, std::string_view text, TreebankSentence& sentence,
                                   std::vector<TreebankProblem>& problems) {
-  _close_opening(problems);
+  if (!_opening.if_inside.empty()) _close_opening(problems);
   ++sentence.rows;
   if (_orders_broken) return false;
-  std::uint32_t order = 0;
-  if (!whole_column(text, order) || order != sentence.rows) {
+  if (order != sentence.rows) {
     _orders_broken = true;
-    _note(problems, Fault::order, 1, fmt::format("expected the number {}, found {}", sentence.rows, quoted(text)));
+    _note(problems, Fault::order, 1, fmt::format("expected the number {}, found {}", sentence.rows, in_quotes(text)));
     return false;
   }
   _begins_with_one = true;
@@ -297,47 +298,64 @@ void SentenceReader::_add_other_row(bool is_range, const std::string_view (&colu
   }
 }
 
-void SentenceReader::_add_conll_row(const LineTraits& traits, TreebankSentence& sentence,
-                                    std::vector<TreebankProblem>& problems) {
+// Adds a row of a range, of an empty node or of another number of columns than ten; returns whether it is one.
+bool SentenceReader::_add_row_without_word(TreebankSentence& sentence, std::vector<TreebankProblem>& problems) {
   std::string_view columns[10];
   const std::size_t count = _cut_line(columns);
-  if (const bool odd = traits.blanks || traits.empty_column; odd && count == 10 && _format == TreebankFormat::conllu)
-    check_columns(columns, _source.line_number(), problems);
   const RowKind kind = row_kind(columns[0]);
   if (kind == RowKind::range || kind == RowKind::empty_node) {
     _add_other_row(kind == RowKind::range, columns, count, sentence, problems);
-    return;
+    return true;
   }
-  if (count != 10) {
-    _note_broken_row(sentence, problems, Fault::columns,
-                     fmt::format("expected 10 columns separated by TAB, found {}", count));
-    return;
+  if (count == 10) return false;
+  _note_broken_row(sentence, problems, Fault::columns,
+                   fmt::format("expected 10 columns separated by TAB, found {}", count));
+  return true;
+}
+
+void SentenceReader::_add_conll_row(const LineTraits& traits, TreebankSentence& sentence,
+                                    std::vector<TreebankProblem>& problems) {
+  const bool has_ten_columns = _tab_count == 9;
+  if (_checks_format && has_ten_columns && (traits.blanks || traits.empty_column)) {
+    std::string_view columns[10];
+    _cut_line(columns);
+    check_columns(columns, _source.line_number(), problems);
   }
-  const bool in_order = _check_order(columns[0], sentence, problems);
-  const std::string_view head = columns[conll_head - 1];
+  const std::uint32_t order = has_ten_columns ? number_or_0(_column(0)) : 0;
+  if (order == 0 && _add_row_without_word(sentence, problems)) return;
+  const bool in_order = _check_order(order, _column(0), sentence, problems);
+  const std::string_view head = _column(conll_head - 1);
   std::uint32_t parent = 0;
   if (!whole_column(head, parent)) {
     _note(problems, Fault::parent, conll_head,
-          fmt::format("expected the number of a word or 0, found {}", quoted(head)));
+          fmt::format("expected the number of a word or 0, found {}", in_quotes(head)));
     return;
   }
-  if (_format == TreebankFormat::conllu) {
+  if (_checks_format) {
     for (const unsigned column : {1U, conll_head})
-      if (has_leading_zero(columns[column - 1]))
+      if (has_leading_zero(_column(column - 1)))
         _note(problems, Fault::leading_zero, column,
-              fmt::format("expected a number without leading zeros, found {}", quoted(columns[column - 1])));
+              fmt::format("expected a number without leading zeros, found {}", in_quotes(_column(column - 1))));
   }
-  if (!in_order) return;
-  const KeptFields kept(columns[1], columns[7], sentence.texts);
+  if (in_order) _add_conll_word(traits, parent, sentence);
+}
+
+void SentenceReader::_add_conll_word(const LineTraits& traits, std::uint32_t parent, TreebankSentence& sentence) {
   TreebankWord& word = sentence.words.emplace_back();
-  word.form = kept(columns[1]);
-  word.lemma = kept(columns[2]);
-  word.upos = kept(columns[3]);
-  word.xpos = kept(columns[4]);
-  word.feats = kept(columns[5]);
   word.parent = parent;
-  word.relation = kept(columns[7]);
   word.line = _source.line_number();
+  if (_wanted == WantedFields::xpos) {
+    word.xpos = sentence.texts.keep(_column(4));
+    return;
+  }
+  word.is_plain = !traits.blanks && !traits.wide_space;
+  const KeptFields kept(_column(1), _column(7), sentence.texts);
+  word.form = kept(_column(1));
+  word.lemma = kept(_column(2));
+  word.upos = kept(_column(3));
+  word.xpos = kept(_column(4));
+  word.feats = kept(_column(5));
+  word.relation = kept(_column(7));
 }
 
 void SentenceReader::_add_datafile_row(TreebankSentence& sentence, std::vector<TreebankProblem>& problems) {
@@ -352,7 +370,7 @@ void SentenceReader::_add_datafile_row(TreebankSentence& sentence, std::vector<T
                      fmt::format("expected 6 fields separated by white space, found {}", count));
     return;
   }
-  const bool in_order = _check_order(fields[0], sentence, problems);
+  const bool in_order = _check_order(number_or_0(fields[0]), fields[0], sentence, problems);
   if (is_white_space(_line.back())) {
     _note(problems, Fault::trailing_space, 0,
           "expected the line to end with its sixth field, found white space, which ends the sentence");
@@ -360,7 +378,7 @@ void SentenceReader::_add_datafile_row(TreebankSentence& sentence, std::vector<T
   std::uint32_t parent = 0;
   if (!whole_column(fields[datafile_parent - 1], parent)) {
     _note(problems, Fault::parent, datafile_parent,
-          fmt::format("expected the number of a word or 0, found {}", quoted(fields[datafile_parent - 1])));
+          fmt::format("expected the number of a word or 0, found {}", in_quotes(fields[datafile_parent - 1])));
     return;
   }
   if (!in_order) return;

@@ -3,11 +3,10 @@
 // Copies of short texts that are all given up together.
 
 #include <cstddef>
+#include <cstring>
 #include <memory>
 #include <string_view>
 #include <vector>
-
-#include "util/short_runs.h"
 
 namespace colx {
 
@@ -18,7 +17,7 @@ class TextArena {
   // Copies a text; the view of the copy is valid until the next `clear`.
   std::string_view keep(std::string_view text) {
     char* const copy = _space(text.size());
-    copy_bytes(copy, text.data(), text.size());
+    if (!text.empty()) std::memcpy(copy, text.data(), text.size());
     return {copy, text.size()};
   }
 

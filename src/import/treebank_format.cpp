@@ -106,7 +106,8 @@ std::string describe_first_row(std::string_view beginning) {
     if (lines.is_comment()) continue;
     const std::size_t column_count = split_columns(lines.line(), columns);
     if (column_count == 10)
-      return fmt::format("line {} has {} where the number of a word is expected", lines.number(), quoted(columns[0]));
+      return fmt::format("line {} has {} where the number of a word is expected", lines.number(),
+                         in_quotes(columns[0]));
     return fmt::format("line {} has {} columns separated by TAB and {} fields separated by white space", lines.number(),
                        column_count, split_fields(lines.line(), fields));
   }

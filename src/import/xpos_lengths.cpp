@@ -24,11 +24,15 @@ bool _is_specified(std::string_view xpos) {
 }  // namespace
 
 void XposLengths::add(std::string_view xpos, const std::string& input, std::uint64_t line) {
-  Group& group = _groups[_is_specified(xpos) ? xpos.size() : 0];
-  if (++group.words == 1) {
-    group.first = _words;
-    group.tag = xpos;
-    group.place = fmt::format("{}:{}", input, line);
+  const std::size_t length = _is_specified(xpos) ? xpos.size() : 0;
+  if (_last == nullptr || length != _last_length) {
+    _last = &_groups[length];
+    _last_length = length;
+  }
+  if (++_last->words == 1) {
+    _last->first = _words;
+    _last->tag = xpos;
+    _last->place = fmt::format("{}:{}", input, line);
   }
   ++_words;
 }
@@ -68,7 +72,7 @@ std::string XposLengths::refusal() const {
   return fmt::format(
       "XPOS is not taken: expected tags of length {}, found {} at {}; of the first {} words {} have "
       "no tag of that length",
-      common, quoted(first->tag), first->place, _words, _odd());
+      common, in_quotes(first->tag), first->place, _words, _odd());
 }
 
 std::string brought_to_length(std::string_view xpos, std::size_t length) {

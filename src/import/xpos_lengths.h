@@ -41,6 +41,8 @@ class XposLengths {
   std::uint64_t _odd() const;
 
   std::map<std::size_t, Group> _groups;  // by length
+  std::size_t _last_length = 0;
+  Group* _last = nullptr;  // of that length; null: no word yet
   std::uint64_t _words = 0;
 };
 

@@ -15,7 +15,7 @@ namespace colx::table {
 
 namespace {
 
-using Row = Option<Options>;
+using OptionRow = Option<Options>;
 
 std::vector<std::string> _split_list(const GivenOption& given) {
   std::vector<std::string> result;
@@ -73,7 +73,7 @@ void _read_other(Options& options, Input kind, const GivenOption& given) {
   options.input = _input(given);
 }
 
-constexpr auto _rows = std::to_array<Row>({
+constexpr auto _rows = std::to_array<OptionRow>({
     {{"-o,--output", "FILE", "write the table to FILE; - is standard output, the default"},
      [](Options& options, const GivenOption& given) { options.output = _path(given); }},
     {{"--columns", "LIST", "columns to print instead of the default ones, separated by commas"},

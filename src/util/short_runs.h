@@ -20,9 +20,10 @@ namespace colx {
     std::memcpy(&head, bytes, 4);
     std::memcpy(&tail, bytes + length - 4, 4);
     word = head | std::uint64_t{tail} << (8 * (length - 4));
-  } else {
-    for (std::size_t i = 0; i < length; ++i)
-      word |= std::uint64_t{static_cast<unsigned char>(bytes[i])} << (8 * i);
+  } else if (length > 0) {
+    // Of one and two bytes some are taken twice.
+    const auto byte = [&](std::size_t i) { return std::uint64_t{static_cast<unsigned char>(bytes[i])} << (8 * i); };
+    word = byte(0) | byte(length / 2) | byte(length - 1);
   }
   return word;
 }
@@ -50,9 +51,12 @@ namespace colx {
     std::memcpy(&tail, from + length - 4, 4);
     std::memcpy(to, &head, 4);
     std::memcpy(to + length - 4, &tail, 4);
-  } else {
-    for (std::size_t i = 0; i < length; ++i)
-      to[i] = from[i];
+  } else if (length > 0) {
+    const char middle = from[length / 2];
+    const char last = from[length - 1];
+    to[0] = from[0];
+    to[length / 2] = middle;
+    to[length - 1] = last;
   }
   return to + length;
 }

@@ -8,7 +8,7 @@ namespace colx::cli {
 namespace {
 
 // An adjective before its noun. The filter sees the tags from the last word to the first: N, A.
-const std::string pair_corpus =
+const std::string adjective_corpus =
     "1 w heavy A 2 Atr\n"
     "2 w rain N 0 Sb\n"
     "\n";
@@ -29,15 +29,15 @@ class FiltersTest : public CliTest {
 };
 
 TEST_F(FiltersTest, FirstPatternConstrainsTheLastWord) {
-  EXPECT_EQ(overall_matches(pair_corpus, "N A\n"), " N A\t1\n\n");
-  EXPECT_EQ(overall_matches(pair_corpus, "A N\n"), " A N\t0\n\n");
+  EXPECT_EQ(overall_matches(adjective_corpus, "N A\n"), " N A\t1\n\n");
+  EXPECT_EQ(overall_matches(adjective_corpus, "A N\n"), " A N\t0\n\n");
   EXPECT_EQ(overall_matches("1 w a A 2 Atr\n2 w b B 3 Atr\n3 w c C 0 Sb\n\n", "A B C\nC B A\n", "*", "3"),
             " A B C\t0\n C B A\t1\n\n");
 }
 
 TEST_F(FiltersTest, FilteredPairsAreStillCountedByTheirAdmittedParts) {
   // The rain is admitted where the rule asks for N; neither the pair nor heavy alone pass the X.
-  EXPECT_EQ(overall_matches(pair_corpus, "N X\n"), " N X\t0\n\n");
+  EXPECT_EQ(overall_matches(adjective_corpus, "N X\n"), " N X\t0\n\n");
   const std::string counts =
       "# of words: 2\n"
       "# of sentences: 1\n"
@@ -62,41 +62,41 @@ TEST_F(FiltersTest, FilteredPairsAreStillCountedByTheirAdmittedParts) {
 
 TEST_F(FiltersTest, FilteredPairsCountInTheWholeNumber) {
   // Two pairs, one admitted: F = {2, 1, 1, 1}; cells 2 - 0 - 0 - 1 = 1, 1 - 1 = 0, 1 - 1 = 0, 1.
-  overall_matches(pair_corpus + "1 w old X 2 Atr\n2 w man Y 0 Sb\n\n", "N A\n");
+  overall_matches(adjective_corpus + "1 w old X 2 Atr\n2 w man Y 0 Sb\n\n", "N A\n");
   EXPECT_EQ(read("output").find("1\theavy\tA\t2\tAtr\n2\train\tN\t0\tHead\n1\t0\t0\t1\n"), 0u);
   EXPECT_NE(read("statistics").find("# of 2-grams extracted: 2\n# of 2-grams passed: 1\n# of 2-grams filtered: 1\n"),
             std::string::npos);
 }
 
 TEST_F(FiltersTest, FirstRuleThatAdmitsIsCounted) {
-  EXPECT_EQ(overall_matches(pair_corpus, "N -\n- A\nN -\n"), " N -\t1\n - A\t0\n N -\t0\n\n");
-  EXPECT_EQ(overall_matches(pair_corpus, "X -\n- A\n- -\n"), " X -\t0\n - A\t1\n - -\t0\n\n");
+  EXPECT_EQ(overall_matches(adjective_corpus, "N -\n- A\nN -\n"), " N -\t1\n - A\t0\n N -\t0\n\n");
+  EXPECT_EQ(overall_matches(adjective_corpus, "X -\n- A\n- -\n"), " X -\t0\n - A\t1\n - -\t0\n\n");
 }
 
 TEST_F(FiltersTest, LinesOfAnotherMemberCountAreDropped) {
   // One pattern, three, two spaces between, a leading space too many, a tab instead of a space.
-  EXPECT_EQ(overall_matches(pair_corpus, "N\nN A X\nN  A\n N A\nN\tA\n\nN A\n"), " N A\t1\n\n");
+  EXPECT_EQ(overall_matches(adjective_corpus, "N\nN A X\nN  A\n N A\nN\tA\n\nN A\n"), " N A\t1\n\n");
 }
 
 TEST_F(FiltersTest, TrailingSpaceAddsNoMember) {
-  EXPECT_EQ(overall_matches(pair_corpus, "N A \n"), " N A\t1\n\n");
+  EXPECT_EQ(overall_matches(adjective_corpus, "N A \n"), " N A\t1\n\n");
   // Two of them add an empty one.
-  EXPECT_EQ(overall_matches(pair_corpus, "N A  \nN -\n"), " N -\t1\n\n");
+  EXPECT_EQ(overall_matches(adjective_corpus, "N A  \nN -\n"), " N -\t1\n\n");
 }
 
 TEST_F(FiltersTest, LeadingSpaceMakesAnEmptyMemberThatConstrainsNothing) {
-  EXPECT_EQ(overall_matches(pair_corpus, " A\n"), "  A\t1\n\n");
-  EXPECT_EQ(overall_matches(pair_corpus, " X\n"), "  X\t0\n\n");
+  EXPECT_EQ(overall_matches(adjective_corpus, " A\n"), "  A\t1\n\n");
+  EXPECT_EQ(overall_matches(adjective_corpus, " X\n"), "  X\t0\n\n");
 }
 
 TEST_F(FiltersTest, LastRuleNeedsNoLineEnd) {
-  EXPECT_EQ(overall_matches(pair_corpus, "X X\nN A"), " X X\t0\n N A\t1\n\n");
+  EXPECT_EQ(overall_matches(adjective_corpus, "X X\nN A"), " X X\t0\n N A\t1\n\n");
 }
 
 TEST_F(FiltersTest, CarriageReturnBelongsToThePattern) {
   // The tag is shorter, and only the common length is compared.
-  EXPECT_EQ(overall_matches(pair_corpus, "N A\r\n"), " N A\r\t1\n\n");
-  EXPECT_EQ(overall_matches(pair_corpus, "N A\r\n", "**"), " N A\r\t0\n\n");  // the tag is "A-" here
+  EXPECT_EQ(overall_matches(adjective_corpus, "N A\r\n"), " N A\r\t1\n\n");
+  EXPECT_EQ(overall_matches(adjective_corpus, "N A\r\n", "**"), " N A\r\t0\n\n");  // the tag is "A-" here
 }
 
 TEST_F(FiltersTest, OnlyTheCommonLengthIsCompared) {
@@ -113,12 +113,12 @@ TEST_F(FiltersTest, PatternsAreComparedWithMaskedTags) {
 }
 
 TEST_F(FiltersTest, EmptyTagsAreAdmittedByTheFirstRule) {
-  EXPECT_EQ(overall_matches(pair_corpus, "X X\nN A\n", ""), " X X\t1\n N A\t0\n\n");
+  EXPECT_EQ(overall_matches(adjective_corpus, "X X\nN A\n", ""), " X X\t1\n N A\t0\n\n");
 }
 
 TEST_F(FiltersTest, FilterWithoutRulesIsOff) {
   for (const char* rules : {"", "\n\n", "N\nN A X\n"}) {
-    EXPECT_EQ(overall_matches(pair_corpus, rules), "\n");
+    EXPECT_EQ(overall_matches(adjective_corpus, rules), "\n");
     EXPECT_EQ(read("filter"), "Overall passed 2-grams statistics:\n\n");
     EXPECT_EQ(read("statistics").find("passed"), std::string::npos);
     EXPECT_NE(read("output"), "\n");
@@ -141,8 +141,8 @@ TEST_F(FiltersTest, GapOfAPatternConstrainsNothing) {
 }
 
 TEST_F(FiltersTest, StatisticsOfDatafilesStandInTheByteOrderOfTheirPaths) {
-  write("b", pair_corpus + pair_corpus);
-  write("a", pair_corpus);
+  write("b", adjective_corpus + adjective_corpus);
+  write("a", adjective_corpus);
   write("Z", "1 w x X 0 Sb\n\n");
   write("list", "b\na\nZ\n");
   write("rules", "N A\nX X\n");
@@ -155,7 +155,7 @@ TEST_F(FiltersTest, StatisticsOfDatafilesStandInTheByteOrderOfTheirPaths) {
 }
 
 TEST_F(FiltersTest, DatafileThatStandsTwiceHasOneBlock) {
-  write_corpus(pair_corpus);
+  write_corpus(adjective_corpus);
   write("list", "corpus.dat\ncorpus.dat\n");
   write("rules", "N A\n");
   run_clean("2", {"-m", "*", "-f", "rules", "-fs", "filter"});
@@ -169,7 +169,7 @@ TEST_F(FiltersTest, BlockOfADatafileIsThatOfItsFirstReading) {
   write("list", "/dev/stdin\n/dev/stdin\n");
   write("rules", "N A\n");
   RunOptions options;
-  options.input = pair_corpus;
+  options.input = adjective_corpus;
   EXPECT_EQ(run_job("2", {"-m", "*", "-f", "rules", "-fs", "filter"}, options).status, 0);
   EXPECT_EQ(read("filter"),
             "Passed 2-grams statistics for datafile /dev/stdin:\n N A\t1\n\n"

@@ -22,20 +22,14 @@ namespace colx::cli {
 
 namespace {
 
-constexpr unsigned int seconds_until_alarm = 300;
-
 struct Pipe {
   int reading = -1;
   int writing = -1;
 };
 
-[[noreturn]] void _fail(const char* what) {
-  throw std::system_error(errno, std::generic_category(), what);
-}
-
 Pipe _make_pipe() {
   std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC) != 0) _fail("pipe2");
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) fail_call("pipe2");
   return {ends[0], ends[1]};
 }
 
@@ -89,7 +83,7 @@ void _exchange(const RunOptions& options, int& to_child, int& out, int& err, Run
     std::array<pollfd, 3> waits{{{out, POLLIN, 0}, {err, POLLIN, 0}, {input_open ? to_child : -1, POLLOUT, 0}}};
     if (poll(waits.data(), waits.size(), -1) < 0) {
       if (errno == EINTR) continue;
-      _fail("poll");
+      fail_call("poll");
     }
     if (waits[0].revents != 0) _drain(out, result.out);
     if (waits[1].revents != 0) _drain(err, result.err);
@@ -114,6 +108,10 @@ bool _is_timer_line(std::string_view line) {
 
 }  // namespace
 
+void fail_call(const char* what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
+
 RunResult run_program(const Arguments& arguments, const RunOptions& options) {
   std::string program = _program_path();
   Arguments copies = arguments;
@@ -130,13 +128,13 @@ RunResult run_program(const Arguments& arguments, const RunOptions& options) {
     _close(input.reading);
     input.reading = open("/dev/null", O_RDONLY | O_CLOEXEC);
   } else if (fcntl(input.writing, F_SETFL, O_NONBLOCK) != 0) {
-    _fail("fcntl");
+    fail_call("fcntl");
   }
 
   // A child that ends without reading its input must not end the tests.
   auto* const old_handler = std::signal(SIGPIPE, SIG_IGN);
   const pid_t child = fork();
-  if (child < 0) _fail("fork");
+  if (child < 0) fail_call("fork");
   if (child == 0) _become_program(words, options, input.reading, output.writing, error.writing);
   _close(input.reading);
   _close(output.writing);
@@ -147,7 +145,7 @@ RunResult run_program(const Arguments& arguments, const RunOptions& options) {
   _close(input.writing);
   int wait_status = 0;
   while (waitpid(child, &wait_status, 0) < 0) {
-    if (errno != EINTR) _fail("waitpid");
+    if (errno != EINTR) fail_call("waitpid");
   }
   std::signal(SIGPIPE, old_handler);
   if (WIFEXITED(wait_status)) result.status = WEXITSTATUS(wait_status);
@@ -181,7 +179,7 @@ std::string read_file(const std::string& path) {
 
 CliTest::CliTest() {
   std::string pattern = (std::filesystem::temp_directory_path() / "ngrex-cli-XXXXXX").string();
-  if (mkdtemp(pattern.data()) == nullptr) _fail("mkdtemp");
+  if (mkdtemp(pattern.data()) == nullptr) fail_call("mkdtemp");
   _directory = pattern;
 }
 

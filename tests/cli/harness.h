@@ -38,6 +38,12 @@ struct RunResult {
 // Runs the program to its end. A run that hangs is ended by an alarm signal after some minutes.
 RunResult run_program(const Arguments& arguments, const RunOptions& options = {});
 
+// Seconds after which a program that hangs is ended by an alarm signal.
+constexpr unsigned int seconds_until_alarm = 300;
+
+// Throws std::system_error for the call named `what`, which has just failed.
+[[noreturn]] void fail_call(const char* what);
+
 // Replaces the figures of the time lines, which differ from run to run: "0.42 secs elapsed." becomes "T secs elapsed.",
 // "0.42 s" becomes "T s". Only whole lines are replaced.
 std::string normalise_times(std::string_view text);
@@ -72,6 +78,12 @@ class CliTest : public ::testing::Test {
  private:
   std::string _directory;
 };
+
+// One pair of words; 14 + 16 + 1 bytes.
+inline const std::string pair_corpus =
+    "1 a a AB 2 Sb\n"
+    "2 b b AB 0 Pred\n"
+    "\n";
 
 // Expected texts on standard output, times normalised.
 std::string usage_screen();

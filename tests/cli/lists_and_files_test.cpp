@@ -8,12 +8,6 @@
 namespace colx::cli {
 namespace {
 
-// 31 bytes: 14 + 16 + 1.
-const std::string pair_corpus =
-    "1 a a AB 2 Sb\n"
-    "2 b b AB 0 Pred\n"
-    "\n";
-
 const std::string checks = "Performing start-up checks.\n";
 
 class FilesTest : public CliTest {

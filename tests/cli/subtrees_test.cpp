@@ -31,7 +31,7 @@ const std::string chain =
     "2 w b T 1 Obj\n"
     "3 w c T 2 Obj\n"
     "\n";
-const std::string fork =
+const std::string fork_corpus =
     "1 w a T 0 Pred\n"
     "2 w b T 1 Obj\n"
     "3 w c T 1 Obj\n"
@@ -44,8 +44,8 @@ TEST_F(SubtreesTest, ChainHasItsLinks) {
 }
 
 TEST_F(SubtreesTest, ForkHasItsTwoPairsAndOneTriple) {
-  EXPECT_EQ(counts(fork, "2"), "2/2");
-  EXPECT_EQ(counts(fork, "3"), "1/1");
+  EXPECT_EQ(counts(fork_corpus, "2"), "2/2");
+  EXPECT_EQ(counts(fork_corpus, "3"), "1/1");
   EXPECT_EQ(read("output").find("1\ta\t\t0\tHead\n2\tb\t\t1\tObj\n3\tc\t\t1\tObj\n"), 0u);
 }
 

@@ -12,25 +12,20 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <system_error>
 #include <thread>
+
+#include "harness.h"
 
 namespace colx::cli {
 
 namespace {
-
-constexpr unsigned int seconds_until_alarm = 300;
 
 struct CloseFile {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-[[noreturn]] void _fail(const char* what) {
-  throw std::system_error(errno, std::generic_category(), what);
-}
-
-std::string _program_path(const std::string& program) {
+std::string _tool_path(const std::string& program) {
   const char* from_environment = std::getenv("NGREX_PROGRAM");
   const std::filesystem::path main_program = from_environment != nullptr ? from_environment : NGREX_PROGRAM_PATH;
   // The program is started from another directory, so a relative path has to be resolved here.
@@ -39,7 +34,7 @@ std::string _program_path(const std::string& program) {
 
 File _temporary_file() {
   File file(std::tmpfile());
-  if (!file) _fail("tmpfile");
+  if (!file) fail_call("tmpfile");
   return file;
 }
 
@@ -55,7 +50,7 @@ std::string _content(const File& file) {
 // The end to write to of a pipe that nobody reads.
 int _unread_pipe() {
   std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC) != 0) _fail("pipe2");
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) fail_call("pipe2");
   close(ends[0]);
   return ends[1];
 }
@@ -74,7 +69,7 @@ void _send(int descriptor, const std::string& text) {
 
 ToolResult run_tool(const std::string& program, const std::vector<std::string>& arguments, const std::string& input,
                     const ToolOptions& options) {
-  std::string path = _program_path(program);
+  std::string path = _tool_path(program);
   std::vector<std::string> copies = arguments;
   std::vector<char*> words{path.data()};
   for (std::string& copy : copies)
@@ -85,7 +80,7 @@ ToolResult run_tool(const std::string& program, const std::vector<std::string>& 
   const File out = _temporary_file();
   const File err = _temporary_file();
   std::array<int, 2> in{};
-  if (pipe2(in.data(), O_CLOEXEC) != 0) _fail("pipe2");
+  if (pipe2(in.data(), O_CLOEXEC) != 0) fail_call("pipe2");
   int out_descriptor = dup(fileno(out.get()));
   int err_descriptor = dup(fileno(err.get()));
   if (options.errors_closed_pipe) {
@@ -100,12 +95,12 @@ ToolResult run_tool(const std::string& program, const std::vector<std::string>& 
     const int mode = options.append_output ? O_APPEND : O_TRUNC;
     out_descriptor = open(options.output_path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | mode, 0666);
   }
-  if (out_descriptor < 0 || err_descriptor < 0) _fail("standard output and standard error");
+  if (out_descriptor < 0 || err_descriptor < 0) fail_call("standard output and standard error");
 
   // A child that ends without reading its input must not end the tests.
   auto* const old_handler = std::signal(SIGPIPE, SIG_IGN);
   const pid_t child = fork();
-  if (child < 0) _fail("fork");
+  if (child < 0) fail_call("fork");
   if (child == 0) {
     std::signal(SIGPIPE, options.ignore_sigpipe ? SIG_IGN : SIG_DFL);
     alarm(seconds_until_alarm);

@@ -11,12 +11,6 @@ namespace {
 const std::string missing_parameters = fatal("Some of the mandatory program parameters are missing!");
 const std::string wrong_format = fatal("Some of the program parameters are in incorrect format!");
 
-// One pair of words; 14 + 16 + 1 bytes.
-const std::string pair_corpus =
-    "1 a a AB 2 Sb\n"
-    "2 b b AB 0 Pred\n"
-    "\n";
-
 class OptionsTest : public CliTest {
  protected:
   OptionsTest() { write_corpus(pair_corpus); }

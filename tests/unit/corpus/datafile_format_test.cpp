@@ -58,6 +58,13 @@ TEST(KeptLemma, AgreesWithALoopOverTheCharacters) {
   }
 }
 
+TEST(TagMask, IsMadeOfTheTwoMarks) {
+  for (const char* const mask : {"*", "-", "**-*", "----"})
+    EXPECT_TRUE(is_tag_mask(mask)) << mask;
+  for (const char* const text : {"", "x", "*x", "* -", "**_"})
+    EXPECT_FALSE(is_tag_mask(text)) << text;
+}
+
 TEST(MaskedTag, KeepsSignificantPositionsOnly) {
   EXPECT_EQ(masked_tag("NNFP1", "**-*"), "NN-P");
   EXPECT_EQ(masked_tag("VB-P-", "**-*"), "VB-P");

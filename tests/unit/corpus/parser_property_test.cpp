@@ -20,7 +20,7 @@
 namespace colx {
 namespace {
 
-constexpr std::uint32_t everything = 4294967295;
+constexpr std::uint32_t largest_number = 4294967295;
 
 // What is seen of a text: one line for each word, an empty line after each sentence; and the warnings.
 struct Reading {
@@ -118,10 +118,10 @@ class LiteralReader {
     std::uint64_t value = 0;
     const std::size_t digits = _at;
     for (; _at < _text.size() && _text[_at] >= '0' && _text[_at] <= '9'; ++_at) {
-      if (value <= everything) value = value * 10 + static_cast<std::uint64_t>(_text[_at] - '0');
+      if (value <= largest_number) value = value * 10 + static_cast<std::uint64_t>(_text[_at] - '0');
     }
     if (_at == _text.size()) _at_end = true;
-    if (_at == digits || value > everything) _failed = true;
+    if (_at == digits || value > largest_number) _failed = true;
     const auto magnitude = static_cast<std::uint32_t>(value);
     return negative ? 0 - magnitude : magnitude;
   }
@@ -163,7 +163,7 @@ Reading _parse(const std::string& text, std::uint32_t limit, ContextWindow::Mode
 void _expect_literal_reading(const std::string& text, test::Random& random) {
   const Reading expected = LiteralReader(text).read();
   const ContextWindow::Mode mode = random.once_in(2) ? ContextWindow::words : ContextWindow::sentences;
-  const Reading actual = _parse(text, random.once_in(2) ? everything : random.below(6), mode);
+  const Reading actual = _parse(text, random.once_in(2) ? largest_number : random.below(6), mode);
   ASSERT_EQ(actual.sentences, expected.sentences) << text;
   ASSERT_EQ(actual.warnings, expected.warnings) << text;
 }
@@ -230,7 +230,7 @@ TEST(ParserProperty, NeverLosesAGoodSentenceAfterTheEmptyLineOfABadOne) {
       }
       text += '\n';
     }
-    const Reading reading = _parse(text, everything, ContextWindow::sentences);
+    const Reading reading = _parse(text, largest_number, ContextWindow::sentences);
     ASSERT_EQ(reading.sentences, good_sentences);
     std::size_t warnings = 0;
     for (const char c : reading.warnings)

@@ -14,12 +14,12 @@ namespace colx {
 namespace {
 
 using Members = std::vector<NGram::Member>;
-using Parents = std::vector<std::uint16_t>;
+using PlacesOfParents = std::vector<std::uint16_t>;
 
 // A sentence of words with these parents; lemma and tag of each are its position, its relation is "Atr".
 class Sentence {
  public:
-  explicit Sentence(const Parents& parents) {
+  explicit Sentence(const PlacesOfParents& parents) {
     const std::uint8_t attribute = test::relation("Atr");
     for (const std::uint16_t parent : parents) {
       const auto order = static_cast<std::uint16_t>(_words.size() + 1);
@@ -59,7 +59,7 @@ TEST(OccurrenceMembers, AWordMayBeItsOwnParent) {
 }
 
 TEST(OccurrenceMembers, SevenPositionsFarApart) {
-  Parents parents(60000, 1);
+  PlacesOfParents parents(60000, 1);
   parents[59999] = 30000;
   const Members members = Sentence(parents).members({1, 2, 3, 4, 5, 30000, 60000});
   EXPECT_EQ(members[6].parent(), 6);

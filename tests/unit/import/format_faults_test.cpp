@@ -242,15 +242,15 @@ const std::vector<FaultlessFile>& _faultless_files() {
   return files;
 }
 
-struct Seen {
+struct FileSeen {
   std::vector<Fault> faults;
   Lengths lengths;
 };
 
-Seen _read(const std::string& path) {
+FileSeen _read(const std::string& path) {
   TreebankSource source(path, false);
   SentenceReader reader(source, TreebankFormat::conllu);
-  Seen seen;
+  FileSeen seen;
   TreebankSentence sentence;
   std::vector<TreebankProblem> problems;
   while (reader.next(sentence, problems)) {
@@ -274,7 +274,7 @@ class FaultyFileTest : public ::testing::TestWithParam<FaultyFile> {};
 TEST_P(FaultyFileTest, IsFoundOutAndCostsNoMoreThanItMust) {
   const test::TemporaryFolder folder;
   const std::string path = folder.write("x.conllu", _file_text(GetParam().text));
-  const Seen seen = _read(path);
+  const FileSeen seen = _read(path);
   EXPECT_EQ(seen.faults, GetParam().faults);
   EXPECT_EQ(seen.lengths, GetParam().lengths);
   std::string messages;
@@ -290,7 +290,7 @@ class FaultlessFileTest : public ::testing::TestWithParam<FaultlessFile> {};
 TEST_P(FaultlessFileTest, PassesWithoutAWord) {
   const test::TemporaryFolder folder;
   const std::string path = folder.write("x.conllu", _file_text(GetParam().text));
-  const Seen seen = _read(path);
+  const FileSeen seen = _read(path);
   EXPECT_EQ(seen.faults, std::vector<Fault>{});
   EXPECT_EQ(seen.lengths, GetParam().lengths);
   std::string messages;

@@ -15,7 +15,7 @@
 namespace colx {
 
 void PrintTo(const LineTraits& traits, std::ostream* out) {
-  *out << traits.blanks << traits.not_ascii << traits.empty_column;
+  *out << traits.blanks << traits.not_ascii << traits.wide_space << traits.empty_column;
 }
 
 namespace {
@@ -33,13 +33,14 @@ LineTraits _plain_traits(std::string_view line) {
     ++column;
     traits.blanks = traits.blanks || byte <= 0x20;
     traits.not_ascii = traits.not_ascii || byte >= 0x80;
+    traits.wide_space = traits.wide_space || byte == 0xC2 || byte == 0xE1 || byte == 0xE2 || byte == 0xE3;
   }
   traits.empty_column = traits.empty_column || column == 0;
   return traits;
 }
 
 TEST(LineScan, FindsEveryByteValueAtEveryPlace) {
-  for (std::size_t size = 1; size <= 20; ++size) {
+  for (std::size_t size = 1; size <= 80; size += size < 20 ? 1 : 11) {
     for (std::size_t at = 0; at < size; ++at) {
       for (int byte = 0; byte < 256; ++byte) {
         std::string line(size, 'a');
@@ -53,9 +54,9 @@ TEST(LineScan, FindsEveryByteValueAtEveryPlace) {
 
 TEST(LineScan, AgreesOnRandomLines) {
   test::Random random;
-  constexpr std::string_view bytes("\t\t\t\tabc! \x08\n\x00\x7F\x80\x89\xA0\xFF_1", 19);
+  constexpr std::string_view bytes("\t\t\t\tabc! \x08\n\x00\x7F\x80\x89\xA0\xFF\xC2\xE3_1", 21);
   for (int round = 0; round < 20000; ++round) {
-    const std::string line = random.text(40, round % 2 == 0 ? bytes : "\tabcdefg");
+    const std::string line = random.text(200, round % 2 == 0 ? bytes : "\tabcdefg");
     ASSERT_EQ(scan_line(line), _plain_traits(line)) << line;
   }
 }
@@ -63,7 +64,7 @@ TEST(LineScan, AgreesOnRandomLines) {
 TEST(LineScan, FindsEveryTabInOrder) {
   test::Random random;
   for (int round = 0; round < 20000; ++round) {
-    const std::string line = random.text(40,
+    const std::string line = random.text(200,
                                          "\t\xFF"
                                          "ab ");
     std::vector<std::size_t> found, found_by_8, expected;

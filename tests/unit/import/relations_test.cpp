@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -28,8 +29,14 @@ TreebankSentence _sentence(const std::vector<std::pair<std::uint32_t, std::strin
   return sentence;
 }
 
+Functions _functions_by(const RelationTable& table, const TreebankSentence& sentence) {
+  AnalyticalFunctions functions(map_of(table));
+  const std::vector<std::string_view> found = functions.of(sentence);
+  return {found.begin(), found.end()};
+}
+
 Functions _functions(const TreebankSentence& sentence) {
-  return analytical_functions(sentence, map_of(universal_relations()));
+  return _functions_by(universal_relations(), sentence);
 }
 
 TEST(Relations, MapsUniversalRelationsWithTheirSubtypes) {
@@ -121,7 +128,7 @@ Functions _surface(const std::vector<Surface>& words) {
   TreebankSentence sentence = _sentence(relations);
   for (std::size_t i = 0; i < words.size(); ++i)
     sentence.words[i].upos = words[i].upos;
-  return analytical_functions(sentence, map_of(surface_relations()));
+  return _functions_by(surface_relations(), sentence);
 }
 
 TEST(SurfaceRelations, GiveANounTheFunctionOfItsPrepositionWhichIsAuxP) {
