@@ -119,7 +119,7 @@ void ZipStream::finish() {
     std::string bytes = "PK\x01\x02";
     _put(bytes, version, 2);
     bytes += _common_header(entry.checksum, _checked(entry.compressed), _checked(entry.size), entry.name.size());
-    _put(bytes, 0, 10);  // no comment, disk 0, no attributes
+    bytes.append(10, '\0');  // no comment, disk 0, no attributes
     _put(bytes, _checked(entry.offset), 4);
     _emit(bytes + entry.name);
   }
