@@ -17,24 +17,24 @@ namespace {
 
 constexpr std::size_t column_count = 8;
 
-const std::array<Heading, column_count> _headings = {{{"scope", ValueType::text},
-                                                      {"datafile", ValueType::text},
-                                                      {"n", ValueType::count},
-                                                      {"words", ValueType::count},
-                                                      {"sentences", ValueType::count},
-                                                      {"extracted", ValueType::count},
-                                                      {"passed", ValueType::count},
-                                                      {"filtered", ValueType::count}}};
+const std::array<Heading, column_count> _statistics_headings = {{{"scope", ValueType::text},
+                                                                 {"datafile", ValueType::text},
+                                                                 {"n", ValueType::count},
+                                                                 {"words", ValueType::count},
+                                                                 {"sentences", ValueType::count},
+                                                                 {"extracted", ValueType::count},
+                                                                 {"passed", ValueType::count},
+                                                                 {"filtered", ValueType::count}}};
 
 }  // namespace
 
 void write_statistics(const Options& options, FlatTable& table, bool holds_tabs) {
   constexpr std::string_view what = "a statistics file";
-  chosen_columns(options.columns, _headings, what);
+  chosen_columns(options.columns, _statistics_headings, what);
   StatisticsReader reader(options.input);
   DatafileCounters counters;
   while (reader.next(counters)) {
-    if (!table.has_begun()) table.begin(_headings, what);
+    if (!table.has_begun()) table.begin(_statistics_headings, what);
     if (table.is_full()) return;
     if (!holds_tabs && counters.name.find_first_of("\t\r") != std::string::npos)
       throw input_error(

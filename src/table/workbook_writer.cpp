@@ -65,6 +65,8 @@ class WorkbookWriter : public Writer {
 
   void end() override {
     _settle();
+    _zip.write(_xml);
+    _xml.clear();
     _zip.write("</sheetData>");
     std::string range;
     if (_rows > 0 && !_letters.empty()) {

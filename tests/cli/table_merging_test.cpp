@@ -8,18 +8,19 @@
 namespace colx::cli {
 namespace {
 
-std::string _pair(const std::string& first, const std::string& second, unsigned f, unsigned total) {
+std::string _counted_pair(const std::string& first, const std::string& second, unsigned f, unsigned total) {
   return "1\t" + first + "\n2\t" + second + "\n" + std::to_string(total - f) + "\t0\t0\t" + std::to_string(f) +
          "\n1\t1\t1\t1\t1\t1\n\n";
 }
 
 // "heavy" before and behind the word that it modifies, with two tags, among ten pairs.
-const std::string pairs =
-    _pair("heavy\tA\t2\tAtr", "rain\tN\t0\tHead", 3, 10) + _pair("rain\tN\t0\tHead", "heavy\tB\t1\tAtr", 2, 10) +
-    _pair("rain\tN\t2\tSb", "fall\tV\t0\tHead", 4, 10) + _pair("old\tA\t2\tAtr", "rain\tN\t0\tHead", 1, 10) + "\n";
+const std::string pairs_of_rain = _counted_pair("heavy\tA\t2\tAtr", "rain\tN\t0\tHead", 3, 10) +
+                                  _counted_pair("rain\tN\t0\tHead", "heavy\tB\t1\tAtr", 2, 10) +
+                                  _counted_pair("rain\tN\t2\tSb", "fall\tV\t0\tHead", 4, 10) +
+                                  _counted_pair("old\tA\t2\tAtr", "rain\tN\t0\tHead", 1, 10) + "\n";
 
 std::string _table(const std::vector<std::string>& arguments) {
-  const ToolResult result = run_tool("ngrex-table", arguments, pairs);
+  const ToolResult result = run_tool("ngrex-table", arguments, pairs_of_rain);
   EXPECT_EQ(result.status, 0) << result.err;
   EXPECT_EQ(result.err, "");
   return result.out;
@@ -82,7 +83,8 @@ TEST(TableMerging, ChoosesAndSortsMergedRowsAndKeepsTheirMargins) {
 }
 
 TEST(TableMerging, RefusesAFileThatLacksPairs) {
-  const ToolResult result = run_tool("ngrex-table", {"--merge=tag"}, pairs.substr(pairs.find("\n\n") + 2));
+  const ToolResult result =
+      run_tool("ngrex-table", {"--merge=tag"}, pairs_of_rain.substr(pairs_of_rain.find("\n\n") + 2));
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.out, "");
   EXPECT_EQ(result.err,
@@ -108,7 +110,7 @@ TEST(TableMerging, RefusesWhatMergedRowsDoNotHave) {
       {{"--merge=tag,lemma"}, "--merge takes order, tag and relation, separated by commas, not \"lemma\""},
       {{"--within=head"}, "--within takes relation or head-relation, not \"head\""}};
   for (const auto& [arguments, complaint] : wrong) {
-    const ToolResult result = run_tool("ngrex-table", arguments, pairs);
+    const ToolResult result = run_tool("ngrex-table", arguments, pairs_of_rain);
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err.substr(0, result.err.find('\n')), "ngrex-table: " + complaint);

@@ -10,6 +10,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import zipfile
 
 ROWS = "".join(f"{i}\tw\tw\tX\tX\t_\t{i - 1}\t{'root' if i == 1 else 'obj'}\t_\t_\n" for i in range(1, 40))
 PAIR = "1\theavy\tA\t2\tAtr\n2\train\tN\t0\tHead\n4\t1\t1\t1\n-nan\tinf\t0.8\t0.3\t0.4\t0.5\n\n\n"
@@ -127,6 +128,12 @@ def main():
         # A disk that is full, as a limit on the size of files: an error, and no file, whoever writes it.
         with open(os.path.join(folder, "many"), "w", encoding="utf-8") as file:
             file.write("".join(PAIR[:-1].replace("heavy", f"heavy{i * i}") for i in range(20000)) + "\n")
+        # A workbook is written in pieces, and all of them are there.
+        subprocess.run([table, "--format", "xlsx", "-o", "book", "many"], cwd=folder, check=True)
+        with zipfile.ZipFile(os.path.join(folder, "book")) as book:
+            rows = book.read("xl/worksheets/sheet1.xml").count(b"<row ")
+        expect(rows == 20001, "rows of a workbook", rows)
+
         os.mkdir(os.path.join(folder, "full"))
         for form in ("tsv", "sqlite", "xlsx"):
             got = with_small_files([table, "--format", form, "-o", "full/table", "many"], folder)

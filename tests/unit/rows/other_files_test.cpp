@@ -31,16 +31,16 @@ const std::string statistics =
     "# of unique 2-grams of type 2: 4\n# of unique 2-grams of type 3: 6\n\n";
 
 // What is read before the end or a fault, one entry each, and the fault behind the name of the file.
-struct Seen {
+struct SeenEntries {
   std::vector<std::string> entries;
   std::string error;
 };
 
 template <typename Read>
-Seen _seen(const std::string& content, const Read& read) {
+SeenEntries _seen(const std::string& content, const Read& read) {
   const test::TemporaryFolder folder;
   const std::string path = folder.write("x", content);
-  Seen seen;
+  SeenEntries seen;
   try {
     read(path, seen.entries);
   } catch (const input_error& error) {
@@ -49,7 +49,7 @@ Seen _seen(const std::string& content, const Read& read) {
   return seen;
 }
 
-Seen _contexts(const std::string& content) {
+SeenEntries _contexts(const std::string& content) {
   return _seen(content, [](const std::string& path, std::vector<std::string>& entries) {
     ContextsReader reader(path);
     ContextWord word;
@@ -68,7 +68,7 @@ Seen _contexts(const std::string& content) {
   });
 }
 
-Seen _statistics(const std::string& content) {
+SeenEntries _statistics(const std::string& content) {
   return _seen(content, [](const std::string& path, std::vector<std::string>& entries) {
     StatisticsReader reader(path);
     DatafileCounters counters;
@@ -84,14 +84,14 @@ Seen _statistics(const std::string& content) {
 }
 
 // The fault of a file in which one piece of a right one is replaced by another.
-std::string _with(Seen (*read)(const std::string&), std::string content, const std::string& piece,
+std::string _with(SeenEntries (*read)(const std::string&), std::string content, const std::string& piece,
                   const std::string& other) {
   content.replace(content.find(piece), piece.size(), other);
   return read(content).error;
 }
 
 TEST(ContextsReader, GivesEveryContextWordWithItsPattern) {
-  const Seen seen = _contexts(contexts);
+  const SeenEntries seen = _contexts(contexts);
   EXPECT_EQ(seen.error, "");
   EXPECT_EQ(seen.entries, (std::vector<std::string>{
                               "3:cold/A/2/Atr rain//0/Head narrow fall/V/1", "3:cold/A/2/Atr rain//0/Head narrow //2",
@@ -128,7 +128,7 @@ TEST(ContextsReader, NamesTheLineOfAFault) {
 }
 
 TEST(StatisticsReader, GivesTheCountersOfEveryDatafileAndTheSums) {
-  const Seen seen = _statistics(statistics);
+  const SeenEntries seen = _statistics(statistics);
   EXPECT_EQ(seen.error, "");
   EXPECT_EQ(seen.entries, (std::vector<std::string>{"a: b 2 6 2 4 3 1", "all 2 6 2 4 3 1"}));
   std::string plain = statistics;

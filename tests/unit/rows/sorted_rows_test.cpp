@@ -21,19 +21,19 @@
 namespace colx::table {
 namespace {
 
-struct OwnedRow {
+struct TextRow {
   std::string key;
   std::string members;
   std::string rest;
 
-  bool operator==(const OwnedRow&) const = default;
+  bool operator==(const TextRow&) const = default;
 };
 
 // Keys of eight bytes and perhaps a text that ends with two zeros, so that none is the beginning of another.
-std::vector<OwnedRow> _random_rows(test::Random& random, std::size_t count) {
-  std::vector<OwnedRow> rows;
+std::vector<TextRow> _random_rows(test::Random& random, std::size_t count) {
+  std::vector<TextRow> rows;
   for (std::size_t i = 0; i < count; ++i) {
-    OwnedRow row;
+    TextRow row;
     row.key = "1234567" + random.text(1, "ab");
     row.key.resize(8, '\xff');
     row.key += random.text(3, "\x01\xf0z") + std::string(2, '\0');
@@ -44,13 +44,13 @@ std::vector<OwnedRow> _random_rows(test::Random& random, std::size_t count) {
   return rows;
 }
 
-std::vector<OwnedRow> _through(OrderedRows& sorted, const std::vector<OwnedRow>& rows) {
-  for (const OwnedRow& row : rows) {
+std::vector<TextRow> _through(OrderedRows& sorted, const std::vector<TextRow>& rows) {
+  for (const TextRow& row : rows) {
     const std::string text = row.members + row.rest;
     sorted.add({row.key, text, row.members.size()});
   }
   sorted.sort();
-  std::vector<OwnedRow> result;
+  std::vector<TextRow> result;
   KeyedRow row;
   while (sorted.next(row))
     result.push_back({std::string(row.key), std::string(row.text.substr(0, row.members_size)),
@@ -58,8 +58,8 @@ std::vector<OwnedRow> _through(OrderedRows& sorted, const std::vector<OwnedRow>&
   return result;
 }
 
-std::vector<OwnedRow> _plainly_sorted(std::vector<OwnedRow> rows) {
-  std::stable_sort(rows.begin(), rows.end(), [](const OwnedRow& a, const OwnedRow& b) {
+std::vector<TextRow> _plainly_sorted(std::vector<TextRow> rows) {
+  std::stable_sort(rows.begin(), rows.end(), [](const TextRow& a, const TextRow& b) {
     return a.key != b.key ? a.key < b.key : a.members < b.members;
   });
   return rows;
@@ -68,8 +68,8 @@ std::vector<OwnedRow> _plainly_sorted(std::vector<OwnedRow> rows) {
 TEST(SortedRows, StandInTheSameOrderWhateverTheMemory) {
   test::Random random;
   for (int round = 0; round < 30; ++round) {
-    const std::vector<OwnedRow> rows = _random_rows(random, random.below(600));
-    const std::vector<OwnedRow> expected = _plainly_sorted(rows);
+    const std::vector<TextRow> rows = _random_rows(random, random.below(600));
+    const std::vector<TextRow> expected = _plainly_sorted(rows);
     for (const std::size_t memory : {std::size_t{1}, std::size_t{5000}, std::size_t{20000}, std::size_t{1} << 20}) {
       SortedRows sorted(memory);
       EXPECT_EQ(_through(sorted, rows), expected) << memory;
@@ -80,8 +80,8 @@ TEST(SortedRows, StandInTheSameOrderWhateverTheMemory) {
 TEST(SortedRows, TheBestAreTheFirstOfAll) {
   test::Random random;
   for (int round = 0; round < 100; ++round) {
-    const std::vector<OwnedRow> rows = _random_rows(random, random.below(200));
-    std::vector<OwnedRow> expected = _plainly_sorted(rows);
+    const std::vector<TextRow> rows = _random_rows(random, random.below(200));
+    std::vector<TextRow> expected = _plainly_sorted(rows);
     const std::size_t limit = random.below(60);
     expected.resize(std::min(expected.size(), limit));
     BestRows best(limit);
@@ -92,12 +92,12 @@ TEST(SortedRows, TheBestAreTheFirstOfAll) {
 TEST(SortedRows, OfRowsThatBeginAlikeOnlyTheFirstAreGivenBack) {
   test::Random random;
   for (int round = 0; round < 30; ++round) {
-    const std::vector<OwnedRow> rows = _random_rows(random, random.below(600));
+    const std::vector<TextRow> rows = _random_rows(random, random.below(600));
     const std::size_t most = random.below(5);
-    std::vector<OwnedRow> expected;
+    std::vector<TextRow> expected;
     std::string beginning;
     std::size_t seen = 0;
-    for (const OwnedRow& row : _plainly_sorted(rows)) {
+    for (const TextRow& row : _plainly_sorted(rows)) {
       if (row.key.substr(0, 8) != beginning) seen = 0;
       beginning = row.key.substr(0, 8);
       if (seen++ < most) expected.push_back(row);
@@ -110,17 +110,17 @@ TEST(SortedRows, OfRowsThatBeginAlikeOnlyTheFirstAreGivenBack) {
 }
 
 TEST(SortedRows, HoldARowThatIsLargerThanTheMemory) {
-  std::vector<OwnedRow> rows = {{"keyofrow", "1\tb\n", std::string(100000, 'x')},
-                                {"keyofrow", "1\ta\n", std::string(200000, 'y')},
-                                {"akeyalso", "1\tc\n", "z"}};
+  std::vector<TextRow> rows = {{"keyofrow", "1\tb\n", std::string(100000, 'x')},
+                               {"keyofrow", "1\ta\n", std::string(200000, 'y')},
+                               {"akeyalso", "1\tc\n", "z"}};
   SortedRows sorted(5000);
-  EXPECT_EQ(_through(sorted, rows), (std::vector<OwnedRow>{rows[2], rows[1], rows[0]}));
+  EXPECT_EQ(_through(sorted, rows), (std::vector<TextRow>{rows[2], rows[1], rows[0]}));
 }
 
 TEST(SortedRows, LeaveNothingInTheTemporaryFolderAndSayWhenThereIsNone) {
   const test::TemporaryFolder folder;
   test::Random random;
-  const std::vector<OwnedRow> rows = _random_rows(random, 400);
+  const std::vector<TextRow> rows = _random_rows(random, 400);
   const std::string before = ::getenv("TMPDIR") == nullptr ? "/tmp" : ::getenv("TMPDIR");
   ::setenv("TMPDIR", folder.path().c_str(), 1);
   {
