@@ -129,6 +129,7 @@ CommandLine split_command_line(const Program& program, const std::vector<std::st
   std::vector<std::string> words(arguments);
   words.emplace(words.begin(), program.name);
   std::vector<char*> argv;
+  argv.reserve(words.size() + 1);
   for (std::string& word : words)
     argv.push_back(word.data());
   argv.push_back(nullptr);

@@ -10,8 +10,7 @@ OccurrenceCounter::OccurrenceCounter(const Buffer& buffer, NamedDataFileStats& s
       _stats(stats),
       _ngrams(stores.ngrams),
       _morphologic_filter(stores.morphologic_filter, stores.tags),
-      _context_filter(stores.context_filter, stores.tags),
-      _sentence() {
+      _context_filter(stores.context_filter, stores.tags) {
   if (!NGram::_context_tracing_on) return;
   _places.resize(OccurrenceBatch::capacity);
   _roots.resize(OccurrenceBatch::capacity);

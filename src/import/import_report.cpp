@@ -215,7 +215,7 @@ std::string ImportReport::_mask_lines() const {
 }
 
 std::string ImportReport::_relation_lines() const {
-  const std::string text = _line("relations", fmt::to_string(fmt::join(_relation_maps, "; ")));
+  std::string text = _line("relations", fmt::to_string(fmt::join(_relation_maps, "; ")));
   if (_undefined.empty()) return text;
   std::uint64_t total = 0;
   for (const auto& [name, count] : _undefined)

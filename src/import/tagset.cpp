@@ -22,7 +22,7 @@ struct TagPosition {
   // Names of the same feature in older treebanks, of three letters; a value of one character is its own letter there.
   std::array<std::string_view, 2> aliases;
   // The name in the first version of the universal features.
-  std::string_view former = "";
+  std::string_view former = {};
 };
 
 constexpr Letter word_classes[] = {{"ADJ", 'A'},  {"ADP", 'R'},   {"ADV", 'D'},   {"AUX", 'X'},   {"CCONJ", 'J'},

@@ -84,7 +84,7 @@ std::string _take_value(std::string_view& text) {
   std::size_t size = 0;
   while (!_ends_at(text.substr(size)))
     ++size;
-  const std::string value(text.substr(0, size));
+  std::string value(text.substr(0, size));
   text.remove_prefix(size);
   return value;
 }
