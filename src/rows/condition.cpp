@@ -120,6 +120,7 @@ void Condition::_take_text(const WrittenCondition& written) {
 void Condition::_take_set(const WrittenCondition& written) {
   if (!_column.is_text())
     throw usage_error(fmt::format("the condition \"{}\" seeks a number in a set of texts", written.whole));
+  _set_file = written.value;
   auto set = std::make_shared<TextSet>();
   std::size_t taken_otherwise = 0;
   for (const std::string& line : lines_of(written.value)) {

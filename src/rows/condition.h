@@ -44,6 +44,9 @@ class Condition {
   // What the user should know of how the condition was taken: one sentence, or nothing.
   const std::string& note() const { return _note; }
 
+  // The file of the set that the condition looks into; empty when there is none.
+  const std::string& set_file() const { return _set_file; }
+
   // Requires that the column exists for the N of the row.
   bool admits(const Row& row) const;
 
@@ -61,6 +64,7 @@ class Condition {
   double _number = 0;
   std::shared_ptr<const Expression> _expression;  // for the two that match
   std::shared_ptr<const TextSet> _set;            // for the two that look into a set
+  std::string _set_file;
   std::string _note;
 };
 

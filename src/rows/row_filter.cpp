@@ -126,6 +126,14 @@ RowFilter::RowFilter(std::string_view text, CaseOf letters) : _alternatives(1) {
   }
 }
 
+std::vector<std::string> RowFilter::set_files() const {
+  std::vector<std::string> files;
+  for (const std::vector<Condition>& joined : _alternatives)
+    for (const Condition& condition : joined)
+      if (!condition.set_file().empty()) files.push_back(condition.set_file());
+  return files;
+}
+
 std::vector<Column> RowFilter::columns() const {
   std::vector<Column> result;
   for (const auto& joined : _alternatives)

@@ -32,6 +32,9 @@ class RowFilter {
   // What the user should know of how conditions were taken, one sentence each.
   std::vector<std::string> notes() const;
 
+  // The files of the sets that conditions look into.
+  std::vector<std::string> set_files() const;
+
   // Requires that the columns exist for the N of the row.
   bool admits(const Row& row) const;
 

@@ -11,6 +11,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -153,11 +154,15 @@ void _deliver(const Options& options) {
     write_table(options, output, on_terminal, on_terminal && !_is_set("NO_COLOR"));
     return;
   }
+  std::vector<std::string> inputs = {options.input, options.other};
+  for (const RowFilter& filter : options.filters)
+    for (std::string& file : filter.set_files())
+      inputs.push_back(std::move(file));
   const auto before = regular_file(options.output);
-  for (const std::string& path : {options.input, options.other}) {
+  for (const std::string& path : inputs) {
     const auto input = path.empty() ? std::nullopt : regular_input(path);
     if (before.has_value() && input.has_value() && before->identity == input->identity)
-      throw usage_error(fmt::format("output {} is also the input", options.output));
+      throw usage_error(fmt::format("output {} is also an input", options.output));
   }
   NewFile file(options.output);
   FileOutput output(file);

@@ -114,7 +114,8 @@ TEST_F(CompareTest, RefusesWhatHasNoMeaningBesideIt) {
       "ngrex-table: --format ucs does not go with --compare, as it has no place for pairs that only one file has");
   EXPECT_TRUE(error({"here", "--compare", "there", "--within", "relation"})
                   .starts_with("ngrex-table: --within does not go with --compare, with which there are --output, "));
-  EXPECT_EQ(error({"here", "--compare", "there", "-o", "there"}), "ngrex-table: output there is also the input");
+  EXPECT_EQ(error({"here", "--compare", "there", "-o", "there"}), "ngrex-table: output there is also an input");
+  EXPECT_EQ(error({"here", "--where", "lemma1 in there", "-o", "there"}), "ngrex-table: output there is also an input");
 }
 
 TEST_F(CompareTest, NamesTheFileThatIsDamaged) {
