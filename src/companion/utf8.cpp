@@ -3,7 +3,10 @@
 #include <wchar.h>
 
 #include <bit>
+#include <cerrno>
+#include <clocale>
 #include <cstdint>
+#include <new>
 
 #include "util/short_runs.h"
 
@@ -115,6 +118,13 @@ std::size_t display_width(std::string_view text) {
     text.remove_prefix(character.size);
   }
   return width;
+}
+
+bool use_utf8_characters() {
+  errno = 0;
+  if (std::setlocale(LC_CTYPE, "C.UTF-8") != nullptr) return true;
+  if (errno == ENOMEM) throw std::bad_alloc();
+  return false;
 }
 
 }  // namespace colx

@@ -30,4 +30,8 @@ std::string printable(std::string_view text);
 // How many columns of a terminal a printable text takes: combining marks none, wide characters two.
 std::size_t display_width(std::string_view text);
 
+// Makes the characters of the C library, such as those of regular expressions, those of UTF-8 wherever the program
+// runs. False when the system has no such locale. Throws std::bad_alloc.
+bool use_utf8_characters();
+
 }  // namespace colx

@@ -1,12 +1,12 @@
 #include "run/init.h"
 
-#include <fstream>
+#include <string>
 #include <string_view>
 #include <utility>
 
 #include "base/config.h"
-#include "base/files.h"
 #include "base/notifier.h"
+#include "corpus/datafile_list.h"
 #include "model/ngram.h"
 #include "model/ngram_hash.h"
 #include "run/persistent.h"
@@ -63,12 +63,6 @@ void _warn_of_thresholds_for_pairs() {
   warn(settings::thresholds.z_score, "z score");
 }
 
-// The length of a stream that stands at its beginning, or a negative number when it cannot be taken.
-std::streamoff _size(std::ifstream& stream) {
-  stream.seekg(0, std::ios::end);
-  return stream.tellg();
-}
-
 }  // namespace
 
 bool startup_init() {
@@ -90,20 +84,16 @@ bool startup_init() {
 bool read_and_check_input_datafiles(std::vector<std::string>& files, std::uint32_t& total_size) {
   const std::string prefix = settings::dir == nullptr ? "" : settings::dir;
   bool all_opened = true;
-  const auto check = [&](const std::string& line) {
-    if (line.empty()) return;
-    std::string path = prefix + line;
-    std::ifstream datafile = open_input(path);
-    if (!datafile.is_open()) {
-      notifier::error.fatal_error("Input datafile : " + path + " cannot be opened for reading!");
+  const auto check = [&](ListedDatafile datafile) {
+    if (!datafile.is_open) {
+      notifier::error.fatal_error("Input datafile : " + datafile.path + " cannot be opened for reading!");
       all_opened = false;
       return;
     }
-    const std::streamoff size = _size(datafile);
-    if (size > 0) total_size += static_cast<std::uint32_t>(size);
-    files.push_back(std::move(path));
+    total_size += static_cast<std::uint32_t>(datafile.size);
+    files.push_back(std::move(datafile.path));
   };
-  if (!read_lines(settings::input_file, check)) {
+  if (!read_datafile_list(settings::input_file, prefix, check)) {
     notifier::error.fatal_error(std::string("Cannot open the file: ") + settings::input_file + "!");
     return false;
   }

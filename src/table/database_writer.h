@@ -6,8 +6,8 @@
 #include <span>
 #include <vector>
 
+#include "companion/output.h"
 #include "rows/columns.h"
-#include "table/output.h"
 #include "table/writer.h"
 
 namespace colx::table {

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include "companion/output.h"
 #include "rows/columns.h"
 #include "rows/merging.h"
-#include "table/output.h"
 #include "table/writer.h"
 
 namespace colx::table {

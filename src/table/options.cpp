@@ -9,13 +9,13 @@
 #include "companion/errors.h"
 #include "rows/association.h"
 #include "table/combinations.h"
-#include "table/memory_size.h"
 
 namespace colx::table {
 
 namespace {
 
 using OptionRow = Option<Options>;
+using Choice = RowChoiceOptions<Options>;
 
 std::vector<std::string> _split_list(const GivenOption& given) {
   std::vector<std::string> result;
@@ -89,10 +89,7 @@ constexpr auto _rows = std::to_array<OptionRow>({
       "p_X2, "
       "Fisher"},
      [](Options& options, const GivenOption& given) { options.measures = _split_list(given); }},
-    {{"--sort", "LIST",
-      "sort by columns, separated by commas: ascending with + before a column, descending with -, without a sign texts "
-      "ascending and numbers descending"},
-     [](Options& options, const GivenOption& given) { options.sort = parse_sort_order(given.value); }},
+    Choice::sort,
     {{"--per", "LIST",
       "make groups of rows that agree in these columns, separated by commas; --sort is for the rows of a group, --top "
       "K prints the first K of each"},
@@ -108,21 +105,11 @@ constexpr auto _rows = std::to_array<OptionRow>({
      }},
     {{"--locale", "", "sort texts as the locale of the environment does, not by code points"},
      [](Options& options, const GivenOption&) { options.collation = Collation::of_environment(); }},
-    {{"--memory", "SIZE",
-      "what sorting takes before it goes on in a temporary file, such as 256M or 2G; default a "
-      "quarter of the machine's"},
-     [](Options& options, const GivenOption& given) { options.memory = memory_size(given); }},
-    {{"--top", "K", "print the first K rows only"},
-     [](Options& options, const GivenOption& given) { options.top = whole_number(given, 0); }},
-    {{"--min-frequency", "F", "leave out N-grams that occur fewer than F times"},
-     [](Options& options, const GivenOption& given) { options.min_frequency = whole_number(given, 0); }},
-    {{"--where", "CONDITION",
-      "leave out N-grams that do not meet a condition, such as 'lemma1=rain', 'lemma2~^un', 'logDice>=7' or 'lemma1 in "
-      "FILE'; operators are = != ~ !~ < <= >= >, in, not in; conditions may be joined by and, or; may be given several "
-      "times"},
-     [](Options& options, const GivenOption& given) { options.conditions.push_back(given.value); }},
-    {{"--ignore-case", "", "take capital and small letters for the same in conditions and words"},
-     [](Options& options, const GivenOption&) { options.letters = CaseOf::is_ignored; }},
+    Choice::memory,
+    Choice::top,
+    Choice::min_frequency,
+    Choice::where,
+    Choice::ignore_case,
     {{"--merge", "LIST",
       "add pairs up that differ in these only, separated by commas: order (the dependent then comes first), tag, "
       "relation; with margins and measures anew"},
@@ -292,8 +279,7 @@ Options parse_options(const std::vector<std::string>& arguments) {
   }
   if (files.size() > 1) _refuse_files(files);
   if (!files.empty()) options.input = files.front();
-  for (const std::string& condition : options.conditions)
-    options.filters.emplace_back(condition, options.letters);
+  make_filters(options);
   if (options.per.has_value() && !options.sort.has_value()) options.sort = parse_sort_order("frequency");
   for (std::optional<SortOrder>* const order : {&options.sort, &options.per})
     if (order->has_value()) (*order)->collation = options.collation;

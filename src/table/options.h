@@ -10,10 +10,8 @@
 #include "companion/command_line.h"
 #include "rows/grouped_rows.h"
 #include "rows/merging.h"
-#include "rows/row_filter.h"
-#include "rows/sort_order.h"
+#include "rows/row_choice.h"
 #include "table/formats.h"
-#include "table/memory_size.h"
 
 namespace colx::table {
 
@@ -23,8 +21,8 @@ extern constinit const Program program;
 // What kind of file is read.
 enum class Input { ngrams, contexts, statistics };
 
-// What a run is to do.
-struct Options {
+// What a run is to do. Of the choice of rows, `top` is for each group, or block, where there are such.
+struct Options : RowChoice {
   Input kind = Input::ngrams;
   std::string input = "-";
   std::string other;                  // a file to compare with; empty: none
@@ -33,18 +31,11 @@ struct Options {
   std::vector<std::string> measures;  // names, all of them known
   bool cells = false;
   bool tree_text = false;
-  std::optional<SortOrder> sort;
   std::optional<std::string> profile;  // the word whose profile is written in place of a table
   std::optional<SortOrder> per;        // columns of the groups; nothing: there are none
   GroupOrder groups = GroupOrder::size;
-  std::optional<Collation> collation;            // of texts; nothing: code points
-  std::size_t memory = usual_memory_of_sorts();  // in bytes
-  std::optional<std::uint64_t> top;
-  std::uint64_t min_frequency = 0;
+  std::optional<Collation> collation;  // of texts; nothing: code points
   Merging merging;
-  std::vector<std::string> conditions;  // as given
-  CaseOf letters = CaseOf::matters;     // of conditions
-  std::vector<RowFilter> filters;       // made of the conditions
   std::optional<Format> format;
   Style style;
   std::optional<std::string> na;        // what stands for not-a-number

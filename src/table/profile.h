@@ -2,9 +2,9 @@
 
 // The profile of a word: with what it occurs, in which relations, for reading.
 
+#include "companion/output.h"
 #include "rows/block_source.h"
 #include "table/options.h"
-#include "table/output.h"
 
 namespace colx::table {
 

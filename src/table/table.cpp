@@ -2,8 +2,6 @@
 
 #include <unistd.h>
 
-#include <cerrno>
-#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -19,6 +17,7 @@
 #include "companion/command_line.h"
 #include "companion/descriptor.h"
 #include "companion/errors.h"
+#include "companion/utf8.h"
 #include "rows/block_reader.h"
 #include "rows/compared_rows.h"
 #include "rows/merged_rows.h"
@@ -135,10 +134,7 @@ void _write_flat_table(const Options& options, Format format, Output& output, co
 
 // Tells what the user should know of how conditions were taken.
 void _tell_notes(const Options& options) {
-  std::vector<std::string> notes;
-  for (const RowFilter& filter : options.filters)
-    for (const std::string& note : filter.notes())
-      notes.push_back(note);
+  std::vector<std::string> notes = notes_of(options);
   std::string note;
   if (options.profile.has_value()) as_lemma(*options.profile, note);
   if (!note.empty()) notes.push_back(note);
@@ -155,15 +151,9 @@ void _deliver(const Options& options) {
     return;
   }
   std::vector<std::string> inputs = {options.input, options.other};
-  for (const RowFilter& filter : options.filters)
-    for (std::string& file : filter.set_files())
-      inputs.push_back(std::move(file));
-  const auto before = regular_file(options.output);
-  for (const std::string& path : inputs) {
-    const auto input = path.empty() ? std::nullopt : regular_input(path);
-    if (before.has_value() && input.has_value() && before->identity == input->identity)
-      throw usage_error(fmt::format("output {} is also an input", options.output));
-  }
+  for (std::string& file : set_files_of(options))
+    inputs.push_back(std::move(file));
+  check_output_path(options.output, inputs);
   NewFile file(options.output);
   FileOutput output(file);
   write_table(options, output, false, false);
@@ -184,11 +174,8 @@ void write_table(const Options& options, Output& output, bool on_terminal, bool 
 
 int run(const std::vector<std::string>& arguments) {
   // Characters of regular expressions are those of UTF-8 wherever the program runs.
-  errno = 0;
-  if (std::setlocale(LC_CTYPE, "C.UTF-8") == nullptr) {
-    if (errno == ENOMEM) throw std::bad_alloc();
+  if (!use_utf8_characters())
     std::fputs("ngrex-table: the system has no locale C.UTF-8; regular expressions see bytes\n", stderr);
-  }
   const Options options = parse_options(arguments);
   if (!options.information.empty()) {
     write_to_standard_output(options.information);

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "companion/output.h"
 #include "table/options.h"
-#include "table/output.h"
 
 namespace colx::table {
 

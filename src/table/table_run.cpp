@@ -6,9 +6,7 @@
 #include <utility>
 
 #include "companion/errors.h"
-#include "rows/best_rows.h"
 #include "rows/block_reader.h"
-#include "rows/sorted_rows.h"
 #include "table/database_writer.h"
 
 namespace colx::table {
@@ -47,14 +45,6 @@ std::vector<Column> _chosen_columns(const Options& options, Format format, std::
   return columns;
 }
 
-// The order needs no more than the first rows when those surely fit into memory.
-std::unique_ptr<OrderedRows> _rows_to_sort(const Options& options) {
-  constexpr std::size_t bytes_of_a_row = 512;
-  if (options.top.has_value() && *options.top <= options.memory / bytes_of_a_row)
-    return std::make_unique<BestRows>(*options.top);
-  return std::make_unique<SortedRows>(options.memory);
-}
-
 }  // namespace
 
 TableRun::TableRun(const Options& options, Format format, Output& output, const Look& look)
@@ -63,7 +53,7 @@ TableRun::TableRun(const Options& options, Format format, Output& output, const 
     _grouped =
         std::make_unique<GroupedRows>(options.groups, options.memory, options.top.value_or(SortedRows::no_limit));
   else if (options.sort.has_value())
-    _sorted = _rows_to_sort(options);
+    _sorted = rows_to_sort(options);
 }
 
 void TableRun::begin(std::size_t n) {
@@ -135,20 +125,10 @@ void TableRun::_print(const Row& row) {
 void check_for_n(const Options& options, std::size_t n) {
   for (const std::string& name : options.measures)
     check_column(*find_column(name), n);
-  for (const RowFilter& filter : options.filters)
-    for (const Column& column : filter.columns())
-      check_column(column, n);
-  for (const std::optional<SortOrder>& order : {options.sort, options.per})
-    if (order.has_value())
-      for (const SortKey& key : order->keys)
-        check_column(key.column, n);
-}
-
-bool is_chosen(const Options& options, const Row& row) {
-  const std::uint64_t in_other = row.other.has_value() ? row.other->frequency : 0;
-  return std::max(row.contingency.frequency, in_other) >= options.min_frequency &&
-         std::all_of(options.filters.begin(), options.filters.end(),
-                     [&](const RowFilter& filter) { return filter.admits(row); });
+  check_choice(options, n);
+  if (options.per.has_value())
+    for (const SortKey& key : options.per->keys)
+      check_column(key.column, n);
 }
 
 bool names_every_column(const Options& options) {

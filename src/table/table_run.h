@@ -65,9 +65,6 @@ class TableRun {
 // Throws usage_error when the options choose or sort by something that N-grams of n words do not have.
 void check_for_n(const Options& options, std::size_t n);
 
-// Whether a row is one of those that are asked for.
-bool is_chosen(const Options& options, const Row& row);
-
 // Whether the columns are known without an N-gram, whose number of words would tell how many there are of a kind.
 bool names_every_column(const Options& options);
 

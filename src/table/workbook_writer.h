@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "table/output.h"
+#include "companion/output.h"
 #include "table/writer.h"
 
 namespace colx::table {

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "companion/output.h"
 #include "rows/field.h"
-#include "table/output.h"
 
 namespace colx::table {
 

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "table/output.h"
+#include "companion/output.h"
 
 namespace colx::table {
 

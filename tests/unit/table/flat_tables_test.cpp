@@ -8,7 +8,7 @@
 
 #include "companion/errors.h"
 #include "table/options.h"
-#include "table/output.h"
+#include "companion/output.h"
 #include "table/table.h"
 #include "tests/support/temporary_folder.h"
 

@@ -1,4 +1,4 @@
-#include "table/memory_size.h"
+#include "rows/memory_size.h"
 
 #include <unistd.h>
 

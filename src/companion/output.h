@@ -1,14 +1,15 @@
 #pragma once
 
-// Where a table goes: text collected in a buffer and delivered in large pieces.
+// Where the result of a program goes: text collected in a buffer and delivered in large pieces.
 
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "companion/new_file.h"
 
-namespace colx::table {
+namespace colx {
 
 class Output {
  public:
@@ -27,7 +28,7 @@ class Output {
     return *this;
   }
 
-  // The file that takes the table, for formats that write it in their own way; null when it goes elsewhere.
+  // The file that takes the text, for formats that write it in their own way; null when it goes elsewhere.
   virtual const NewFile* file() const { return nullptr; }
 
   // Says that a row is complete: the buffer is delivered when it is full.
@@ -84,4 +85,8 @@ class TextOutput : public Output {
   std::string _text;
 };
 
-}  // namespace colx::table
+// Throws usage_error when the file of that name, if there is one, is also one of the inputs, of which "-" is standard
+// input and empty names are none.
+void check_output_path(const std::string& output, const std::vector<std::string>& inputs);
+
+}  // namespace colx
