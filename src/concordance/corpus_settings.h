@@ -1,0 +1,51 @@
+#pragma once
+
+// Which corpus is searched, as it was given to the run of ngrex: list of datafiles, prefix, mask and rules. One table
+// of options for every program that looks for the sentences behind N-grams.
+
+#include <concepts>
+#include <string>
+#include <vector>
+
+#include "companion/command_line.h"
+#include "corpus/datafile_list.h"
+
+namespace colx::concordance {
+
+// What options say of the corpus. The settings of a program derive from it.
+struct CorpusSettings {
+  std::string list;    // empty: not given
+  std::string prefix;  // of all paths of the list
+  std::string mask;    // empty: none, tags do not count
+  std::string rules;   // empty: none
+};
+
+// The value of an option as the name of a file, and as a mask. Throws usage_error.
+std::string path_of(const GivenOption& given);
+std::string mask_of(const GivenOption& given);
+
+// The rows of a program's table of options that fill them.
+template <std::derived_from<CorpusSettings> Settings>
+struct CorpusOptions {
+  static constexpr Option<Settings> list{
+      {"-i,--list", "FILE", "the list of datafiles that ngrex was given"},
+      [](Settings& settings, const GivenOption& given) { settings.list = path_of(given); }};
+  static constexpr Option<Settings> prefix{
+      {"-d,--prefix", "TEXT", "put TEXT before every path of the list, as ngrex was told"},
+      [](Settings& settings, const GivenOption& given) { settings.prefix = given.value; }};
+  static constexpr Option<Settings> mask{
+      {"-m,--mask", "MASK", "the tag mask of * and - that ngrex was given"},
+      [](Settings& settings, const GivenOption& given) { settings.mask = mask_of(given); }};
+  static constexpr Option<Settings> rules{
+      {"-f,--rules", "FILE", "the rules for N-grams that ngrex was given; needs --mask"},
+      [](Settings& settings, const GivenOption& given) { settings.rules = path_of(given); }};
+};
+
+// Reads the list. Throws input_error when it cannot be read, names no datafile, or names some that cannot be opened or
+// read twice, of which it tells the first and how many there are.
+std::vector<ListedDatafile> datafiles_of(const CorpusSettings& settings);
+
+// All files that a search reads: list, rules and datafiles. An output must be none of them.
+std::vector<std::string> inputs_of(const CorpusSettings& settings, const std::vector<ListedDatafile>& datafiles);
+
+}  // namespace colx::concordance

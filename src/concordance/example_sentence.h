@@ -1,0 +1,28 @@
+#pragma once
+
+// Sentences of datafiles as they are shown: with everything that stands there, also what counting has no use for.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace colx::concordance {
+
+// A word of a sentence, its texts as they stand in the datafile.
+struct ExampleWord {
+  std::string form;
+  std::string lemma;         // as far as ngrex keeps it
+  std::string whole_lemma;   // with its technical suffixes
+  std::string tag;           // without a mask
+  std::string relation;      // may be one that ngrex does not know
+  std::uint16_t parent = 0;  // position of the parent in the sentence, from 1; 0 also when it is none of its words
+};
+
+struct ExampleSentence {
+  std::string entry;       // the datafile as the list has it
+  std::string file;        // the path by which it was opened
+  std::uint32_t line = 0;  // of the first word, from 1, as warnings count them
+  std::vector<ExampleWord> words;
+};
+
+}  // namespace colx::concordance
