@@ -169,6 +169,23 @@ CommandLine split_command_line(const Program& program, const std::vector<std::st
   return line;
 }
 
+std::string shell_line(const Program& program, const std::vector<std::string>& arguments) {
+  constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_=./,:+@%";
+  std::string line(program.name);
+  for (const std::string& argument : arguments) {
+    line += ' ';
+    if (!argument.empty() && argument.find_first_not_of(plain) == std::string::npos) {
+      line += argument;
+      continue;
+    }
+    line += '\'';
+    for (const char c : argument)
+      line += c == '\'' ? "'\\''" : std::string(1, c);
+    line += '\'';
+  }
+  return line;
+}
+
 std::string help(const Program& program) {
   std::string text =
       fmt::format("Usage: {} [options] {}\n{}\n\nOptions:\n", program.name, program.operands, program.purpose);

@@ -93,6 +93,9 @@ bool apply_command_line(const Program& program, const std::array<Option<Settings
   return false;
 }
 
+// A command line as it can be given to a shell, quoted where that is needed.
+std::string shell_line(const Program& program, const std::vector<std::string>& arguments);
+
 // What --help prints.
 std::string help(const Program& program);
 

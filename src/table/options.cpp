@@ -147,24 +147,6 @@ constexpr auto _rows = std::to_array<OptionRow>({
 });
 constexpr auto _entries = entries_of(_rows);
 
-// A command line for a shell, quoted where that is needed.
-std::string _shell_line(const std::vector<std::string>& arguments) {
-  constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_=./,:+@%";
-  std::string line(program.name);
-  for (const std::string& argument : arguments) {
-    line += ' ';
-    if (!argument.empty() && argument.find_first_not_of(plain) == std::string::npos) {
-      line += argument;
-      continue;
-    }
-    line += '\'';
-    for (const char c : argument)
-      line += c == '\'' ? "'\\''" : std::string(1, c);
-    line += '\'';
-  }
-  return line;
-}
-
 void _check_names(const Options& options) {
   for (const std::string& name : options.columns)
     expand_column(name, 0);
@@ -272,7 +254,7 @@ Options parse_options(const std::vector<std::string>& arguments) {
   check_combination(program, arguments);
   std::vector<std::string> files;
   if (apply_command_line(program, _rows, arguments, options, files)) return options;
-  options.command_line = _shell_line(arguments);
+  options.command_line = shell_line(program, arguments);
   if (options.kind != Input::ngrams) {
     if (!files.empty()) throw usage_error(fmt::format("expected one input, found {} and {}", options.input, files[0]));
     return options;
