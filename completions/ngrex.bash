@@ -19,7 +19,7 @@ _ngrex_value_of() {
     ngrex:-cs) echo '0 1 2' ;;
     ngrex:-[cdfios] | ngrex:-cf | ngrex:-fs) echo files ;;
     ngrex:-[mp] | ngrex:-cw | ngrex:-t[cefmlptz]) echo text ;;
-    ngrex-import:-o | ngrex-import:--output | ngrex-import:--list | ngrex-import:--relation-map) echo files ;;
+    ngrex-import:-o | ngrex-import:--output | ngrex-import:--list | ngrex-import:--sentences | ngrex-import:--relation-map) echo files ;;
     ngrex-import:--from) echo 'conllu conllx datafile' ;;
     ngrex-import:--tag) echo 'xpos upos feats' ;;
     ngrex-import:--relations) echo 'keep functions' ;;
@@ -48,7 +48,7 @@ _ngrex_complete() {
       options='-c -cf -cs -cw -d -f -fs -i -m -n -o -p -s -ta -tc -te -tf -tl -tm -to -tp -tt -tz'
       ;;
     ngrex-import)
-      options='-o --output --from --tag --relations --relation-map --print-relation-map --protect-lemmas --no-protect-lemmas --split --list --mask --check
+      options='-o --output --from --tag --relations --relation-map --print-relation-map --protect-lemmas --no-protect-lemmas --split --list --sentences --mask --check
         --strict --tag-table -q --quiet -h --help --version'
       ;;
     ngrex-table)

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <limits>
 #include <utility>
@@ -46,6 +47,7 @@ void ByteSource::_start() {
   _raw_begin = 0;
   _raw_end = 0;
   _at_end = false;
+  _place = 0;
   // A pipe may give a single byte at first.
   while (_raw_end < 2) {
     const std::size_t count = _input.read_some(_raw.data() + _raw_end, _raw.size() - _raw_end, _name);
@@ -62,6 +64,12 @@ void ByteSource::_start() {
 }
 
 std::size_t ByteSource::read_some(char* to, std::size_t size) {
+  const std::size_t count = _read_some(to, size);
+  _place += count;
+  return count;
+}
+
+std::size_t ByteSource::_read_some(char* to, std::size_t size) {
   if (!_compressed) return _read_plain(to, size);
   while (!_at_end) {
     if (_raw_begin == _raw_end) {
@@ -133,6 +141,21 @@ std::size_t ByteSource::_inflate(char* to, std::size_t size) {
 void ByteSource::rewind() {
   if (lseek(_input.number(), 0, SEEK_SET) != 0) _fail("cannot be read again: " + system_reason());
   _start();
+}
+
+void ByteSource::go_to(std::uint64_t place) {
+  if (!_compressed) {
+    if (::lseek(_input.number(), static_cast<off_t>(place), SEEK_SET) < 0)
+      _fail("cannot be read again: " + system_reason());
+    _raw_begin = _raw_end;
+    _at_end = false;
+    _place = place;
+    return;
+  }
+  if (place < _place) rewind();
+  std::array<char, 16384> passed;
+  while (_place < place)
+    if (read_some(passed.data(), std::min<std::uint64_t>(passed.size(), place - _place)) == 0) return;
 }
 
 }  // namespace colx

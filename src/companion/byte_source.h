@@ -43,9 +43,14 @@ class ByteSource {
   // Goes back to the beginning of an input that can be read again.
   void rewind();
 
+  // Goes to a place in the text of such an input, so many bytes behind its beginning. In a compressed one everything
+  // before the place is read, from the beginning where the place is behind.
+  void go_to(std::uint64_t place);
+
  private:
   void _start();
   void _release();
+  std::size_t _read_some(char* to, std::size_t size);
   std::size_t _read_plain(char* to, std::size_t size);
   bool _begin_member();
   std::size_t _inflate(char* to, std::size_t size);
@@ -62,6 +67,7 @@ class ByteSource {
   z_stream _inflater{};
   bool _inflater_made = false;
   std::uint64_t _bytes_read = 0;
+  std::uint64_t _place = 0;  // in the text
 };
 
 }  // namespace colx

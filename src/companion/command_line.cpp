@@ -18,6 +18,7 @@
 #include "base/termination.h"
 #include "companion/descriptor.h"
 #include "companion/errors.h"
+#include "companion/new_file.h"
 #include "companion/utf8.h"
 
 namespace colx {
@@ -229,6 +230,7 @@ int run_companion(const Program& program, int argc, const char* const* argv,
   const auto at_start = std::signal(SIGPIPE, SIG_IGN);
   end_with_words([](const char* reason) {
     std::fprintf(stderr, "%s: %s\n", ::program_invocation_short_name, reason == nullptr ? no_memory : reason);
+    remove_unfinished_file();
     std::_Exit(EXIT_FAILURE);
   });
   if (!occupy_standard_descriptors())

@@ -26,7 +26,7 @@ std::atomic<const char*> _unfinished = nullptr;  // the temporary name that an i
 static_assert(std::atomic<const char*>::is_always_lock_free);
 
 extern "C" void _remove_unfinished(int signal) {
-  if (const char* const name = _unfinished.load(); name != nullptr) ::unlink(name);
+  remove_unfinished_file();
   std::signal(signal, SIG_DFL);
   ::raise(signal);
 }
@@ -64,6 +64,10 @@ Descriptor _open(const std::string& path, int flags, const std::string& shown) {
 }
 
 }  // namespace
+
+void remove_unfinished_file() {
+  if (const char* const name = _unfinished.load(); name != nullptr) ::unlink(name);
+}
 
 NewFile::NewFile(std::string path) : _path(std::move(path)), _target(_behind_links(_path)) {
   struct stat status {};

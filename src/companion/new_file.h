@@ -44,4 +44,7 @@ class NewFile {
   Descriptor _file;
 };
 
+// Removes what is there of a file that was not committed, for an end of the program that gives nothing back.
+void remove_unfinished_file();
+
 }  // namespace colx

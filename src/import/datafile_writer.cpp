@@ -84,11 +84,13 @@ DatafileWriter::DatafileWriter(std::string path, std::uint64_t split, std::vecto
 
 void DatafileWriter::_refuse(const std::optional<RegularFile>& file) const {
   if (file.has_value() && std::find(_kept.begin(), _kept.end(), file->identity) != _kept.end())
-    throw output_error(fmt::format("cannot write to {}: it is an input or the list, and would be overwritten", _name));
+    throw output_error(
+        fmt::format("cannot write to {}: it is an input or another output, and would be overwritten", _name));
 }
 
 void DatafileWriter::_open() {
   _words = 0;
+  _lines = 0;
   if (_path.empty()) {
     _name = "standard output";
     _output = Descriptor::standard_output();
@@ -113,7 +115,7 @@ void DatafileWriter::_close() {
   _output.close(_name);
 }
 
-void DatafileWriter::write(std::string_view sentence, std::uint64_t words) {
+std::uint64_t DatafileWriter::write(std::string_view sentence, std::uint64_t words) {
   if (_split != 0 && _words > 0 && _words + words > _split) {
     _close();
     _open();
@@ -121,7 +123,10 @@ void DatafileWriter::write(std::string_view sentence, std::uint64_t words) {
   _buffer += sentence;
   _buffer += '\n';
   _words += words;
+  const std::uint64_t line = _lines + 1;
+  _lines += words + 1;
   if (_buffer.size() >= buffer_size) _flush();
+  return line;
 }
 
 void DatafileWriter::finish() {

@@ -28,8 +28,9 @@ class DatafileWriter {
   // An empty path is standard output. With `split` other than 0 a new file is begun where a sentence would bring the
   // one in hand above that many words. Files in `kept` are never overwritten. The first file is created here.
   DatafileWriter(std::string path, std::uint64_t split, std::vector<FileIdentity> kept);
-  // Writes the text of a sentence of `words` words, without the empty line behind it.
-  void write(std::string_view sentence, std::uint64_t words);
+  // Writes the text of a sentence of `words` words, without the empty line behind it. Returns the line of its first
+  // word in its file, which is the last one of `paths`.
+  std::uint64_t write(std::string_view sentence, std::uint64_t words);
 
   // Writes what is left and closes; to be called once, at the end.
   void finish();
@@ -50,6 +51,7 @@ class DatafileWriter {
   std::string _name;
   Descriptor _output;
   std::uint64_t _words = 0;  // in the file in hand
+  std::uint64_t _lines = 0;  // the same
   std::string _buffer;
 };
 

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "companion/errors.h"
+#include "companion/sentence_record.h"
 #include "corpus/datafile_format.h"
 #include "import/relation_tables.h"
 
@@ -74,6 +75,8 @@ constexpr auto _rows = std::to_array<OptionRow>({
      [](ImportSettings& settings, const GivenOption& given) { settings.split = whole_number(given, 1); }},
     {{"--list", "FILE", "write the paths of the datafiles to the list FILE, or add them to it"},
      [](ImportSettings& settings, const GivenOption& given) { settings.list = _path(given); }},
+    {{"--sentences", "FILE", "keep in FILE, for each sentence, its source, sent_id and text, or add them to it"},
+     [](ImportSettings& settings, const GivenOption& given) { settings.sentences = _path(given); }},
     {{"--mask", "MASK", "count distinct tags also under this tag mask of * and -"},
      [](ImportSettings& settings, const GivenOption& given) { settings.mask = _mask(given); }},
     {{"--check", "", "write nothing, only report what is wrong"},
@@ -97,14 +100,22 @@ constexpr auto _entries = entries_of(_rows);
 
 // Refuses what the options do not allow together.
 void _check_conflicts(const ImportSettings& settings) {
-  if (settings.check && (!settings.output.empty() || !settings.list.empty() || settings.split != 0))
-    throw usage_error("--check writes nothing and does not go with --output, --list or --split");
+  if (settings.check &&
+      (!settings.output.empty() || !settings.list.empty() || !settings.sentences.empty() || settings.split != 0))
+    throw usage_error("--check writes nothing and does not go with --output, --list, --sentences or --split");
   if (settings.output.empty() && settings.split != 0) throw usage_error("--split needs --output FILE");
   if (settings.output.empty() && !settings.list.empty()) throw usage_error("--list needs --output FILE");
+  if (settings.output.empty() && !settings.sentences.empty())
+    throw usage_error("--sentences needs --output FILE, by whose name the sentences are found again");
   if (!settings.relation_map.empty() && settings.functions == false)
     throw usage_error("--relation-map does not go with --relations keep");
   if (settings.relation_map == "-") throw usage_error("--relation-map: expected the path of a file, found \"-\"");
   if (settings.list == "-") throw usage_error("--list: expected the path of a file, found \"-\"");
+  if (settings.sentences == "-") throw usage_error("--sentences: expected the path of a file, found \"-\"");
+  if (!settings.sentences.empty() && settings.sentences == settings.output)
+    throw usage_error("--sentences and --output name the same file");
+  if (!settings.sentences.empty() && !may_stand_in_sentence_file(settings.output))
+    throw usage_error("a path with a TAB or a line end cannot stand in a sentence file");
   if (!settings.list.empty() && settings.output.find('\n') != std::string::npos)
     throw usage_error("a path with a line end cannot stand in a list file");
   if (std::count(settings.inputs.begin(), settings.inputs.end(), "-") > 1)

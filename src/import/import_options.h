@@ -23,6 +23,7 @@ struct ImportSettings {
   std::optional<bool> protect_lemmas;  // not given: by format
   std::string output;                  // empty: standard output
   std::string list;
+  std::string sentences;    // a sentence file; empty: none
   std::uint64_t split = 0;  // words; 0: a single datafile
   std::string mask;
   bool check = false;

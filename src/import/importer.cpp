@@ -24,6 +24,7 @@
 #include "import/foreign_format.h"
 #include "import/import_options.h"
 #include "import/import_report.h"
+#include "import/noted_sentences.h"
 #include "import/reading_bar.h"
 #include "import/relation_tables.h"
 #include "import/sentence_reader.h"
@@ -59,6 +60,7 @@ class Importer {
       _import(_settings.inputs[i], _inputs[i]);
     _bar.clear();
     if (_writer) _writer->finish();
+    if (_sentences) _sentences->commit();
     if (_list) _list->add(_writer->paths());
     if (_writer && !_settings.output.empty()) _warn_of_others();
     const std::string tag_fault = _report.tag_fault();
@@ -134,6 +136,8 @@ class Importer {
                         "the path",
                         _settings.list));
     }
+    if (!_settings.sentences.empty())
+      _sentences.emplace(_settings.sentences, _settings.output, _settings.split != 0, _kept);
     _writer = std::make_unique<DatafileWriter>(_settings.output, _settings.split, _kept);
   }
 
@@ -217,7 +221,7 @@ class Importer {
     while (reader.next(sentence, problems)) {
       _bar.update(source->bytes_read());
       if (sentence.rows > 0) ++sentences;
-      if (sentence.rows > 0 && !must_be_skipped(problems)) _convert(sentence, converter, source->name(), problems);
+      if (sentence.rows > 0 && !must_be_skipped(problems)) _convert(sentence, converter, *source, problems);
       _faults.tell(problems);
       if (must_be_skipped(problems)) _report.add_skipped(sentence.rows);
     }
@@ -230,15 +234,16 @@ class Importer {
   }
 
   // Writes and counts a sentence, unless it turns out that it cannot be written.
-  void _convert(const TreebankSentence& sentence, SentenceConverter& converter, const std::string& input,
+  void _convert(const TreebankSentence& sentence, SentenceConverter& converter, const TreebankSource& input,
                 std::vector<TreebankProblem>& problems) {
     const std::vector<DatafileWord>& words = converter.convert(sentence, problems);
     if (must_be_skipped(problems)) return;
-    _report.add_sentence(sentence, words, input);
+    _report.add_sentence(sentence, words, input.name());
     if (!_writer) return;
     _text.clear();
     append_rows(_text, sentence, words);
-    _writer->write(_text, words.size());
+    const std::uint64_t line = _writer->write(_text, words.size());
+    if (_sentences) _sentences->add(sentence, input.path(), _writer->paths(), line);
   }
 
   // Tells of files that another import of the same output left, as a list may name them too: parts with higher numbers,
@@ -270,6 +275,7 @@ class Importer {
   std::string _refusal;         // why tags are not taken from XPOS; empty: they are, or were not looked at
   bool _any_treebank = false;   // some input is no datafile
   std::optional<ExtendedList> _list;
+  std::optional<NotedSentences> _sentences;
   std::unique_ptr<DatafileWriter> _writer;
   ImportReport _report;
   ReadingBar _bar;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "import/fault.h"
+#include "import/sentence_comments.h"
 #include "import/text_arena.h"
 
 namespace colx {
@@ -33,6 +34,7 @@ struct TreebankWord {
 struct TreebankSentence {
   std::vector<TreebankWord> words;
   TextArena texts;
+  SentenceComments comments;
   std::uint64_t rows = 0;  // rows of words, those that are lost by a fault included
   std::uint64_t line = 0;  // of its first row
 };

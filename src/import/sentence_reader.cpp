@@ -54,7 +54,10 @@ bool SentenceReader::next(TreebankSentence& sentence, std::vector<TreebankProble
   while (_next_line(problems)) {
     if (_line.empty() || (is_white_space(_line.front()) && _is_white(_line))) {
       _note_line_without_row(sentence, problems);
-      if (sentence.rows == 0 && problems.empty()) continue;
+      if (sentence.rows == 0 && problems.empty()) {
+        sentence.comments.clear();
+        continue;
+      }
       _end_sentence(sentence, joined, problems);
       return true;
     }
@@ -76,6 +79,7 @@ bool SentenceReader::next(TreebankSentence& sentence, std::vector<TreebankProble
 void SentenceReader::_begin(TreebankSentence& sentence, std::vector<TreebankProblem>& problems) {
   sentence.words.clear();
   sentence.texts.clear();
+  sentence.comments.clear();
   sentence.rows = 0;
   sentence.line = 0;
   problems.clear();
@@ -85,6 +89,7 @@ void SentenceReader::_begin(TreebankSentence& sentence, std::vector<TreebankProb
   _other_rows = _opening.rows;
   if (!_line_held) return;
   problems.swap(_opening.if_first);
+  std::swap(sentence.comments, _opening.comments);
   _opening = {};
 }
 
@@ -220,9 +225,11 @@ void SentenceReader::_add_line(TreebankSentence& sentence, std::vector<TreebankP
     _add_datafile_row(sentence, problems);
   } else if (!_line.starts_with('#')) {
     _add_conll_row(traits, sentence, problems);
-  } else if (conllu && sentence.rows == 0) {
-    _commented = true;
+  } else if (sentence.rows == 0) {
+    _commented = conllu;
+    sentence.comments.take(_line);
   } else if (conllu) {
+    _opening.comments.take(_line);
     _opening.if_inside.push_back(_problem(
         Fault::misplaced_comment, 0, "expected comments before the first word of a sentence only, found one behind"));
   }

@@ -31,7 +31,7 @@ enum class WantedFields : std::uint8_t { all, xpos };
 // at 1. Comments, multiword ranges and empty nodes of the CoNLL formats are passed over. Every fault is noted as a
 // problem; a sentence with one that costs it cannot be used. Faults of the tree are noted by check_tree, which every
 // sentence without such a fault goes through. What concerns the format rather than the words, such as empty columns, is
-// looked for in CoNLL-U only.
+// looked for in CoNLL-U only. What comments say of a sentence comes with it.
 //
 // Where only XPOS is wanted, of a CoNLL format, the other texts of words stay empty, and faults that do not cost
 // sentences may go unnoticed; the sentences are the same, and so is whether they can be used.
@@ -57,6 +57,7 @@ class SentenceReader {
   // nodes before the first word. What they are decides the next row of a word.
   struct Opening {
     OtherRows rows;
+    SentenceComments comments;
     std::vector<TreebankProblem> if_inside;
     std::vector<TreebankProblem> if_first;
   };

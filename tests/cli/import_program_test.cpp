@@ -64,6 +64,51 @@ TEST_F(ImportTest, SplitsAndExtendsTheList) {
   EXPECT_EQ(read("list"), "d-0001.dat\nd-0002.dat\n");
 }
 
+TEST_F(ImportTest, NotesWhereSentencesComeFrom) {
+  folder.write("in", "# sent_id = w-1\n" + rain + broken + rain);
+  EXPECT_EQ(run({"-q", "-o", "d.dat", "--sentences", "s", "in", "-"}, rain).status, 0);
+  const std::string notes =
+      "# ngrex sentences 1\n"
+      "d.dat\t1\t4\tin\t3\tw-1\tHeavy rain isn't\n"
+      "d.dat\t6\t4\tin\t12\t\tHeavy rain isn't\n"
+      "d.dat\t11\t4\t-\t2\t\tHeavy rain isn't\n";
+  EXPECT_EQ(read("s"), notes);
+  EXPECT_EQ(run({"-q", "-o", "e.dat", "--split", "8", "--sentences", "s", "in"}, "").status, 0);
+  EXPECT_EQ(read("s"), notes +
+                           "e-0001.dat\t1\t4\tin\t3\tw-1\tHeavy rain isn't\n"
+                           "e-0001.dat\t6\t4\tin\t12\t\tHeavy rain isn't\n");
+  // What it said of parts of the same output is replaced, though their number was another one.
+  EXPECT_EQ(run({"-q", "-o", "e.dat", "--split", "4", "--sentences", "s"}, rain).status, 0);
+  EXPECT_EQ(read("s"), notes + "e-0001.dat\t1\t4\t-\t2\t\tHeavy rain isn't\n");
+}
+
+TEST_F(ImportTest, NotesNoSentencesOverSomethingElse) {
+  const auto complaint = [&](const std::vector<std::string>& arguments) {
+    const ToolResult result = run(arguments);
+    EXPECT_EQ(result.status, 1);
+    return result.err;
+  };
+  const std::string overwritten =
+      "ngrex-import: cannot write to in: it is an input or another output, and would be overwritten; stopping\n";
+  folder.write("in", rain);
+  folder.write("letter", "Dear\n");
+  EXPECT_EQ(complaint({"-q", "-o", "d", "--sentences", "in", "in"}), overwritten);
+  EXPECT_EQ(complaint({"-q", "-o", "d", "--sentences", "letter", "in"}),
+            "ngrex-import: letter: line 1: expected \"# ngrex sentences 1\", with which a sentence file begins, found "
+            "\"Dear\"; stopping\n");
+  EXPECT_EQ(complaint({"-q", "-o", "./d", "--sentences", "d", "in"}),
+            "ngrex-import: cannot write to d: it is a datafile, and would be overwritten; stopping\n");
+  EXPECT_EQ(complaint({"-q", "-o", "d", "--list", "l", "--sentences", "l", "in"}),
+            "ngrex-import: cannot write to l: it is an input or another output, and would be overwritten; stopping\n");
+  EXPECT_EQ(read("in") + read("letter"), rain + "Dear\n");
+  // Nothing remains of a run that fails, and what was noted before stays.
+  EXPECT_EQ(run({"-q", "-o", "d", "--sentences", "s", "in"}).status, 0);
+  const std::string notes = read("s");
+  EXPECT_EQ(complaint({"-q", "-o", "s", "--sentences", "./s", "in"}),
+            "ngrex-import: cannot write to s: it is an input or another output, and would be overwritten; stopping\n");
+  EXPECT_EQ(read("s"), notes);
+}
+
 TEST_F(ImportTest, SkipsABrokenSentenceAndFailsUnderStrictOnly) {
   const std::string message =
       "ngrex-import: standard input:1: column 7 (HEAD): expected the number of a word or 0, found \"x\"; the sentence "
@@ -284,9 +329,9 @@ TEST_F(ImportTest, OverwritesNeitherAnInputNorTheListWithAPart) {
   folder.write("d-0002.dat", rain + rain + rain);
   const ToolResult result = run({"-q", "--split", "4", "-o", "d.dat", "d-0002.dat"});
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(
-      result.err,
-      "ngrex-import: cannot write to d-0002.dat: it is an input or the list, and would be overwritten; stopping\n");
+  EXPECT_EQ(result.err,
+            "ngrex-import: cannot write to d-0002.dat: it is an input or another output, and would be overwritten; "
+            "stopping\n");
   EXPECT_EQ(read("d-0002.dat"), rain + rain + rain);
   EXPECT_EQ(run({"-q", "-o", "same", "--list", "same"}, rain).status, 1);
   folder.write("list", "other.dat\n");

@@ -57,6 +57,7 @@ def scenarios():
         Scenario("ngrex", ["-i", "list", "-n", "9", "-o", "pairs"], corpus, ""),
         Scenario("ngrex-import", split, banks, ""),
         Scenario("ngrex-import", ["-o", "words.txt", "-"], {}, TREEBANK),
+        Scenario("ngrex-import", ["-o", "words.txt", "--sentences", "notes", "bank"], banks, ""),
         Scenario("ngrex-import", ["--tag", "upos", "bank.gz"], banks, ""),
         Scenario("ngrex-import", ["--check", "--strict", "faulty"], {"faulty": FAULTY}, ""),
         Scenario("ngrex-import", ["--split", "4"], banks, ""),

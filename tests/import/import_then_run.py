@@ -6,7 +6,8 @@ Makes random treebanks (CoNLL-U, CoNLL-X or datafiles, many of their lines damag
 hold) from a printed seed, imports each with random options and runs ngrex over the result, without a mask, with the mask that
 the importer suggests, or with a random one. The words, sentences and tags that the importer reports must be those that ngrex
 counts. What was written must pass the importer's own check, and a datafile that passes the check as it is must be read by
-ngrex without a word.
+ngrex without a word. The sentence file must have every sentence that was written, in whole datafiles and in parts of a
+split one, with its place in the treebank and the comments that stand there.
 """
 
 import argparse
@@ -52,7 +53,9 @@ def sentence(random_, form, many_tags):
         if form == "conllu" and random_.random() < 0.1:
             rows.append("\t".join([random_.choice([f"{i}.1", f"{i}-{i + 1}"])] + ["_"] * 9))
     if form == "conllu" and random_.random() < 0.5:
-        rows.insert(0, "# text = " + field(random_))
+        rows.insert(0, "# text = " + field(random_) + random_.choice(["", " ", "\xff"]))
+    if form == "conllu" and random_.random() < 0.5:
+        rows.insert(random_.randint(0, len(rows) > 0 and rows[0].startswith("#")), f"# sent_id = s-{random_.randrange(2**32)}")
     end = random_.choice(["\n", "\n", "\n", "\r\n"])
     between = random_.choice([end, end, end, end, "\n", "\r\n", " \n", "\t\n", "\n\n"])
     return end.join(rows) + end + between
@@ -81,6 +84,43 @@ def unfounded_approval(arguments, folder):
     return None
 
 
+def comments_above(lines, row):
+    """The identifier and the text that the comments above a line of a treebank give."""
+    found = {b"sent_id": b"", b"text": b""}
+    while row > 0 and lines[row - 1].startswith(b"#"):
+        row -= 1
+        key, sign, value = lines[row][1:].partition(b"=")
+        if sign and key.strip() in found:
+            found[key.strip()] = value.strip()
+    return [re.sub(rb"[\0-\x1f\x7f]", b" ", value.decode(errors="replace").encode()) for value in found.values()]
+
+
+def misplaced_sentence(folder, notes, datafiles):
+    """What is wrong with the sentence file of an import of the file treebank."""
+    def read(name):
+        with open(os.path.join(folder, name), "rb") as file:
+            return file.read()
+    treebank = read("treebank").split(b"\n")
+    expected = []
+    for datafile in datafiles:
+        line = 1
+        for sentence_ in re.findall(rb"(?:.+\n)+", read(datafile)):
+            expected.append((datafile.encode(), line, sentence_.count(b"\n")))
+            line += expected[-1][2] + 1
+    header, *records = read(notes).split(b"\n")[:-1]
+    if header != b"# ngrex sentences 1":
+        return f"header {header}"
+    found = []
+    for record in records:
+        datafile, line, words, source, source_line, *comments = record.split(b"\t")
+        found.append((datafile, int(line), int(words)))
+        if source != b"treebank" or not re.match(rb"\s*1\s", treebank[int(source_line) - 1]):
+            return f"no sentence begins there: {record}"
+        if comments != comments_above(treebank, int(source_line) - 1):
+            return f"other comments stand there: {record}"
+    return "" if found == expected else f"sentences {found}, expected {expected}"
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--import", dest="importer", required=True)
@@ -100,11 +140,12 @@ def main():
             sentences = random_.randint(300, 500) if many_tags else random_.randint(1, 12)
             text = "".join(sentence(random_, form, many_tags) for _ in range(sentences))
             with open(os.path.join(folder, "treebank"), "wb") as treebank:
-                treebank.write(text.encode() if random_.random() < 0.9 else text.rstrip().encode())
+                text = text if random_.random() < 0.9 else text.rstrip()
+                treebank.write(text.encode().replace("\xff".encode(), b"\xff"))
             if form == "datafile" and (complaint := unfounded_approval(arguments, folder)):
                 print(f"case {case}: {complaint}")
                 return 1
-            options = ["--from", form, "-o", "words.dat", "--list", "list"]
+            options = ["--from", form, "-o", "words.dat", "--list", "list", "--sentences", "notes"]
             options += random_.choice([[], ["--tag", "feats"], ["--tag", "upos"], ["--no-protect-lemmas"],
                                        ["--relations", "keep"], ["--tag", "xpos"]])
             if many_tags:
@@ -115,6 +156,15 @@ def main():
             report = subprocess.run([arguments.importer, *options, "treebank"], cwd=folder, capture_output=True)
             if report.returncode != 0:
                 print(f"case {case}: import ended with {report.returncode}: {report.stderr.decode()}")
+                return 1
+            wrong = misplaced_sentence(folder, "notes", ["words.dat"])
+            if not wrong and random_.random() < 0.3:
+                subprocess.run([arguments.importer, "-q", "--from", form, "-o", "part.dat", "--split", "20", "--sentences", "notes2",
+                                "treebank"], cwd=folder, capture_output=True, check=True)
+                parts = sorted(name for name in os.listdir(folder) if name.startswith("part-"))
+                wrong = misplaced_sentence(folder, "notes2", parts)
+            if wrong:
+                print(f"case {case} ({form}): {wrong}")
                 return 1
             told = report.stderr.decode()
             tags = None

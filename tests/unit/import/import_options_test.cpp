@@ -29,6 +29,11 @@ TEST(ImportOptions, RefusesWhatDoesNotGoTogether) {
   EXPECT_THROW(parse_import_options({"--split", "3"}), usage_error);
   EXPECT_THROW(parse_import_options({"--list", "x"}), usage_error);
   EXPECT_THROW(parse_import_options({"--list", "x", "-o", "a\nb"}), usage_error);
+  EXPECT_THROW(parse_import_options({"--check", "--sentences", "x"}), usage_error);
+  EXPECT_THROW(parse_import_options({"--sentences", "x"}), usage_error);
+  EXPECT_THROW(parse_import_options({"--sentences", "x", "-o", "x"}), usage_error);
+  EXPECT_THROW(parse_import_options({"--sentences", "-", "-o", "x"}), usage_error);
+  EXPECT_THROW(parse_import_options({"--sentences", "x", "-o", "a\tb"}), usage_error);
   EXPECT_THROW(parse_import_options({"-", "-"}), usage_error);
 }
 
