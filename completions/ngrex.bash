@@ -1,4 +1,4 @@
-# Bash completion for ngrex, ngrex-import and ngrex-table.
+# Bash completion for ngrex and its companions.
 
 # Completes the last name of a list separated by commas, "$1" of the words in "$2".
 _ngrex_complete_list() {
@@ -37,6 +37,10 @@ _ngrex_value_of() {
     ngrex-table:--groups) echo 'size name' ;;
     ngrex-table:--sort) echo "list: $columns $(printf '+%s ' $columns) $(printf -- '-%s ' $columns)" ;;
     ngrex-table:--top | ngrex-table:--min-frequency | ngrex-table:--precision | ngrex-table:--where | ngrex-table:--memory | ngrex-table:--profile) echo text ;;
+    ngrex-report:-o | ngrex-report:--output | ngrex-report:-s | ngrex-report:--statistics) echo files ;;
+    ngrex-report:--measures) echo "list: $measures" ;;
+    ngrex-report:--sort) echo "list: $columns $(printf '+%s ' $columns) $(printf -- '-%s ' $columns)" ;;
+    ngrex-report:--top | ngrex-report:--min-frequency | ngrex-report:--where | ngrex-report:--memory | ngrex-report:--title) echo text ;;
   esac
 }
 
@@ -55,6 +59,9 @@ _ngrex_complete() {
       options='-o --output --columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision --na --bom --json-numbers --unsigned
         --per --groups --profile --locale --memory --ignore-case
         --merge --within --compare --contexts --statistics -h --help --version'
+      ;;
+    ngrex-report)
+      options='-o --output --measures --sort --memory --top --min-frequency --where --ignore-case --title -s --statistics -h --help --version'
       ;;
   esac
 
@@ -86,4 +93,4 @@ _ngrex_complete() {
   esac
 }
 
-complete -o filenames -F _ngrex_complete ngrex ngrex-import ngrex-table
+complete -o filenames -F _ngrex_complete ngrex ngrex-import ngrex-report ngrex-table

@@ -87,23 +87,17 @@ constexpr auto _notes = std::to_array<MeasureNote>({
      "How many times better the odds of one word are when the other one is there: 1 is chance, and infinite means that "
      "one of them is never without the other.",
      wide},
-    {"log_ratio", "log ratio",
-     "log2 of (f / f_1) / (O[1] / (n − f_1)): how much more frequent the second word is beside the first than "
-     "elsewhere, "
-     "in doublings; nothing added to the cells",
-     "Hardie 2014",
+    {"log_ratio", "log ratio", "log2((f / f_1) / (O[1] / (n − f_1))), nothing added to the cells", "Hardie 2014",
      "How many doublings more frequent the second word is beside the first than elsewhere: 0 is no difference, 1 is "
      "twice "
      "as frequent, and infinite means nowhere else.",
      false},
-    {"delta_p12", "ΔP 1→2", "f / f_1 − O[1] / (n − f_1): how much more probable the second word is given the first",
-     "Allan 1980; Gries 2013",
+    {"delta_p12", "ΔP 1→2", "f / f_1 − O[1] / (n − f_1)", "Allan 1980; Gries 2013",
      "How strongly the first word calls for the second: 0 is not at all, 1 is always and only then, and less than 0 "
      "that "
      "it keeps it away.",
      false},
-    {"delta_p21", "ΔP 2→1", "f / f_2 − O[2] / (n − f_2): how much more probable the first word is given the second",
-     "Allan 1980; Gries 2013",
+    {"delta_p21", "ΔP 2→1", "f / f_2 − O[2] / (n − f_2)", "Allan 1980; Gries 2013",
      "How strongly the second word calls for the first: 0 is not at all, 1 is always and only then, and less than 0 "
      "that "
      "it keeps it away.",

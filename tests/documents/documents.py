@@ -3,20 +3,22 @@
 usage: documents.py SOURCE_FOLDER BUILD_FOLDER
 
 Every relative link leads somewhere, in the source tree and among the installed documents. Every place that names the
-version names that of the build. The tables of docs/import.md are those of the program. Every command of the tutorial, of
+version names that of the build. The tables of docs/import.md are those of the program, and ngrex-report says of
+every measure what docs/measures.md says. Every command of the tutorial, of
 the measures and of the examples, run here, prints what stands below it, but for lines that are left out ("[...]") and times; the lines for pandas
 and R are not run. The commands of scripts/demo run too, and write the block that README.md and the demo explain; those of
 README.md for a treebank run on another one.
 """
 
 import contextlib
+import json
 import os
 import re
 import subprocess
 import sys
 import tempfile
 
-PROGRAMS = ["ngrex", "ngrex-import", "ngrex-table"]
+PROGRAMS = ["ngrex", "ngrex-import", "ngrex-report", "ngrex-table"]
 COMMAND = re.compile(r"(\./)?build/release/|mkdir |head |awk |sqlite3 ")
 
 CODE = ("import pandas", "pairs <-")
@@ -111,6 +113,23 @@ def check_import_tables(source, build):
         expect(lemma == "a" + chr(int(code[2:], 16)) + "b", f"docs/import.md: {character} becomes {code}, not {lemma!r}")
         typed = subprocess.run(["bash", "-c", "printf %s " + typed.strip("`")], capture_output=True, check=True).stdout
         expect(typed.decode() == chr(int(code[2:], 16)), f"docs/import.md: {code} is not {typed}")
+
+
+def check_measures(source, build):
+    """Formulas, sources and readings in the document and in a report."""
+    text = read(source, "docs", "measures.md")
+    rows = {row[0].strip("`"): row for row in table_rows(section(text, "Textbook measures"))[2:]}
+    readings = dict(row for row in table_rows(section(text, "How to read them"))[2:])
+    pair = "1\theavy\tA\t2\tAtr\n2\train\tN\t0\tHead\n4\t1\t1\t2\n1\t1\t1\t1\t1\t1\n\n\n"
+    page = subprocess.run([os.path.join(build, "ngrex-report"), "--measures", ",".join(rows)], input=pair, capture_output=True,
+                          text=True, check=True).stdout
+    told = json.loads(re.search('id="report">(.*?)</script>', page, re.S).group(1))["measures"]
+    expect(len(rows) == len(told) == len(readings) == 23, f"{len(rows)} measures in the table, {len(told)} in a report")
+    for measure in told:
+        name = measure["name"]
+        _, _, formula, _, _, published = rows[name]
+        expect((formula, published) == (measure["formula"], measure["source"]), f"docs/measures.md: {name} is told as {measure}")
+        expect(readings.get(f"`{name}`") == measure["reading"], f"docs/measures.md: how to read {name} is told as {measure}")
 
 
 def indented_blocks(text):
@@ -223,6 +242,7 @@ def main():
         check_links(os.path.join(installed, "share", "doc", "ngrex"))
         check_versions(source, build, installed)
     check_import_tables(source, build)
+    check_measures(source, build)
     check_commands(source, build, "docs/tutorial.md", 12)
     check_commands(source, build, "examples/README.md", 3)
     check_commands(source, build, "docs/measures.md", 5)

@@ -85,8 +85,9 @@ def refused_values(source, program, options):
             continue
         def takes(word):
             with tempfile.TemporaryDirectory() as folder:
+                # There is no N-gram, of which no report can be made; 2 is the status of a wrong command line.
                 return subprocess.run([program, *COMPANY.get(option, []), option, word], input="\n", capture_output=True,
-                                      text=True, cwd=folder).returncode == 0
+                                      text=True, cwd=folder).returncode != 2
 
         refused += [f"{option} {word} is completed and refused" for word in words if not takes(word)]
         if value in ("FORMAT", "SOURCE", "HOW", "NAME") or option == "--measures":
