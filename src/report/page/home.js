@@ -1,0 +1,107 @@
+// What one sees first: what the report holds, and words to begin with.
+
+const _wordsAtStart = 60;
+const _strongestAtStart = 15;
+const _frequenciesAtStart = [5, 3, 2];  // as rare N-grams have the highest scores by chance
+
+/** @param {Iterable<number>} lemmas @returns {HTMLElement} links with frequencies */
+function wordList(lemmas) {
+  return element('ul', {class: 'words'}, ...Array.from(lemmas, (lemma) => element('li', null, lemmaLink(lemma), ' ',
+    element('span', {class: 'soft small number'}, formatCount(report.lemmaFrequency[lemma])))));
+}
+
+/** The best rows by a quantity, without sorting all. @param {Quantity} by @param {number} least frequency */
+function _strongest(by, least) {
+  const compare = better(by);
+  /** @type {number[]} */
+  const best = [];
+  for (let row = 0; row < report.rows; ++row) {
+    if (report.frequency[row] < least || Number.isNaN(by.values[row])) continue;
+    if (best.length === _strongestAtStart && compare(best[best.length - 1], row) < 0) continue;
+    best.push(row);
+    best.sort(compare).splice(_strongestAtStart);
+  }
+  return best;
+}
+
+/** @returns {HTMLElement | null} */
+function _showStrongest() {
+  const by = quantity(report.meta.measures[0]?.name ?? 'frequency');
+  if (!by) return null;
+  const least = _frequenciesAtStart.find((frequency) => _strongest(by, frequency).length >= _strongestAtStart) ?? 1;
+  const rows = _strongest(by, least);
+  const scale = barScale(by, rows);
+  return element('section', {'aria-labelledby': 'strongest'},
+    element('h2', {id: 'strongest'}, by.name === 'frequency' ? `Most frequent ${ngramWord()}s` : `Strongest by ${by.title}`),
+    least > report.meta.choice.minFrequency && element('p', {class: 'soft small'}, `Of those that occur ${least} times or more.`),
+    element('table', {'aria-labelledby': 'strongest'},
+      element('thead', null, element('tr', null, element('th', {scope: 'col'}, report.n === 2 ? 'Pair' : 'N-gram'),
+        element('th', {scope: 'col', class: 'number'}, 'Frequency'),
+        by.name !== 'frequency' && element('th', {scope: 'col', class: 'number'}, by.title))),
+      element('tbody', null, ...rows.map((row) => element('tr', null,
+        element('th', {scope: 'row', class: 'collocate'}, ngramLink(row)),
+        by.name === 'frequency' ? meterCell(scale, row) : element('td', {class: 'number'}, formatCount(report.frequency[row])),
+        by.name !== 'frequency' && meterCell(scale, row))))));
+}
+
+/** @returns {{relation: number, rows: number, frequency: number}[]} the most frequent first */
+function _relationCounts() {
+  const rows = new Uint32Array(report.relations);
+  const frequency = new Float64Array(report.relations);
+  for (let k = 0; k < report.n; ++k)
+    for (let row = 0; row < report.rows; ++row) {
+      if (report.parent[k][row] === 0) continue;
+      ++rows[report.relation[k][row]];
+      frequency[report.relation[k][row]] += report.frequency[row];
+    }
+  return Array.from(rows, (count, relation) => ({relation, rows: count, frequency: frequency[relation]}))
+    .filter((one) => one.rows > 0).sort((a, b) => b.frequency - a.frequency);
+}
+
+/** @returns {HTMLElement} */
+function _showRelations() {
+  const counts = _relationCounts();
+  /** @type {BarScale} */
+  const scale = {
+    share: (i) => counts[i].frequency / counts[0].frequency,
+    text: (i) => formatCount(counts[i].frequency),
+    width: formatCount(counts[0]?.frequency ?? 0).length,
+  };
+  return element('section', {'aria-labelledby': 'relations'},
+    element('h2', {id: 'relations'}, 'Relations'),
+    element('table', {'aria-labelledby': 'relations'},
+      element('thead', null, element('tr', null, element('th', {scope: 'col'}, 'Relation'),
+        element('th', {scope: 'col', class: 'number'}, `${report.n === 2 ? 'Pairs' : 'Words in N-grams'}`),
+        element('th', {scope: 'col', class: 'number'}, 'Occurrences'))),
+      element('tbody', null, ...counts.map(({relation, rows}, i) => {
+        const name = report.relationText(relation);
+        return element('tr', null,
+          element('th', {scope: 'row'}, element('a', {href: address('table', {relation: name})}, visible(name)), ' ',
+            element('span', {class: 'soft small'}, relationMeaning(name))),
+          element('td', {class: 'number'}, formatCount(rows)),
+          meterCell(scale, i));
+      }))));
+}
+
+/** @returns {string} */
+function _summary() {
+  const {statistics, n} = report.meta;
+  const what = n === 2 ? 'pairs of words that depend on one another' : `N-grams of ${n} words that hang together in a dependency tree`;
+  const from = statistics ? `, counted in ${counted(statistics.words, 'word')} of ${counted(statistics.sentences, 'sentence')}` : '';
+  return `${formatCount(report.rows)} ${what}, with ${counted(report.lemmas, 'different word')}${from}.`;
+}
+
+registerView('start', {
+  title: () => '',
+  show(container) {
+    container.append(
+      element('div', {class: 'heading'}, element('h1', null, corpusText(report.meta.title)), element('p', {class: 'lead'}, _summary())),
+      element('div', {class: 'home'},
+        element('section', {class: 'home-words', 'aria-labelledby': 'words'},
+          element('h2', {id: 'words'}, 'Most frequent words'),
+          element('p', {class: 'soft small'}, 'Each leads to its profile. For others, type into the field above.'),
+          wordList(wordIndex.byFrequency.subarray(0, _wordsAtStart))),
+        _showStrongest(),
+        _showRelations()));
+  },
+});

@@ -1,0 +1,89 @@
+// One block of a profile on the screen: what it is, its best rows, and how many of them one sees.
+
+const _mostRowsOfBlock = 1000;
+
+/**
+ * @typedef {object} ProfileSettings
+ * @property {string} lemma
+ * @property {Quantity} sort
+ * @property {Quantity | null} score the measure that is shown beside the frequency
+ * @property {number} least frequency
+ * @property {number} show rows of a block
+ * @property {string} tag that the word must have; empty for any
+ * @property {Set<string>} open blocks that show more
+ * @property {number} blocks how many are shown
+ */
+
+/**
+ * What a block shows, for its heading and the list of blocks: "Atr of rain", "rain as Sb of", "* <Atr rain <Sb *".
+ * @param {ProfileBlock} block
+ * @param {string} lemma
+ * @returns {Node[]}
+ */
+function blockTitle(block, lemma) {
+  const word = corpusText(lemma, 'headword');
+  if (block.word >= 0) {
+    const shown = shorten(visible(lemma), 30);
+    return [element('bdi', {class: 'pattern', dir: 'ltr'}, report.patternText(block.rows[0], (k) => k === block.word ? `\u2068${shown}\u2069` : '∗'))];
+  }
+  const relation = element('span', {class: 'relation'}, visible(block.relation));
+  return block.isHead ? [relation, document.createTextNode(' of '), word] : [word, document.createTextNode(' as '), relation, document.createTextNode(' of')];
+}
+
+/** @param {ProfileBlock} block @param {ProfileSettings} settings @param {number} row */
+function _collocates(block, settings, row) {
+  const place = wordPlace(block, row);
+  const cell = element('th', {scope: 'row', class: 'collocate'});
+  const kept = {sort: settings.sort.name, least: settings.least, show: settings.show};
+  for (let k = 0; k < report.n; ++k) {
+    if (k === place) continue;
+    cell.append(cell.firstChild ? ' ' : '', lemmaLink(report.lemma[k][row], kept), tagNote(report.tag[k][row]) ?? '');
+  }
+  return cell;
+}
+
+/** @param {ProfileBlock} block @param {ProfileSettings} settings @param {number[]} rows @param {BarScale} scale */
+function _blockTable(block, settings, rows, scale) {
+  const {score, sort} = settings;
+  /** @param {Quantity} by */
+  const order = (by) => by.name === sort.name ? (by.isSmallBest ? 'ascending' : 'descending') : null;
+  const frequency = /** @type {Quantity} */ (quantity('frequency'));
+  return element('table', {'aria-labelledby': `title-${block.id}`},
+    element('thead', null, element('tr', null,
+      element('th', {scope: 'col'}, report.n === 2 ? 'Collocate' : 'Collocates'),
+      element('th', {scope: 'col'}, report.n === 2 ? 'Pair' : 'N-gram'),
+      element('th', {scope: 'col', class: 'number', 'aria-sort': order(frequency)}, 'Frequency'),
+      score && element('th', {scope: 'col', class: 'number', 'aria-sort': order(score)}, score.title))),
+    element('tbody', null, ...rows.map((row) => element('tr', null,
+      _collocates(block, settings, row),
+      element('td', {class: 'in-order'}, ngramLink(row)),
+      score ? element('td', {class: 'number'}, formatCount(report.frequency[row])) : meterCell(scale, row),
+      score && meterCell(scale, row)))));
+}
+
+/**
+ * One block.
+ * @param {ProfileBlock} block
+ * @param {ProfileSettings} settings
+ * @param {BarScale} scale
+ * @param {(isOpen: boolean) => void} onOpen when more or fewer rows are asked for
+ * @returns {HTMLElement}
+ */
+function showBlock(block, settings, scale, onOpen) {
+  const size = block.rows.length;
+  const isOpen = settings.open.has(block.id);
+  const shown = Math.min(size, isOpen ? _mostRowsOfBlock : settings.show);
+  const rows = block.rows.sort(better(settings.sort)).slice(0, shown);
+  const meaning = relationMeaning(block.relation);
+  const table = {lemma: settings.lemma, relation: block.relation, sort: `${settings.sort.isSmallBest ? '+' : '-'}${settings.sort.name}`, least: settings.least};
+  return element('section', {class: 'block', id: `block-${block.id}`, 'aria-labelledby': `title-${block.id}`},
+    element('div', {class: 'block-heading'},
+      element('h2', {id: `title-${block.id}`, tabindex: -1}, ...blockTitle(block, settings.lemma)),
+      meaning && element('p', {class: 'soft small'}, meaning)),
+    _blockTable(block, settings, rows, scale),
+    element('p', {class: 'block-foot small soft'},
+      element('span', null, `${formatCount(shown)} of ${formatCount(size)}`),
+      size > settings.show && element('button', {type: 'button', class: 'quiet', id: `open-${block.id}`, 'aria-expanded': String(isOpen),
+        onclick: () => onOpen(!isOpen)}, isOpen ? 'Show fewer' : size <= _mostRowsOfBlock ? 'Show all' : `Show ${formatCount(_mostRowsOfBlock)}`),
+      block.word < 0 && element('a', {href: address('table', table)}, 'In the table')));
+}
