@@ -11,14 +11,12 @@ namespace colx {
 
 namespace {
 
-constexpr std::size_t buffer_size = std::size_t{256} << 10;
-
 // With fewer bytes than this in the buffer it is filled up, so that a line is seldom cut by its end.
 constexpr std::size_t low_water = std::size_t{4} << 10;
 
 }  // namespace
 
-Input::Input(std::istream& stream) : _source(stream), _buffer(buffer_size) {}
+Input::Input(std::istream& stream, std::size_t buffer) : _source(stream), _buffer(buffer) {}
 
 // Moves what is left to the front of the buffer and reads as much as fits behind it. Returns whether anything came;
 // fewer bytes than fit are not the end. A source that fails is not read again; the input is bad from where its bytes

@@ -23,7 +23,9 @@ class Input {
  public:
   static constexpr int end_of_input = -1;
 
-  explicit Input(std::istream& stream);
+  // Reads up to `buffer` bytes at a time.
+  static constexpr std::size_t usual_buffer = std::size_t{256} << 10;
+  explicit Input(std::istream& stream, std::size_t buffer = usual_buffer);
 
   // The bytes read but not yet consumed. Reads on first when few are left, so that ordinary lines are whole; the view
   // is valid until the next call of any other function but consume.

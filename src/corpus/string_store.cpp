@@ -37,6 +37,7 @@ Index StringStore<Index>::store(std::string_view text) {
   const std::uint64_t hash = hash_bytes(text.data(), text.size());
   const std::uint32_t found = _find(hash, text);
   if (found != CompactIndex::none) return static_cast<Index>(found);
+  if (_is_closed) return others;
   if (_texts.size() + 1 >= std::numeric_limits<Index>::max()) {
     // The text that found no place is counted, so that the store can be told from one that is merely full.
     _texts.resize(std::numeric_limits<Index>::max(), "");

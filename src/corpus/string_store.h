@@ -33,8 +33,15 @@ class StringStore : public RandomSizedMemoryPool<char> {
   // Makes an empty store for texts that take, with their terminating zero, at most `block_size` + 1 bytes each.
   explicit StringStore(std::uint32_t block_size);
 
-  // Returns the index of a text without zero bytes, which is copied when it is new. A text that is already there is
-  // found even when the store is full. Throws index_overflow when there is no index left (the table then keeps one
+  // The index that a closed store gives for every text that it does not have; that of no text.
+  static constexpr Index others = std::numeric_limits<Index>::max();
+
+  // Closes the store: it takes no further text, and thus no further memory, for readers of a corpus that look for known
+  // words only.
+  void close() { _is_closed = true; }
+
+  // Returns the index of a text without zero bytes, which is copied when it is new, unless the store is closed. A text
+  // that is already there is found even when the store is full. Throws index_overflow when there is no index left (the table then keeps one
   // entry too many) and string_too_long when the text does not fit in a block.
   Index store(std::string_view text);
 
@@ -61,6 +68,7 @@ class StringStore : public RandomSizedMemoryPool<char> {
 
   std::vector<const char*> _texts;
   CompactIndex _lookup;
+  bool _is_closed = false;
 };
 
 extern template class StringStore<std::uint32_t>;
