@@ -3,6 +3,10 @@
 set(page_styles
   style.css
   words.css
+  drawing.css
+  ngram.css
+  table.css
+  picture.css
 )
 set(page_scripts
   dom.js
@@ -14,10 +18,32 @@ set(page_scripts
   meter.js
   word_index.js
   search.js
+  drawing.js
+  shape.js
+  arc_layout.js
+  arcs.js
+  number_text.js
+  order.js
+  ranges.js
+  contingency.js
+  columns.js
   home.js
   profile_blocks.js
   profile_block.js
   profile.js
   about.js
+  sentence_text.js
+  citation.js
+  ngram.js
+  filters.js
+  filter_form.js
+  virtual_rows.js
+  download.js
+  table.js
+  scales.js
+  point_index.js
+  scatter.js
+  relation_bars.js
+  picture.js
   start.js
 )

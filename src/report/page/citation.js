@@ -1,0 +1,33 @@
+// Citations: an N-gram with its figures, a sentence with the place where it stands, as text for the clipboard.
+
+/**
+ * "heavy <Atr rain: frequency 9, logDice 13.36 (pairs.txt, 641 N-grams; ngrex-report 1.0.0)"
+ * @param {number} row from 0
+ */
+function citationOfRow(row) {
+  const {meta} = report;
+  const figures = [`frequency ${formatCount(report.frequency[row])}`,
+    ...meta.measures.map(({name, title}) => `${title} ${formatNumber(report.measure(name)[row])}`)];
+  return `${report.patternText(row)}: ${figures.join(', ')} ` +
+    `(${meta.input}, ${counted(meta.total, 'N-gram')}; ${meta.program.name} ${meta.program.version})`;
+}
+
+/**
+ * The sentence in quotation marks, and where it stands.
+ * @param {Sentence} sentence
+ */
+function citationOfSentence(sentence) {
+  const text = sentence.text === '' ? sentence.words.map(({form}) => form).join(' ') : sentence.text;
+  return `“${text}” (${placeOfSentence(sentence)})`;
+}
+
+/**
+ * Id and line in the treebank, or else in the datafile.
+ * @param {Sentence} sentence
+ */
+function placeOfSentence({id, source, sourceLine, file, line}) {
+  const parts = id === '' ? [] : [id];
+  if (source !== '') parts.push(sourceLine === 0 ? source : `${source}:${sourceLine}`);
+  else if (file !== '' && (id === '' || line !== 0)) parts.push(`${file}:${line}`);
+  return parts.join(', ');
+}

@@ -1,0 +1,163 @@
+// The columns that the table can have, with the names that they have in ngrex-table: what a cell shows, what a file says, and by
+// what rows are sorted.
+
+/**
+ * @typedef {object} TableColumn
+ * @property {string} name
+ * @property {string} title
+ * @property {string} group what is chosen together: "lemma" for lemma1, lemma2 ...
+ * @property {'pattern' | 'text' | 'count' | 'real'} kind
+ * @property {(row: number) => Child} show
+ * @property {(row: number) => string} text as in a file
+ * @property {() => (Uint32Array | Float64Array)[]} keys by row, the most important first
+ */
+
+/** @type {TableColumn[] | null} */
+let _tableColumns = null;
+
+/** All of them, in their order. @returns {TableColumn[]} */
+function tableColumns() {
+  _tableColumns ??= [
+    _countColumn('rank', '#', () => Uint32Array.from({length: report.rows}, (_, row) => row + 1)),
+    _patternColumn(),
+    ..._wordColumns('lemma', 'Lemma', report.lemma, report.lemmas, (i) => report.lemmaText(i)),
+    ..._wordColumns('tag', 'Tag', report.tag, report.tags, (i) => report.tagText(i)),
+    ..._wordColumns('relation', 'Relation', report.relation, report.relations, (i) => report.relationText(i)),
+    _countColumn('frequency', 'Frequency', () => report.frequency),
+    _realColumn('per_million', 'In a million', () => Float64Array.from(report.frequency, (count) => 1e6 * count / report.meta.total)),
+    ...report.lemma.map((_, k) => ({..._countColumn(`marginal${k + 1}`, `Of word ${k + 1}`, () => _margins(k)), group: 'marginal'})),
+    ...report.meta.measures.map(({name, title}) => _realColumn(name, title, () => report.measure(name))),
+  ];
+  return _tableColumns;
+}
+
+/** @returns {string[]} the groups that are shown until others are chosen */
+function usualGroups() {
+  return ['rank', 'pattern', 'frequency', ...report.meta.measures.map(({name}) => name)];
+}
+
+/** @returns {TableColumn} */
+function _patternColumn() {
+  const words = (/** @type {string} */ name) => tableColumns().filter(({group}) => group === name).flatMap(({keys}) => keys());
+  return {
+    name: 'pattern', title: 'N-gram', group: 'pattern', kind: 'pattern',
+    show: (row) => patternLink(row), text: (row) => report.patternText(row), keys: () => [...words('lemma'), ...words('relation')],
+  };
+}
+
+/**
+ * A row of the report as a link to its own view; the relations stand back behind the words.
+ * @param {number} row
+ */
+function patternLink(row) {
+  const parts = [];
+  for (let k = 0; k < report.n; ++k) {
+    const {before, after} = arrowsOfWord(row, k);
+    if (k !== 0) parts.push(' ');
+    if (before !== '') parts.push(element('span', {class: 'arrow'}, before), ' ');
+    parts.push(corpusText(report.lemmaText(report.lemma[k][row])));
+    if (after !== '') parts.push(' ', element('span', {class: 'arrow'}, after));
+  }
+  return element('a', {class: 'pattern', href: address('ngram', {ngram: row + 1})}, ...parts);
+}
+
+/**
+ * What stands before and behind a word in a pattern: "Obj>" before a word whose head is to the left, "<Atr" behind one whose head
+ * is to the right, with the number of the head where that is no neighbour.
+ * @param {number} row
+ * @param {number} k
+ */
+function arrowsOfWord(row, k) {
+  const parent = report.parent[k][row];
+  const relation = visible(report.relationText(report.relation[k][row]));
+  const label = Math.abs(parent - (k + 1)) === 1 ? relation : `${relation}:${parent}`;
+  return {before: parent !== 0 && parent < k + 1 ? `${label}>` : '', after: parent > k + 1 ? `<${label}` : ''};
+}
+
+/**
+ * @param {string} name
+ * @param {string} title
+ * @param {(Uint32Array | Uint16Array)[]} columns by word
+ * @param {number} count of texts
+ * @param {(i: number) => string} textOf
+ * @returns {TableColumn[]}
+ */
+function _wordColumns(name, title, columns, count, textOf) {
+  /** @type {Uint32Array | null} */
+  let ranks = null;
+  return columns.map((column, k) => ({
+    name: `${name}${k + 1}`, title: `${title} ${k + 1}`, group: name, kind: /** @type {const} */ ('text'),
+    show: (row) => (textOf(column[row]) === '' ? '' : corpusText(textOf(column[row]))), text: (row) => textOf(column[row]),
+    keys: () => {
+      const places = ranks ??= _textRanks(count, textOf);
+      return [Uint32Array.from(column, (i) => places[i])];
+    },
+  }));
+}
+
+/**
+ * The place of each text in the order of a dictionary.
+ * @param {number} count
+ * @param {(i: number) => string} textOf
+ */
+function _textRanks(count, textOf) {
+  const {compare} = new Intl.Collator('en');
+  const texts = Array.from({length: count}, (_, i) => textOf(i));
+  const order = texts.map((_, i) => i).sort((a, b) => compare(texts[a], texts[b]));
+  const ranks = new Uint32Array(count);
+  order.forEach((i, rank) => { ranks[i] = rank; });
+  return ranks;
+}
+
+/**
+ * @param {string} name
+ * @param {string} title
+ * @param {() => Uint32Array} make
+ * @returns {TableColumn}
+ */
+function _countColumn(name, title, make) {
+  /** @type {Uint32Array | null} */
+  let kept = null;
+  const values = () => kept ??= make();
+  return {
+    name, title, group: name, kind: 'count', show: (row) => formatCount(values()[row]), text: (row) => String(values()[row]),
+    keys: () => [values()],
+  };
+}
+
+/**
+ * @param {string} name
+ * @param {string} title
+ * @param {() => Float64Array} make
+ * @returns {TableColumn}
+ */
+function _realColumn(name, title, make) {
+  /** @type {{values: Float64Array, format: (x: number) => string} | null} */
+  let kept = null;
+  const column = () => kept ??= _withFormat(make());
+  return {
+    name, title, group: name, kind: 'real', show: (row) => column().format(column().values[row]),
+    text: (row) => generalNumber(column().values[row], 10), keys: () => [column().values],
+  };
+}
+
+/** @param {Float64Array} values */
+function _withFormat(values) {
+  let largest = 0;
+  for (const value of values)
+    if (Number.isFinite(value)) largest = Math.max(largest, Math.abs(value));
+  return {values, format: columnFormat(largest)};
+}
+
+/**
+ * How often each row's word occurs in its place.
+ * @param {number} k
+ */
+function _margins(k) {
+  const ofVector = new Float64Array(report.meta.vectors).fill(-1);  // rows with the same cells share them
+  return Uint32Array.from(report.vector, (vector, row) => {
+    if (ofVector[vector] < 0)
+      ofVector[vector] = report.cells(row).reduce((sum, count, cell) => sum + (hasWord(cell, k) ? count : 0), 0);
+    return ofVector[vector];
+  });
+}
