@@ -85,13 +85,13 @@ class TextPool {
     return this._texts[i] ??= this._decoder.decode(this._bytes.subarray(i === 0 ? 0 : this._ends[i - 1], this._ends[i]));
   }
 
-  /** @param {string} text @returns {number} -1 when it is not there */
+  /** @param {string} text @returns {number} -1 when it is not there, not even with its accents put together otherwise */
   find(text) {
     if (!this._index) {
       this._index = new Map();
       for (let i = 0; i < this.size; ++i) this._index.set(this.at(i), i);
     }
-    return this._index.get(text) ?? -1;
+    return this._index.get(text) ?? this._index.get(text.normalize('NFC')) ?? this._index.get(text.normalize('NFD')) ?? -1;
   }
 }
 

@@ -2,6 +2,7 @@
 
 const _wordsAtStart = 60;
 const _strongestAtStart = 15;
+const _relationsAtStart = 18;
 const _frequenciesAtStart = [5, 3, 2];  // as rare N-grams have the highest scores by chance
 
 /** @param {Iterable<number>} lemmas @returns {HTMLElement} links with frequencies */
@@ -73,14 +74,15 @@ function _showRelations() {
       element('thead', null, element('tr', null, element('th', {scope: 'col'}, 'Relation'),
         element('th', {scope: 'col', class: 'number'}, `${report.n === 2 ? 'Pairs' : 'Words in N-grams'}`),
         element('th', {scope: 'col', class: 'number'}, 'Occurrences'))),
-      element('tbody', null, ...counts.map(({relation, rows}, i) => {
+      element('tbody', null, ...counts.slice(0, _relationsAtStart).map(({relation, rows}, i) => {
         const name = report.relationText(relation);
         return element('tr', null,
           element('th', {scope: 'row'}, element('a', {href: address('table', {relation: name})}, visible(name)), ' ',
             element('span', {class: 'soft small'}, relationMeaning(name))),
           element('td', {class: 'number'}, formatCount(rows)),
           meterCell(scale, i));
-      }))));
+      }))),
+    counts.length > _relationsAtStart && element('p', {class: 'small'}, element('a', {href: address('picture')}, `All ${formatCount(counts.length)} relations`)));
 }
 
 /** @returns {string} */

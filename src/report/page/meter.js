@@ -11,14 +11,14 @@ function lemmaLink(lemma, settings = {}) {
 }
 
 /**
- * A link to an N-gram: its lemmas as they stand in the sentence.
+ * A link to an N-gram: its lemmas as they stand in the sentence, and in its direction.
  * @param {number} row
  */
 function ngramLink(row) {
-  const link = element('a', {class: 'ngram', href: address('ngram', {ngram: row + 1})});
-  for (let k = 0; k < report.n; ++k)
-    link.append(k === 0 ? '' : ' ', corpusText(report.lemmaText(report.lemma[k][row])));
-  return link;
+  const texts = report.lemma.map((lemma) => report.lemmaText(lemma[row]));
+  const words = element('bdi', {dir: isRightToLeft(texts.join(' ')) ? 'rtl' : 'ltr'});
+  for (const text of texts) words.append(words.firstChild ? ' ' : '', corpusText(text));
+  return element('a', {class: 'ngram', href: address('ngram', {ngram: row + 1})}, words);
 }
 
 /**
@@ -28,7 +28,8 @@ function ngramLink(row) {
  */
 function tagNote(tag) {
   const text = report.tagText(tag);
-  return text === '' ? null : element('span', {class: 'tag', title: shorten(visible(text))}, shorten(visible(text.replace(/-+$/, '') || text), 20));
+  const kept = text.replace(/-+$/, '');
+  return kept === '' ? null : element('span', {class: 'tag', title: kept === text ? null : shorten(visible(text))}, shorten(visible(kept), 20));
 }
 
 /**
@@ -127,5 +128,5 @@ function barScale({name, values, isLogarithmic, isSmallBest: smallBest}, rows) {
 function meterCell({share, text, width}, row) {
   const figure = element('span', {class: 'figure'}, text(row));
   figure.style.minWidth = `${width}ch`;
-  return element('td', {class: 'number score'}, meter(share(row)), figure);
+  return element('td', {class: 'number'}, element('span', {class: 'measured'}, figure, meter(share(row))));
 }

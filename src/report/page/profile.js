@@ -10,12 +10,21 @@ function naturalNumber(text, usual) {
   return text && Number.isSafeInteger(number) && number >= 1 ? number : usual;
 }
 
+/**
+ * What of a profile's address holds for the next profile, too.
+ * @param {Query} parameters
+ */
+function keptSettings({sort, least, show}) {
+  return {sort, least, show};
+}
+
 /** @param {Query} parameters @returns {ProfileSettings} */
 function _profileSettings(parameters) {
   const first = report.meta.measures[0]?.name ?? 'frequency';
   const sort = quantity(parameters.sort ?? first) ?? quantity(first) ?? /** @type {Quantity} */ (quantity('frequency'));
   return {
     lemma: parameters.lemma,
+    kept: keptSettings(parameters),
     sort,
     score: sort.name === 'frequency' && first === 'frequency' ? null : sort.name === 'frequency' ? quantity(first) : sort,
     least: naturalNumber(parameters.least, Math.max(1, report.meta.choice.minFrequency)),

@@ -5,6 +5,7 @@ const _mostRowsOfBlock = 1000;
 /**
  * @typedef {object} ProfileSettings
  * @property {string} lemma
+ * @property {Record<string, string | undefined>} kept what the profiles to which this one leads take over from its address
  * @property {Quantity} sort
  * @property {Quantity | null} score the measure that is shown beside the frequency
  * @property {number} least frequency
@@ -24,7 +25,7 @@ function blockTitle(block, lemma) {
   const word = corpusText(lemma, 'headword');
   if (block.word >= 0) {
     const shown = shorten(visible(lemma), 30);
-    return [element('bdi', {class: 'pattern', dir: 'ltr'}, report.patternText(block.rows[0], (k) => k === block.word ? `\u2068${shown}\u2069` : '∗'))];
+    return [element('bdi', {class: 'block-pattern', dir: 'ltr'}, report.patternText(block.rows[0], (k) => k === block.word ? `\u2068${shown}\u2069` : '∗'))];
   }
   const relation = element('span', {class: 'relation'}, visible(block.relation));
   return block.isHead ? [relation, document.createTextNode(' of '), word] : [word, document.createTextNode(' as '), relation, document.createTextNode(' of')];
@@ -34,10 +35,9 @@ function blockTitle(block, lemma) {
 function _collocates(block, settings, row) {
   const place = wordPlace(block, row);
   const cell = element('th', {scope: 'row', class: 'collocate'});
-  const kept = {sort: settings.sort.name, least: settings.least, show: settings.show};
   for (let k = 0; k < report.n; ++k) {
     if (k === place) continue;
-    cell.append(cell.firstChild ? ' ' : '', lemmaLink(report.lemma[k][row], kept), tagNote(report.tag[k][row]) ?? '');
+    cell.append(cell.firstChild ? ' ' : '', element('span', {class: 'tagged'}, lemmaLink(report.lemma[k][row], settings.kept), tagNote(report.tag[k][row])));
   }
   return cell;
 }
@@ -75,9 +75,10 @@ function showBlock(block, settings, scale, onOpen) {
   const shown = Math.min(size, isOpen ? _mostRowsOfBlock : settings.show);
   const rows = block.rows.sort(better(settings.sort)).slice(0, shown);
   const meaning = relationMeaning(block.relation);
-  const table = {lemma: settings.lemma, relation: block.relation, sort: `${settings.sort.isSmallBest ? '+' : '-'}${settings.sort.name}`, least: settings.least};
+  const table = {lemma: settings.lemma, whole: 'yes', relation: block.relation, sort: `${settings.sort.isSmallBest ? '+' : '-'}${settings.sort.name}`, least: settings.least};
   return element('section', {class: 'block', id: `block-${block.id}`, 'aria-labelledby': `title-${block.id}`},
     element('div', {class: 'block-heading'},
+      block.word >= 0 && drawShape(block.rows[0], {word: block.word}),
       element('h2', {id: `title-${block.id}`, tabindex: -1}, ...blockTitle(block, settings.lemma)),
       meaning && element('p', {class: 'soft small'}, meaning)),
     _blockTable(block, settings, rows, scale),

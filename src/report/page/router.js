@@ -57,8 +57,11 @@ function address(name, parameters = {}) {
   return `#${parts.join('&')}`;
 }
 
-/** @returns {{name: string, parameters: Query}} what the address bar says now */
-function _here() {
+/**
+ * What the address bar says now.
+ * @returns {{name: string, parameters: Query}}
+ */
+function here() {
   /** @type {Query} */
   const parameters = Object.create(null);
   const parts = location.hash.slice(1).split('&').filter((part) => part !== '');
@@ -96,7 +99,7 @@ function go(name, parameters, how = {}) {
  */
 function note(name, parameters) {
   history.replaceState({entry: _entry}, '', address(name, parameters));
-  document.title = _titleOf(_here());
+  document.title = _titleOf(here());
 }
 
 /** @param {{name: string, parameters: Query}} here */
@@ -116,20 +119,20 @@ function _markInNavigation(name) {
 
 /** Shows what the address says. Inside one view the focus and the place stay; in another one they begin at its heading. */
 function _show() {
-  const here = _here();
+  const {name, parameters} = here();
   const container = byId('view');
-  const subject = here.parameters[here.name] ?? '';
-  const isSame = here.name === _shownView && subject === _shownSubject;
+  const subject = parameters[name] ?? '';
+  const isSame = name === _shownView && subject === _shownSubject;
   const isFirst = _shownView === '';
   const focused = container.contains(document.activeElement) ? document.activeElement?.id : '';
   const known = _scrolledTo.get(history.state?.entry);
   const place = isSame ? window.scrollY : known ?? 0;
-  container.dataset.view = here.name;
+  container.dataset.view = name;
   clear(container);
-  _views.get(here.name)?.show(container, here.parameters);
-  document.title = _titleOf(here);
-  _markInNavigation(here.name);
-  _shownView = here.name;
+  _views.get(name)?.show(container, parameters);
+  document.title = _titleOf({name, parameters});
+  _markInNavigation(name);
+  _shownView = name;
   _shownSubject = subject;
   _begin();
   const heading = container.querySelector('h1');

@@ -107,6 +107,7 @@ class SearchField {
   _go(text) {
     this._close();
     this._input.value = '';
-    go('lemma', {lemma: text});
+    const {name, parameters} = here();
+    go('lemma', {...(name === 'lemma' ? keptSettings(parameters) : {}), lemma: text});
   }
 }
