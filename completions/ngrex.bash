@@ -37,10 +37,11 @@ _ngrex_value_of() {
     ngrex-table:--groups) echo 'size name' ;;
     ngrex-table:--sort) echo "list: $columns $(printf '+%s ' $columns) $(printf -- '-%s ' $columns)" ;;
     ngrex-table:--top | ngrex-table:--min-frequency | ngrex-table:--precision | ngrex-table:--where | ngrex-table:--memory | ngrex-table:--profile) echo text ;;
-    ngrex-report:-o | ngrex-report:--output | ngrex-report:-s | ngrex-report:--statistics) echo files ;;
+    ngrex-report:-[ofis] | ngrex-report:--output | ngrex-report:--statistics | ngrex-report:--list | ngrex-report:--rules | ngrex-report:--sentences) echo files ;;
     ngrex-report:--measures) echo "list: $measures" ;;
     ngrex-report:--sort) echo "list: $columns $(printf '+%s ' $columns) $(printf -- '-%s ' $columns)" ;;
-    ngrex-report:--top | ngrex-report:--min-frequency | ngrex-report:--where | ngrex-report:--memory | ngrex-report:--title) echo text ;;
+    ngrex-report:--top | ngrex-report:--min-frequency | ngrex-report:--where | ngrex-report:--memory | ngrex-report:--title | ngrex-report:--examples) echo text ;;
+    ngrex-report:-[dm] | ngrex-report:--prefix | ngrex-report:--mask) echo text ;;
   esac
 }
 
@@ -61,7 +62,8 @@ _ngrex_complete() {
         --merge --within --compare --contexts --statistics -h --help --version'
       ;;
     ngrex-report)
-      options='-o --output --measures --sort --memory --top --min-frequency --where --ignore-case --title -s --statistics -h --help --version'
+      options='-o --output --measures --sort --memory --top --min-frequency --where --ignore-case --title -s --statistics
+        -i --list -d --prefix -m --mask -f --rules --examples --sentences -h --help --version'
       ;;
   esac
 

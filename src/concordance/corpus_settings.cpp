@@ -54,4 +54,9 @@ std::vector<std::string> inputs_of(const CorpusSettings& settings, const std::ve
   return inputs;
 }
 
+std::string note_on(const CorpusSettings& settings) {
+  if (settings.rules.empty() || !settings.mask.empty()) return {};
+  return "the rules of --rules are not applied, as ngrex does not apply them without a tag mask (--mask)";
+}
+
 }  // namespace colx::concordance

@@ -5,6 +5,7 @@
 
 #include <concepts>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "companion/command_line.h"
@@ -47,5 +48,12 @@ std::vector<ListedDatafile> datafiles_of(const CorpusSettings& settings);
 
 // All files that a search reads: list, rules and datafiles. An output must be none of them.
 std::vector<std::string> inputs_of(const CorpusSettings& settings, const std::vector<ListedDatafile>& datafiles);
+
+// What the user should know of how the settings are taken: one sentence, or nothing.
+std::string note_on(const CorpusSettings& settings);
+
+// Asks for the cause where N-grams are not found as often as they were counted.
+inline constexpr std::string_view were_they_given =
+    "were --list, --prefix, --mask and --rules those of the run of ngrex that counted them?";
 
 }  // namespace colx::concordance

@@ -18,6 +18,7 @@
 #include "companion/new_file.h"
 #include "companion/output.h"
 #include "companion/utf8.h"
+#include "concordance/told_warnings.h"
 #include "examples/options.h"
 #include "examples/wanted_rows.h"
 
@@ -35,28 +36,8 @@ void _tell_notes(const Options& options) {
   for (const concordance::Query& query : options.queries)
     for (const std::string& note : query.notes)
       _tell(note);
-  if (!options.rules.empty() && options.mask.empty())
-    _tell("the rules of --rules are not applied, as ngrex does not apply them without a tag mask (--mask)");
+  if (const std::string note = note_on(options); !note.empty()) _tell(note);
 }
-
-// Tells what is wrong with datafiles, the first faults one by one.
-class Warnings {
- public:
-  void take(std::string_view warning) {
-    if (++_count <= told_one_by_one) _tell(warning);
-  }
-  void tell_rest() const {
-    if (_count > told_one_by_one)
-      _tell(fmt::format("{} further sentences are skipped, as ngrex skips them", _count - told_one_by_one));
-  }
-
- private:
-  static constexpr std::uint64_t told_one_by_one = 5;
-  std::uint64_t _count = 0;
-};
-
-constexpr std::string_view _were_they_given =
-    "were --list, --prefix, --mask and --rules those of the run of ngrex that counted them?";
 
 // Tells when the corpus does not seem to be the one that was counted.
 void _tell_differences(const Options& options, WantedRows& rows) {
@@ -71,13 +52,14 @@ void _tell_differences(const Options& options, WantedRows& rows) {
   if (!options.queries.empty()) {
     if (found_any == 0) _tell("nothing was found in the corpus");
   } else if (found_any == 0) {
-    _tell(fmt::format("none of the N-grams was found in the corpus; {}", _were_they_given));
+    _tell(fmt::format("none of the N-grams was found in the corpus; {}", concordance::were_they_given));
   } else if (differ > 0) {
     const Heading heading = rows.heading(first);
-    _tell(fmt::format(
-        "{} of {} N-grams were not found as often as their frequency says, the first {} times in place of "
-        "{}: {}; {}",
-        differ, rows.size(), rows.search()->found(first), *heading.frequency, heading.pattern, _were_they_given));
+    _tell(
+        fmt::format("{} of {} N-grams were not found as often as their frequency says, the first {} times in place of "
+                    "{}: {}; {}",
+                    differ, rows.size(), rows.search()->found(first), *heading.frequency, heading.pattern,
+                    concordance::were_they_given));
   }
 }
 
@@ -106,7 +88,7 @@ void _run(const Options& options, const std::vector<ListedDatafile>& datafiles, 
   if (rows.search() == nullptr) {
     _tell(fmt::format("{}: no N-gram is asked for", input_name(options.input)));
   } else {
-    Warnings warnings;
+    concordance::ToldWarnings warnings(_tell);
     rows.search()->run(options, options.memory, [&](std::string_view warning) { warnings.take(warning); });
     warnings.tell_rest();
     if (rows.search()->is_complete()) _tell_differences(options, rows);

@@ -51,7 +51,7 @@ void write_html(const Content& content, Output& output) {
          << "</style>\n</head>\n<body>\n"
          << page.body << "<script type=\"application/json\" id=\"report\">" << content.meta << "</script>\n";
   _write_element("columns", content.columns, output);
-  if (content.examples.has_value()) _write_element("examples", *content.examples, output);
+  if (!content.examples.empty()) _write_element("examples", content.examples, output);
   output << "<script>" << page.script << "</script>\n</body>\n</html>\n";
   output.flush();
 }

@@ -2,7 +2,6 @@
 
 // The HTML around the data of a report.
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,7 +16,7 @@ struct Content {
   std::string title;
   std::string meta;  // JSON that may stand in a script element
   std::vector<Column> columns;
-  std::optional<std::vector<Column>> examples;
+  std::vector<Column> examples;  // none: the file has no element for them
 };
 
 // A text that may stand in an element or an attribute. Control characters and bytes that are no UTF-8 become U+FFFD.

@@ -14,6 +14,8 @@ namespace {
 
 using OptionRow = Option<Options>;
 using Choice = table::RowChoiceOptions<Options>;
+using Corpus = concordance::CorpusOptions<Options>;
+using Examples = concordance::ExampleOptions<Options>;
 
 // The measures of a list, each once. Throws usage_error.
 std::vector<const table::Association*> _measures(std::string_view list) {
@@ -29,19 +31,13 @@ std::vector<const table::Association*> _measures(std::string_view list) {
   }
 }
 
-std::string _file(const GivenOption& given) {
-  if (given.value.empty()) reject(given, "the name of a FILE");
-  return given.value;
-}
-
 // How close the words are, how sure that is, and how far above chance: what lexicographers look at first, for any N.
 constexpr std::string_view usual_measures = "logDice,G2,MI";
 
 constexpr auto _rows = std::to_array<OptionRow>({
     {{"-o,--output", "FILE", "write the report to FILE; - is standard output, the default"},
      [](Options& options, const GivenOption& given) {
-       options.output = _file(given);
-       if (options.output == "-") options.output.clear();
+       options.output = given.value == "-" ? "" : concordance::path_of(given);
      }},
     {{"--measures", "LIST",
       "textbook measures, separated by commas: G2, X2, simple_ll, expected, t, z, poisson, MI, MI3, local_mi, npmi, "
@@ -58,7 +54,13 @@ constexpr auto _rows = std::to_array<OptionRow>({
     {{"--title", "TEXT", "the title of the report; default the name of the input"},
      [](Options& options, const GivenOption& given) { options.title = given.value; }},
     {{"-s,--statistics", "FILE", "take the size of the corpus from this statistics file of ngrex"},
-     [](Options& options, const GivenOption& given) { options.statistics = _file(given); }},
+     [](Options& options, const GivenOption& given) { options.statistics = concordance::path_of(given); }},
+    Corpus::list,
+    Corpus::prefix,
+    Corpus::mask,
+    Corpus::rules,
+    Examples::examples,
+    Examples::sentences,
     {{"-h,--help", "", "print this help and exit"},
      [](Options& options, const GivenOption&) { options.information = help(program); },
      true},
@@ -67,6 +69,20 @@ constexpr auto _rows = std::to_array<OptionRow>({
      true},
 });
 constexpr auto _entries = entries_of(_rows);
+
+// Options that are about example sentences are a mistake without a corpus.
+void _check_examples(const Options& options, const std::vector<std::string>& arguments) {
+  if (options.wants_examples()) {
+    if (options.list == "-" || options.rules == "-" || options.sentences == "-")
+      throw usage_error("--list, --rules and --sentences do not read standard input");
+    return;
+  }
+  for (const GivenOption& given : split_command_line(program, arguments).options)
+    for (const std::string_view about_examples : {"prefix", "mask", "rules", "examples", "sentences"})
+      if (given.key == about_examples)
+        throw usage_error(
+            fmt::format("--{} is for example sentences, which need the list of datafiles, -i", given.key));
+}
 
 }  // namespace
 
@@ -78,9 +94,11 @@ constinit const Program program = {
         "and looked at in a browser. The page needs no network and no other file.\n"
         "Without FILE, or when FILE is -, read standard input.",
     .notes =
-        "Rows are in the order of --sort, without it by the first measure, the highest first.\n"
+        "Rows are in the order of --sort, without it by the first measure, the highest\n"
+        "first. With -i the report has sentences for every N-gram, 3 unless --examples\n"
+        "says otherwise; give -d, -m and -f as ngrex had them.\n"
         "Example:\n"
-        "  ngrex-report --min-frequency 3 -o pairs.html pairs.txt\n"
+        "  ngrex-report --min-frequency 3 -i weather.list -m '*' -o pairs.html pairs.txt\n"
         "Exit status: 0 when the report is complete, 1 for failures, 2 for a wrong\n"
         "command line.",
     .options = _entries,
@@ -91,6 +109,7 @@ Options parse_options(const std::vector<std::string>& arguments) {
   Options options;
   std::vector<std::string> files;
   if (apply_command_line(program, _rows, arguments, options, files)) return options;
+  _check_examples(options, arguments);
   options.command_line = shell_line(program, arguments);
   if (!files.empty()) options.input = files.front();
   if (options.measures.empty()) options.measures = _measures(usual_measures);

@@ -2,10 +2,13 @@
 
 // The command line of ngrex-report.
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "companion/command_line.h"
+#include "concordance/corpus_settings.h"
+#include "concordance/example_settings.h"
 #include "rows/association.h"
 #include "rows/row_choice.h"
 
@@ -15,7 +18,14 @@ namespace colx::report {
 extern constinit const Program program;
 
 // What a run is to do.
-struct Options : table::RowChoice {
+struct Options : table::RowChoice, concordance::CorpusSettings, concordance::ExampleSettings {
+  Options() { examples = usual_examples; }
+
+  static constexpr std::uint64_t usual_examples = 3;  // for each N-gram
+
+  // Whether there are to be example sentences.
+  bool wants_examples() const { return !list.empty(); }
+
   std::string input = "-";
   std::string output;      // empty: standard output
   std::string title;       // empty: the name of the input

@@ -8,17 +8,21 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
 
+#include "base/files.h"
 #include "companion/descriptor.h"
 #include "companion/errors.h"
 #include "companion/new_file.h"
 #include "companion/output.h"
 #include "companion/utf8.h"
+#include "concordance/told_warnings.h"
 #include "report/html_file.h"
 #include "report/options.h"
+#include "report/report_examples.h"
 #include "report/report_meta.h"
 #include "report/report_rows.h"
 #include "rows/block_reader.h"
@@ -31,7 +35,7 @@ namespace colx::report {
 namespace {
 
 void _tell(std::string_view sentence) {
-  std::fputs(fmt::format("{}: {}\n", program.name, sentence).c_str(), stderr);
+  std::fputs(fmt::format("{}: {}\n", program.name, printable(sentence)).c_str(), stderr);
 }
 
 // The sums of a statistics file; they are those that it prints, modulo 2^32.
@@ -83,38 +87,77 @@ class Source : public table::BlockSource {
   std::optional<std::uint64_t> _total;
 };
 
-Content _content(const Options& options) {
+// Says when the corpus does not seem to be the one that was counted.
+void _tell_difference(const ReportExamples& examples) {
+  if (examples.differing() == 0) return;
+  _tell(fmt::format("{} of {} N-grams were not found as often as their frequency says; {}", examples.differing(),
+                    examples.rows(), concordance::were_they_given));
+}
+
+Content _content(const Options& options, const std::vector<ListedDatafile>& datafiles) {
   const std::optional<CorpusSize> corpus = _corpus_size(options);
   Source source(options);
   table::ChosenRows chosen(source, options);
   std::optional<ReportRows> rows;
-  for (table::Block block; chosen.next(block); rows->add(block))
-    if (!rows.has_value()) rows.emplace(block.n, options.measures);
+  std::optional<ReportExamples> examples;
+  for (table::Block block; chosen.next(block);) {
+    if (!rows.has_value()) {
+      rows.emplace(block.n, options.measures);
+      if (options.wants_examples()) examples.emplace(options, options, datafiles, block.n);
+    }
+    rows->add(block);
+    if (examples.has_value()) examples->add(block);
+  }
   if (chosen.n() == 0)
     throw input_error(fmt::format("{} has no N-gram; there is no report", input_name(options.input)));
   if (!rows.has_value()) rows.emplace(chosen.n(), options.measures);
   Content content;
   content.title = title_of(options);
   content.columns = rows->take_columns();
-  content.meta = meta_of(options, {chosen.found(), chosen.admitted(), source.total()}, *rows, corpus, content.columns);
+  std::optional<ExampleCounts> example_counts;
+  if (examples.has_value()) {
+    concordance::ToldWarnings warnings(_tell);
+    examples->find(options.memory, [&](std::string_view warning) { warnings.take(warning); });
+    warnings.tell_rest();
+    example_counts = {options.examples, examples->rows(), examples->sentences(), examples->are_cited()};
+    content.examples = examples->take_columns();
+    _tell_difference(*examples);
+  }
+  content.meta = meta_of(options, {chosen.found(), chosen.admitted(), source.total()}, *rows, corpus, example_counts,
+                         content.columns, content.examples);
   return content;
 }
 
+// A page that is sent by mail should be smaller, and a browser takes its time with it.
+void _tell_size(const Options& options) {
+  constexpr std::size_t megabyte = 1'000'000;
+  constexpr std::size_t large = 30 * megabyte;
+  const auto file = regular_file(options.output);
+  if (file.has_value() && file->size > large)
+    _tell(fmt::format("{} takes {} MB, which is much for a page; --top or --min-frequency makes it smaller",
+                      options.output, file->size / megabyte));
+}
+
 void _deliver(const Options& options) {
+  std::vector<ListedDatafile> datafiles;
+  if (options.wants_examples()) datafiles = concordance::datafiles_of(options);
   if (options.output.empty()) {
     if (::isatty(STDOUT_FILENO) == 1)
       throw usage_error("a page is nothing for a terminal; write it to a file, with -o FILE");
     StandardOutput output;
-    write_html(_content(options), output);
+    write_html(_content(options, datafiles), output);
     return;
   }
   std::vector<std::string> inputs = set_files_of(options);
-  inputs.insert(inputs.end(), {options.input, options.statistics});
+  inputs.insert(inputs.end(), {options.input, options.statistics, options.sentences});
+  for (std::string& file : inputs_of(options, datafiles))
+    inputs.push_back(std::move(file));
   check_output_path(options.output, inputs);
   NewFile file(options.output);
   FileOutput output(file);
-  write_html(_content(options), output);
+  write_html(_content(options, datafiles), output);
   file.commit();
+  _tell_size(options);
 }
 
 }  // namespace
@@ -128,6 +171,7 @@ int run(const std::vector<std::string>& arguments) {
   }
   for (const std::string& note : notes_of(options))
     _tell(note);
+  if (const std::string note = note_on(options); !note.empty()) _tell(note);
   _deliver(options);
   return 0;
 }

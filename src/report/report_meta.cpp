@@ -64,6 +64,20 @@ void _write_corpus(const std::optional<CorpusSize>& corpus, JsonWriter& json) {
   json.end_object();
 }
 
+void _write_examples(const std::optional<ExampleCounts>& examples, JsonWriter& json) {
+  json.key("examples");
+  if (!examples.has_value()) {
+    json.null();
+    return;
+  }
+  json.begin_object();
+  json.key("each").value(examples->each);
+  json.key("ngrams").value(examples->ngrams);
+  json.key("sentences").value(examples->sentences);
+  json.key("cited").value(examples->are_cited);
+  json.end_object();
+}
+
 void _write_places(std::string_view key, const std::vector<Column>& columns, JsonWriter& json) {
   const std::vector<std::size_t> offsets = offsets_of(columns);
   json.key(key).begin_array();
@@ -87,7 +101,8 @@ std::string title_of(const Options& options) {
 }
 
 std::string meta_of(const Options& options, const InputCounts& counts, const ReportRows& rows,
-                    const std::optional<CorpusSize>& corpus, const std::vector<Column>& columns) {
+                    const std::optional<CorpusSize>& corpus, const std::optional<ExampleCounts>& examples,
+                    const std::vector<Column>& columns, const std::vector<Column>& example_columns) {
   JsonWriter json;
   json.begin_object();
   json.key("format").value(format);
@@ -105,9 +120,9 @@ std::string meta_of(const Options& options, const InputCounts& counts, const Rep
   _write_choice(options, counts, rows, json);
   _write_measures(options, json);
   _write_corpus(corpus, json);
-  json.key("examples").null();
+  _write_examples(examples, json);
   _write_places("columns", columns, json);
-  _write_places("exampleColumns", {}, json);
+  _write_places("exampleColumns", example_columns, json);
   json.end_object();
   return json.text();
 }

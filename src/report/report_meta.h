@@ -28,11 +28,20 @@ struct InputCounts {
   std::uint64_t total = 0;  // of the cells of each N-gram
 };
 
+// What the report has of example sentences.
+struct ExampleCounts {
+  std::optional<std::uint64_t> each;  // as many for each N-gram; nothing: all
+  std::uint64_t ngrams = 0;           // for so many N-grams
+  std::uint64_t sentences = 0;
+  bool are_cited = false;
+};
+
 // The title of the report.
 std::string title_of(const Options& options);
 
 // The description as JSON that may stand in a script element.
 std::string meta_of(const Options& options, const InputCounts& counts, const ReportRows& rows,
-                    const std::optional<CorpusSize>& corpus, const std::vector<Column>& columns);
+                    const std::optional<CorpusSize>& corpus, const std::optional<ExampleCounts>& examples,
+                    const std::vector<Column>& columns, const std::vector<Column>& example_columns);
 
 }  // namespace colx::report

@@ -21,7 +21,7 @@ def of_help(program):
     text = subprocess.run(arguments, capture_output=True, text=True, check=True).stdout
     options = {}
     for line in text.splitlines():
-        head = re.match(rf"^ +({OPTION}(?:, ?{OPTION})*)(?: ([A-Z]+)(?=  |$))?(?= |,|$)", line)
+        head = re.match(rf"^ {{1,6}}({OPTION}(?:, ?{OPTION})*)(?: ([A-Z]+)(?=  |$))?(?= |,|$)", line)
         if head:
             for option in re.findall(OPTION, head.group(1)):
                 options[option] = head.group(2) or ""
