@@ -37,6 +37,11 @@ _ngrex_value_of() {
     ngrex-table:--groups) echo 'size name' ;;
     ngrex-table:--sort) echo "list: $columns $(printf '+%s ' $columns) $(printf -- '-%s ' $columns)" ;;
     ngrex-table:--top | ngrex-table:--min-frequency | ngrex-table:--precision | ngrex-table:--where | ngrex-table:--memory | ngrex-table:--profile) echo text ;;
+    ngrex-examples:-[fio] | ngrex-examples:--list | ngrex-examples:--rules | ngrex-examples:--output | ngrex-examples:--sentences) echo files ;;
+    ngrex-examples:--format) echo 'text kwic tsv jsonl conllu' ;;
+    ngrex-examples:--sort) echo "list: $columns $(printf '+%s ' $columns) $(printf -- '-%s ' $columns)" ;;
+    ngrex-examples:-[dm] | ngrex-examples:--prefix | ngrex-examples:--mask | ngrex-examples:--where | ngrex-examples:--min-frequency | ngrex-examples:--top) echo text ;;
+    ngrex-examples:--memory | ngrex-examples:--pattern | ngrex-examples:--examples) echo text ;;
     ngrex-report:-[ofis] | ngrex-report:--output | ngrex-report:--statistics | ngrex-report:--list | ngrex-report:--rules | ngrex-report:--sentences) echo files ;;
     ngrex-report:--measures) echo "list: $measures" ;;
     ngrex-report:--sort) echo "list: $columns $(printf '+%s ' $columns) $(printf -- '-%s ' $columns)" ;;
@@ -60,6 +65,10 @@ _ngrex_complete() {
       options='-o --output --columns --cells --pattern --measures --sort --top --min-frequency --where --format --precision --na --bom --json-numbers --unsigned
         --per --groups --profile --locale --memory --ignore-case
         --merge --within --compare --contexts --statistics -h --help --version'
+      ;;
+    ngrex-examples)
+      options='-i --list -d --prefix -m --mask -f --rules -o --output --where --ignore-case --min-frequency --sort --top --memory --pattern --examples --first
+        --sentences --format --tree -h --help --version'
       ;;
     ngrex-report)
       options='-o --output --measures --sort --memory --top --min-frequency --where --ignore-case --title -s --statistics
@@ -95,4 +104,4 @@ _ngrex_complete() {
   esac
 }
 
-complete -o filenames -F _ngrex_complete ngrex ngrex-import ngrex-report ngrex-table
+complete -o filenames -F _ngrex_complete ngrex ngrex-examples ngrex-import ngrex-report ngrex-table

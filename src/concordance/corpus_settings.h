@@ -38,7 +38,7 @@ struct CorpusOptions {
       {"-m,--mask", "MASK", "the tag mask of * and - that ngrex was given"},
       [](Settings& settings, const GivenOption& given) { settings.mask = mask_of(given); }};
   static constexpr Option<Settings> rules{
-      {"-f,--rules", "FILE", "the rules for N-grams that ngrex was given; needs --mask"},
+      {"-f,--rules", "FILE", "the rules for N-grams that ngrex was given; without a mask they do nothing"},
       [](Settings& settings, const GivenOption& given) { settings.rules = path_of(given); }};
 };
 

@@ -19,10 +19,6 @@ extern constinit const Program program;
 
 // What a run is to do.
 struct Options : table::RowChoice, concordance::CorpusSettings, concordance::ExampleSettings {
-  Options() { examples = usual_examples; }
-
-  static constexpr std::uint64_t usual_examples = 5;
-
   std::string input = "-";                  // an output datafile
   std::vector<concordance::Query> queries;  // in its place; empty: there are none
   std::string output;                       // empty: standard output

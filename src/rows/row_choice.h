@@ -45,7 +45,7 @@ struct RowChoiceOptions {
        "quarter of the machine's"},
       [](Settings& settings, const GivenOption& given) { settings.memory = memory_size(given); }};
   static constexpr Option<Settings> top{
-      {"--top", "K", "print the first K rows only"},
+      {"--top", "K", "take the first K rows only"},
       [](Settings& settings, const GivenOption& given) { settings.top = whole_number(given, 0); }};
   static constexpr Option<Settings> min_frequency{
       {"--min-frequency", "F", "leave out N-grams that occur fewer than F times"},

@@ -12,6 +12,7 @@ import tempfile
 
 # What options need beside them to be taken at all.
 COMPANY = {"--format": ["-o", "table"], "--json-numbers": ["--format", "jsonl"]}
+COMPANY_OF_ALL = {"ngrex-examples": ["-i", "list"]}
 OPTION = r"-{1,2}[A-Za-z][A-Za-z-]*"
 
 
@@ -86,14 +87,14 @@ def refused_values(source, program, options):
         def takes(word):
             with tempfile.TemporaryDirectory() as folder:
                 # There is no N-gram, of which no report can be made; 2 is the status of a wrong command line.
-                return subprocess.run([program, *COMPANY.get(option, []), option, word], input="\n", capture_output=True,
+                return subprocess.run([program, *COMPANY_OF_ALL.get(name, []), *COMPANY.get(option, []), option, word], input="\n", capture_output=True,
                                       text=True, cwd=folder).returncode != 2
 
         refused += [f"{option} {word} is completed and refused" for word in words if not takes(word)]
         if value in ("FORMAT", "SOURCE", "HOW", "NAME") or option == "--measures":
             lacking = [word for word in help_words(program, option) if word not in words and takes(word)]
             refused += [f"{option} {word} is not completed" for word in lacking]
-        if not words and value not in ("WORDS", "MASK", "K", "F", "CONDITION", "DIGITS", "SIZE", "WORD", "TEXT"):
+        if not words and value not in ("WORDS", "MASK", "K", "F", "CONDITION", "DIGITS", "SIZE", "WORD", "TEXT", "PATTERN"):
             refused.append(f"{option} completes nothing")
     return refused
 
