@@ -12,7 +12,8 @@ const _mostArcWords = 120;  // of a longer sentence what is around the members i
 function drawArcs(words, members) {
   const part = _partAround(words, members);
   const drawing = _arcsDrawing(part.words, members.map((position) => position - part.start));
-  const scroller = element('div', {class: 'arcs-scroll'}, drawing.image);
+  const scroller = sidewaysPart('Dependency tree', drawing.image);
+  scroller.classList.add('arcs-scroll');
   _showMembers(scroller, drawing.middle);
   const figure = element('figure', {class: 'arcs'}, scroller);
   if (part.words.length < words.length)
@@ -128,26 +129,17 @@ function _arrowHead(x, base) {
 }
 
 /**
- * Scrolls to the members as soon as the drawing has its place, and lets the keyboard scroll where there is something to
- * be scrolled.
+ * Scrolls to the members as soon as the drawing has its place.
  * @param {HTMLElement} scroller
  * @param {number} middle
  */
 function _showMembers(scroller, middle) {
-  let isNew = true;
-  new ResizeObserver(() => {
-    const isLarger = scroller.scrollWidth > scroller.clientWidth + 1;
-    if (isLarger) {
-      scroller.tabIndex = 0;
-      scroller.setAttribute('role', 'group');
-      scroller.setAttribute('aria-label', 'Dependency tree, can be scrolled');
-    } else {
-      for (const name of ['tabindex', 'role', 'aria-label']) scroller.removeAttribute(name);
-    }
-    if (!isNew || scroller.clientWidth === 0) return;
-    isNew = false;
+  const observer = new ResizeObserver(() => {
+    if (scroller.clientWidth === 0) return;
+    observer.disconnect();
     scroller.scrollLeft = middle - scroller.clientWidth / 2;
-  }).observe(scroller);
+  });
+  observer.observe(scroller);
 }
 
 /**
@@ -181,7 +173,7 @@ function _dependencyList(words, members) {
       element('td', {dir: 'auto'}, _headInWords(words, word.parent))));
     const headings = ['', 'Word', 'Lemma', 'Tag', 'Relation', 'Head'].map((text, i) =>
       i === 0 ? element('td', {}) : element('th', {scope: 'col'}, text));
-    return element('div', {class: 'scroll-x'}, element('table', {class: 'arcs-table'},
+    return sidewaysPart('Words, relations and heads', element('table', {class: 'arcs-table'},
       element('thead', {}, element('tr', {}, ...headings)), element('tbody', {}, ...rows)));
   });
 }

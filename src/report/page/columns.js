@@ -26,7 +26,7 @@ function tableColumns() {
     _countColumn('frequency', 'Frequency', () => report.frequency),
     _realColumn('per_million', 'In a million', () => Float64Array.from(report.frequency, (count) => 1e6 * count / report.meta.total)),
     ...report.lemma.map((_, k) => ({..._countColumn(`marginal${k + 1}`, `Of word ${k + 1}`, () => _margins(k)), group: 'marginal'})),
-    ...report.meta.measures.map(({name, title}) => _realColumn(name, title, () => report.measure(name))),
+    ...report.meta.measures.map(({name, title, log}) => _realColumn(name, title, () => report.measure(name), log)),
   ];
   return _tableColumns;
 }
@@ -46,19 +46,32 @@ function _patternColumn() {
 }
 
 /**
- * A row of the report as a link to its own view; the relations stand back behind the words.
+ * A row of the report as a link to its own view.
  * @param {number} row
  */
 function patternLink(row) {
+  const parts = patternParts(row, (k) => corpusText(report.lemmaText(report.lemma[k][row])), () => true);
+  return element('a', {class: 'pattern', href: address('ngram', {ngram: row + 1})}, ...parts);
+}
+
+/**
+ * A pattern as parts of a line, in which the relations stand back behind the words.
+ * @param {number} row
+ * @param {(k: number) => Child} wordOf what stands for a word
+ * @param {(k: number) => boolean} isKnown whether the relation of a word is shown
+ * @returns {Child[]}
+ */
+function patternParts(row, wordOf, isKnown) {
+  /** @type {Child[]} */
   const parts = [];
   for (let k = 0; k < report.n; ++k) {
-    const {before, after} = arrowsOfWord(row, k);
+    const {before, after} = isKnown(k) ? arrowsOfWord(row, k) : {before: '', after: ''};
     if (k !== 0) parts.push(' ');
     if (before !== '') parts.push(element('span', {class: 'arrow'}, before), ' ');
-    parts.push(corpusText(report.lemmaText(report.lemma[k][row])));
+    parts.push(wordOf(k));
     if (after !== '') parts.push(' ', element('span', {class: 'arrow'}, after));
   }
-  return element('a', {class: 'pattern', href: address('ngram', {ngram: row + 1})}, ...parts);
+  return parts;
 }
 
 /**
@@ -129,24 +142,29 @@ function _countColumn(name, title, make) {
  * @param {string} name
  * @param {string} title
  * @param {() => Float64Array} make
+ * @param {boolean} [isLogarithmic] whether small differences of small numbers matter
  * @returns {TableColumn}
  */
-function _realColumn(name, title, make) {
+function _realColumn(name, title, make, isLogarithmic = false) {
   /** @type {{values: Float64Array, format: (x: number) => string} | null} */
   let kept = null;
-  const column = () => kept ??= _withFormat(make());
+  const column = () => kept ??= _withFormat(make(), isLogarithmic);
   return {
     name, title, group: name, kind: 'real', show: (row) => column().format(column().values[row]),
     text: (row) => generalNumber(column().values[row], 10), keys: () => [column().values],
   };
 }
 
-/** @param {Float64Array} values */
-function _withFormat(values) {
+/**
+ * @param {Float64Array} values
+ * @param {boolean} isLogarithmic
+ */
+function _withFormat(values, isLogarithmic) {
   let largest = 0;
   for (const value of values)
     if (Number.isFinite(value)) largest = Math.max(largest, Math.abs(value));
-  return {values, format: columnFormat(largest)};
+  const isSmall = isLogarithmic && largest <= 1;
+  return {values, format: isSmall ? (/** @type {number} */ x) => formatNumber(x, 3) : columnFormat(largest)};
 }
 
 /**

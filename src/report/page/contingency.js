@@ -53,15 +53,15 @@ function _squareOfFour(row, {total, margins, observed, expected}) {
     element('span', {class: 'cell-meaning'}, ...means[i]));
   const margin = (/** @type {number} */ count) =>
     element('td', {class: 'cell cell-margin'}, element('span', {class: 'cell-observed'}, formatCount(count)));
-  return element('div', {class: 'scroll-x'}, element('table', {class: 'square'},
+  return sidewaysPart('Contingency table', element('table', {class: 'square'},
     element('caption', {class: 'unseen'}, 'Contingency table: observed and expected counts'),
     element('thead', {}, element('tr', {}, element('td', {}),
       element('th', {scope: 'col'}, 'with ', corpusText(second)), element('th', {scope: 'col'}, 'without ', corpusText(second)),
-      element('th', {scope: 'col'}, 'both'))),
+      element('th', {scope: 'col'}, 'all'))),
     element('tbody', {},
       element('tr', {}, element('th', {scope: 'row'}, 'with ', corpusText(first)), cell(3), cell(2), margin(margins[0])),
       element('tr', {}, element('th', {scope: 'row'}, 'without ', corpusText(first)), cell(1), cell(0), margin(total - margins[0])),
-      element('tr', {}, element('th', {scope: 'row'}, 'both'), margin(margins[1]), margin(total - margins[1]), margin(total)))));
+      element('tr', {}, element('th', {scope: 'row'}, 'all'), margin(margins[1]), margin(total - margins[1]), margin(total)))));
 }
 
 /**
@@ -111,10 +111,10 @@ function _wordsIn(cell) {
  */
 function _cellTable(row, {observed, expected}, cells) {
   const lines = cells.map((cell) => element('tr', {class: cell === observed.length - 1 ? 'cell-full' : null},
-    element('th', {scope: 'row'}, corpusText(_patternOfCell(row, cell))),
+    element('th', {scope: 'row'}, ..._patternOfCell(row, cell)),
     element('td', {class: 'number'}, formatCount(observed[cell])),
     element('td', {class: 'number'}, formatNumber(expected[cell]))));
-  return element('div', {class: 'scroll-x'}, element('table', {class: 'cells'},
+  return sidewaysPart('Contingency table', element('table', {class: 'cells'},
     element('caption', {class: 'unseen'}, 'Contingency table: observed and expected counts'),
     element('thead', {}, element('tr', {}, element('th', {scope: 'col'}, 'Words in place'),
       element('th', {scope: 'col', class: 'number'}, 'Observed'), element('th', {scope: 'col', class: 'number'}, 'Expected'))),
@@ -127,14 +127,6 @@ function _cellTable(row, {observed, expected}, cells) {
  * @param {number} cell
  */
 function _patternOfCell(row, cell) {
-  const parts = report.lemma.map((column, k) => {
-    if (!hasWord(cell, k)) return '*';
-    const parent = report.parent[k][row];
-    if (parent === 0) return report.lemmaText(column[row]);
-    const isNeighbour = Math.abs(parent - (k + 1)) === 1;
-    const label = report.relationText(report.relation[k][row]) + (isNeighbour ? '' : `:${parent}`);
-    const lemma = report.lemmaText(column[row]);
-    return parent < k + 1 ? `${label}> ${lemma}` : `${lemma} <${label}`;
-  });
-  return parts.join(' ');
+  const isThere = (/** @type {number} */ k) => hasWord(cell, k);
+  return patternParts(row, (k) => (isThere(k) ? corpusText(shorten(report.lemmaText(report.lemma[k][row]), 60)) : '*'), isThere);
 }

@@ -1,5 +1,5 @@
 // What drawings have in common: text measured before it is drawn, a title for those who do not see it, and parts that are
-// folded away until they are asked for.
+// folded away until they are asked for, or scrolled.
 
 /** @type {CanvasRenderingContext2D | null} */
 let _measuringContext = null;
@@ -72,4 +72,24 @@ function foldedPart(summary, make) {
     if (details.open && details.childElementCount === 1) details.append(make());
   });
   return details;
+}
+
+/**
+ * A part that is scrolled sideways where it does not fit, then also by keyboard.
+ * @param {string} name for those who do not see it
+ * @param {Node} content
+ */
+function sidewaysPart(name, content) {
+  const part = element('div', {class: 'scroll-x'}, content);
+  new ResizeObserver(() => {
+    const isLarger = part.scrollWidth > part.clientWidth + 1;
+    if (!isLarger) {
+      for (const attribute of ['tabindex', 'role', 'aria-label']) part.removeAttribute(attribute);
+      return;
+    }
+    part.tabIndex = 0;
+    part.setAttribute('role', 'group');
+    part.setAttribute('aria-label', `${name}, can be scrolled`);
+  }).observe(part);
+  return part;
 }

@@ -52,20 +52,12 @@ function _ngramHeading(row) {
 /**
  * The pattern with a link from each word to its profile.
  * @param {number} row
- * @returns {Child[]}
  */
 function _linkedPattern(row) {
-  /** @type {Child[]} */
-  const parts = [];
-  for (let k = 0; k < report.n; ++k) {
-    const {before, after} = arrowsOfWord(row, k);
+  return patternParts(row, (k) => {
     const lemma = report.lemmaText(report.lemma[k][row]);
-    if (k !== 0) parts.push(' ');
-    if (before !== '') parts.push(element('span', {class: 'ngram-arrow'}, before), ' ');
-    parts.push(element('a', {class: `member-${k + 1}`, href: address('lemma', {lemma})}, corpusText(lemma)));
-    if (after !== '') parts.push(' ', element('span', {class: 'ngram-arrow'}, after));
-  }
-  return parts;
+    return element('a', {class: `member-${k + 1}`, href: address('lemma', {lemma})}, corpusText(shorten(lemma, 60)));
+  }, () => true);
 }
 
 /** @param {number} row */
@@ -87,12 +79,21 @@ function _ngramFigures(row) {
   return element('div', {class: 'ngram-figures'},
     element('dl', {class: 'figures'},
       element('div', {}, element('dt', {}, 'Frequency'), element('dd', {}, formatCount(frequency))),
-      element('div', {}, element('dt', {}, 'In a million N-grams'), element('dd', {}, formatNumber(1e6 * frequency / total, 4)))),
+      element('div', {}, element('dt', {}, 'In a million N-grams'), element('dd', {}, _perMillion(frequency, total)))),
     element('table', {},
       element('thead', {}, element('tr', {}, element('th', {scope: 'col'}, 'Word in its place'),
         element('th', {scope: 'col', class: 'number'}, 'Occurs'), element('th', {scope: 'col', class: 'number'}, 'of which here'))),
       element('tbody', {}, ...words)),
     copyButton('Copy a citation', () => citationOfRow(row)));
+}
+
+/**
+ * @param {number} frequency
+ * @param {number} total
+ */
+function _perMillion(frequency, total) {
+  const rate = 1e6 * frequency / total;
+  return rate >= 100 ? formatCount(Math.round(rate)) : formatNumber(rate, 3);
 }
 
 /** @param {number} row */
@@ -105,15 +106,11 @@ function _ngramContingency(row) {
 
 /** @param {number} row */
 function _ngramMeasures(row) {
-  const lines = report.meta.measures.map(({name, title, reading}) => element('tr', {},
-    element('th', {scope: 'row'}, title), element('td', {class: 'number'}, formatNumber(report.measure(name)[row], 6)),
-    element('td', {class: 'soft'}, reading)));
-  if (lines.length === 0) return element('p', {class: 'soft'}, 'The report has no measures; --measures asks for some.');
-  return element('div', {}, element('table', {class: 'measures'},
-    element('thead', {}, element('tr', {}, element('th', {scope: 'col'}, 'Measure'),
-      element('th', {scope: 'col', class: 'number'}, 'Value'), element('th', {scope: 'col'}, 'How to read it'))),
-    element('tbody', {}, ...lines)),
-  element('p', {class: 'small'}, element('a', {href: address('about')}, 'Formulas and sources')));
+  if (report.meta.measures.length === 0) return element('p', {class: 'soft'}, 'The report has no measures; --measures asks for some.');
+  const lines = report.meta.measures.map(({name, title, reading}) => element('div', {}, element('dt', {}, title),
+    element('dd', {class: 'number'}, formatNumber(report.measure(name)[row], 6)), element('dd', {class: 'soft'}, reading)));
+  return element('div', {}, element('dl', {class: 'ngram-measures'}, ...lines),
+    element('p', {class: 'small'}, element('a', {href: address('about')}, 'Formulas and sources')));
 }
 
 /** @param {number} row */

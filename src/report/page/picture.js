@@ -47,7 +47,8 @@ class PictureView {
     this._list = element('div', {});
     this._form = this._rangeForm();
     container.append(this._measureChoice(), this._scatter.node,
-      element('p', {class: 'soft small plot-hint'}, 'Point at a dot to see its N-gram, and click to open it. Draw a rectangle to select. ', this._description),
+      element('p', {class: 'soft small plot-hint'}, 'Point at a dot to see its N-gram, and click to open it. Draw a rectangle to select. ',
+        this._scatter.isDense ? 'Where the colour is stronger, more N-grams lie together. ' : null, this._description),
       this._form, this._said, this._list);
     this._listen();
     this._showSelection();
@@ -136,7 +137,9 @@ class PictureView {
 
   _showArea() {
     this._area.hidden = !isLimited(this._frequency) && !isLimited(this._range);
-    this._putArea(this._scatter.rectangle(this._frequency, this._range));
+    // Half a unit of frequency more on either side, so that the points on the edge are inside.
+    const {least, most} = this._frequency;
+    this._putArea(this._scatter.rectangle({least: least - 0.5, most: most + 0.5}, this._range));
   }
 
   /** @param {{left: number, top: number, width: number, height: number}} box */

@@ -18,7 +18,7 @@
  */
 function axisScale(low, high, isLogarithmic) {
   if (!(low < high)) [low, high] = _around(low, isLogarithmic);
-  if (!isLogarithmic) return _scaleBy((x) => x, (y) => y, low, high, roundTicks(low, high, 6));
+  if (!isLogarithmic) return _scaleBy((x) => x, (y) => y, low, high, roundTicks(low, high, 8));
   if (low > 0) return _scaleBy(Math.log10, (y) => 10 ** y, low, high, powerTicks(low, high));
   const bent = (/** @type {number} */ x) => Math.sign(x) * Math.log10(1 + Math.abs(x));
   const straight = (/** @type {number} */ y) => Math.sign(y) * (10 ** Math.abs(y) - 1);

@@ -37,6 +37,11 @@ class Scatter {
     this._colours.addEventListener('change', this._recolour = () => this._drawPoints());
   }
 
+  /** Whether colours stand for how many points are at a place. */
+  get isDense() {
+    return this._across.values.length > _mostDots;
+  }
+
   close() {
     this._colours.removeEventListener('change', this._recolour);
   }
@@ -120,8 +125,8 @@ class Scatter {
     context.scale(sharp, sharp);
     context.translate(left, top);
     context.fillStyle = getComputedStyle(this._canvas).color;
-    if (this._xs.length <= _mostDots) this._drawDots(context);
-    else this._drawDensity(context);
+    if (this.isDense) this._drawDensity(context);
+    else this._drawDots(context);
   }
 
   /** @param {CanvasRenderingContext2D} context */
@@ -147,7 +152,7 @@ class Scatter {
     }
     counts.forEach((count, square) => {
       if (count === 0) return;
-      context.globalAlpha = 0.22 + 0.78 * Math.log(count) / Math.log(largest + 1);
+      context.globalAlpha = 0.3 + 0.7 * Math.log(count) / Math.log(largest + 1);
       context.fillRect(square % across * _densitySquare, Math.floor(square / across) * _densitySquare, _densitySquare, _densitySquare);
     });
   }

@@ -121,9 +121,8 @@ class TableView {
     const columns = this._columns();
     clear(this._columnWidths).append(...columns.map(({kind, name}) => element('col', {class: name === 'rank' ? 'col-rank' : `col-${kind}`})));
     clear(this._head).append(element('tr', {'aria-rowindex': 1}, ...columns.map((column) => this._headCell(column))));
-    const widths = {pattern: 17, text: 9, count: 7, real: 7};
-    const width = columns.reduce((sum, {kind, name}) => sum + (name === 'rank' ? 5 : widths[kind]), 0);
-    this._space.style.minWidth = `${width}rem`;
+    const widths = columns.map(({kind, name}) => `var(--${name === 'rank' ? 'rank' : kind}-width)`);
+    this._space.style.minWidth = `calc(${widths.join(' + ')})`;
   }
 
   /** @param {TableColumn} column */
