@@ -129,7 +129,13 @@ function _show() {
   const place = isSame ? window.scrollY : known ?? 0;
   container.dataset.view = name;
   clear(container);
-  _views.get(name)?.show(container, parameters);
+  try {
+    _views.get(name)?.show(container, parameters);
+  } catch (error) {
+    console.error(error);
+    clear(container).append(element('div', {class: 'notice'}, element('h1', null, 'This cannot be shown'),
+      element('p', null, `The data of the report do not fit together, or the page is wrong: ${error instanceof Error ? error.message : error}.`)));
+  }
   document.title = _titleOf({name, parameters});
   _markInNavigation(name);
   _shownView = name;

@@ -2,7 +2,8 @@
 // most frequent first. The lemmas stand folded in long texts, one after another in the order of their frequency, so that the
 // first place where a text is found is the best one. They are folded a few at a time, while the browser has nothing to do.
 
-const _lemmasInPiece = 4096;
+const _lemmasInPiece = 1024;
+const _mostPauseless = 8;  // milliseconds
 const _longestFolded = 200;
 /** @type {Record<string, string>} letters that do not come apart into a letter and a mark */
 const _plainLetters = {ß: 'ss', æ: 'ae', œ: 'oe', ø: 'o', đ: 'd', ð: 'd', ł: 'l', ħ: 'h', ı: 'i', þ: 'th', ς: 'σ', ى: 'ي', ـ: ''};
@@ -20,12 +21,26 @@ function fold(text) {
   return start.normalize('NFKD').replace(/[\p{M}\p{Cf}\s]/gu, '').replace(/[ßæœøđðłħıþςىـ]/g, (letter) => _plainLetters[letter]);
 }
 
+/**
+ * The places of values, the largest value first, equal ones as they stand. Numbers are sorted much faster without a function that
+ * compares, so value and place are made one number where there is room for that.
+ * @param {Float64Array} values whole numbers
+ * @returns {Uint32Array}
+ */
+function _inDescendingOrder(values) {
+  const size = values.length;
+  const largest = values.reduce((most, value) => Math.max(most, value), 0);
+  if ((largest + 1) * size >= Number.MAX_SAFE_INTEGER)
+    return Uint32Array.from(values, (_, i) => i).sort((a, b) => values[b] - values[a] || a - b);
+  const keys = values.map((value, i) => value * size + (size - 1 - i)).sort().reverse();
+  return Uint32Array.from(keys, (key) => size - 1 - key % size);
+}
+
 /** All lemmas of the report, for the field in which one searches. */
 class WordIndex {
   constructor() {
-    const frequency = report.lemmaFrequency;
     /** Lemmas, the most frequent first. */
-    this.byFrequency = Uint32Array.from({length: report.lemmas}, (_, i) => i).sort((a, b) => frequency[b] - frequency[a] || a - b);
+    this.byFrequency = _inDescendingOrder(report.lemmaFrequency);
     /** @type {Piece[]} */
     this._pieces = [];
     this._folded = 0;
@@ -50,9 +65,13 @@ class WordIndex {
     return end < this.byFrequency.length;
   }
 
-  /** Folds all lemmas, a piece whenever there is time. */
+  /** Folds all lemmas, some whenever there is time. */
   async foldAll() {
-    while (this.foldMore()) await nextTurn();
+    for (let isMore = true; isMore;) {
+      await nextTurn();
+      const begin = performance.now();
+      do isMore = this.foldMore(); while (isMore && performance.now() - begin < _mostPauseless);
+    }
   }
 
   /**
