@@ -63,6 +63,7 @@ def main():
     build = os.path.abspath(sys.argv[1])
     table = os.path.join(build, "ngrex-table")
     importer = os.path.join(build, "ngrex-import")
+    reporter = os.path.join(build, "ngrex-report")
     with tempfile.TemporaryDirectory() as folder:
         with open(os.path.join(folder, "pairs"), "w", encoding="utf-8") as file:
             file.write(PAIR)
@@ -81,6 +82,9 @@ def main():
         expect(got == "lemma1\tlemma2\tfrequency\nheavy\train\t1\n", "tsv on a terminal", got)
         _, got = on_terminal([table, *columns, "--format", "table", "pairs"], folder, ["err"], clean)
         expect(got == plain, "a table into a pipe", got)
+
+        got, rest = on_terminal([reporter, "pairs"], folder, ["out"])
+        expect(got == "" and "a page is nothing for a terminal" in rest, "a page on a terminal", (got, rest))
 
         got, _ = on_terminal([importer, "-o", "words", "bank"], folder, ["err"])
         bars, _, report = got.partition("\r\x1b[K")
@@ -102,7 +106,7 @@ def main():
             words = file.read()
         expect(words.startswith("1\tw\tw\tX\t0\tPred\n"), "no message in the datafile", words[:100])
         for redirection in (">&-", "<&-"):
-            for command in ([importer, "-q"], [table]):
+            for command in ([importer, "-q"], [table], [reporter]):
                 if redirection == ">&-":
                     command = command + ["bad" if command[0] == importer else "pairs"]
                 got = closed(command, folder, redirection)
@@ -140,6 +144,10 @@ def main():
             expect(got.returncode == 1 and "cannot write to full/table: " in got.stderr, f"{form} on a full disk", got)
             left = os.listdir(os.path.join(folder, "full"))
             expect(left == [], f"what {form} leaves", left)
+        got = with_small_files([reporter, "-o", "full/page", "many"], folder)
+        expect(got.returncode == 1 and "cannot write to full/page: " in got.stderr, "a page on a full disk", got)
+        left = os.listdir(os.path.join(folder, "full"))
+        expect(left == [], "what a page leaves", left)
     print(f"{failures} failures")
     return 1 if failures else 0
 

@@ -2,7 +2,7 @@
 fails their n-th allocation, mapping, open, read, write, close, sync or seek, for n = 1, 2, 3 ... until no call is left to
 fail; once that call alone, and once all calls from it on.
 
-usage: faults.py LIBRARY NGREX NGREX_IMPORT NGREX_TABLE
+usage: faults.py LIBRARY PROGRAM...
 
 A run must end in time and without a signal. With status 0 it must leave what it leaves when nothing fails, byte for byte.
 Otherwise its status is 1, or 2 for a wrong command line, and it has said why on standard error. Inputs are never touched,
@@ -38,6 +38,9 @@ FAULTY = TREEBANK.replace("\t3\tnsubj", "\t7\tnsubj").replace("2\tsleep", "3\tsl
 BLOCKS = "".join(f"1\t{lemma}\tA\t2\tAtr\n2\tr\u00e9gn\tN\t0\tHead\n{count}\t1\t2\t{count}\n0.5\t1.5\t0.8\t0.3\t0.4\t0.5\n\n"
                  for count, lemma in enumerate(("heavy", "light", "gr\u00fcn"), 1)) + "\n"
 
+PAIRS = "".join(f"1\tbig\tA\t2\tAtr\n2\t{lemma}\tN\t0\tHead\n9\t1\t{4 - count}\t{count}\n0.5\t1.5\t0.8\t0.3\t0.4\t0.5\n\n"
+                for count, lemma in ((2, "dog"), (1, "cat"))) + "\n"
+
 Scenario = collections.namedtuple("Scenario", "program arguments inputs piped")
 Result = collections.namedtuple("Result", "status out err files")
 
@@ -65,6 +68,9 @@ def scenarios():
         Scenario("ngrex-table", [*sort, "--format", "table", "-"], {}, BLOCKS),
         Scenario("ngrex-table", ["--format", "jsonl", "damaged"], {"damaged": BLOCKS[:100]}, ""),
         Scenario("ngrex-table", ["--help"], {}, ""),
+        Scenario("ngrex-report", ["-"], {}, PAIRS),
+        Scenario("ngrex-report", ["-i", "list", "-m", "*", "--where", "lemma1=big", "--top", "2", "-o", "page.html", "pairs"],
+                 {**corpus, "pairs": PAIRS}, ""),
     ]
 
 
