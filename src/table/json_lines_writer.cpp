@@ -5,13 +5,13 @@
 
 #include <fmt/format.h>
 
-#include "companion/utf8.h"
+#include "companion/json_text.h"
 
 namespace colx::table {
 
 namespace {
 
-// One JSON object a line. Bytes that are no UTF-8 become U+FFFD, since JSON has no other encoding.
+// One JSON object a line.
 class JsonLinesWriter : public Writer {
  public:
   using Writer::Writer;
@@ -24,45 +24,25 @@ class JsonLinesWriter : public Writer {
   void row(std::span<const Field> fields) override {
     for (std::size_t i = 0; i < fields.size(); ++i) {
       out() << _keys[i];
-      if (fields[i].kind == FieldKind::text)
-        _write(fields[i].content);
-      else if (fields[i].kind == FieldKind::number)
+      if (fields[i].kind == FieldKind::text) {
+        _text.clear();
+        append_json_text(_text, fields[i].content);
+        out() << _text;
+      } else if (fields[i].kind == FieldKind::number) {
         out() << fields[i].content;
-      else if (look().special_as_text)
+      } else if (look().special_as_text) {
         out() << '"' << text_of(fields[i]) << '"';
-      else
+      } else {
         out() << "null";
+      }
     }
     out() << "}\n";
     out().end_row();
   }
 
  private:
-  void _write(std::string_view text) {
-    out() << '"';
-    while (!text.empty()) {
-      const Character character = first_character(text);
-      if (!character.is_valid)
-        out() << "\xEF\xBF\xBD";
-      else if (character.size > 1)
-        out() << text.substr(0, character.size);
-      else
-        _write_ascii(text[0]);
-      text.remove_prefix(character.size);
-    }
-    out() << '"';
-  }
-
-  void _write_ascii(char c) {
-    if (c == '"' || c == '\\')
-      out() << '\\' << c;
-    else if (static_cast<unsigned char>(c) < 0x20)
-      out() << fmt::format("\\u{:04x}", static_cast<unsigned>(c));
-    else
-      out() << c;
-  }
-
   std::vector<std::string> _keys;
+  std::string _text;  // in quotes
 };
 
 }  // namespace
