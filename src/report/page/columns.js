@@ -100,12 +100,24 @@ function _wordColumns(name, title, columns, count, textOf) {
   let ranks = null;
   return columns.map((column, k) => ({
     name: `${name}${k + 1}`, title: `${title} ${k + 1}`, group: name, kind: /** @type {const} */ ('text'),
-    show: (row) => (textOf(column[row]) === '' ? '' : corpusText(textOf(column[row]))), text: (row) => textOf(column[row]),
+    show: (row) => _shownText(textOf(column[row]), name === 'lemma'), text: (row) => textOf(column[row]),
     keys: () => {
-      const places = ranks ??= _textRanks(count, textOf);
-      return [Uint32Array.from(column, (i) => places[i])];
+      ranks ??= _textRanks(count, textOf);
+      const places = new Uint32Array(report.rows);
+      for (let row = 0; row < places.length; ++row) places[row] = ranks[column[row]];
+      return [places];
     },
   }));
+}
+
+/**
+ * Lemmas stand in the face for texts of the corpus; tags and relations do not, and a tag may be empty.
+ * @param {string} text
+ * @param {boolean} isLemma
+ */
+function _shownText(text, isLemma) {
+  if (isLemma) return corpusText(text);
+  return text === '' ? '' : visible(shorten(text));
 }
 
 /**
@@ -161,8 +173,10 @@ function _realColumn(name, title, make, isLogarithmic = false) {
  */
 function _withFormat(values, isLogarithmic) {
   let largest = 0;
-  for (const value of values)
-    if (Number.isFinite(value)) largest = Math.max(largest, Math.abs(value));
+  for (let row = 0; row < values.length; ++row) {
+    const size = Math.abs(values[row]);
+    if (size > largest && size !== Infinity) largest = size;
+  }
   const isSmall = isLogarithmic && largest <= 1;
   return {values, format: isSmall ? (/** @type {number} */ x) => formatNumber(x, 3) : columnFormat(largest)};
 }

@@ -33,6 +33,7 @@
  */
 
 const _arrays = {u8: Uint8Array, u16: Uint16Array, u32: Uint32Array, f64: Float64Array};
+const _alignment = 8;  // each column begins, and the last one ends, at a multiple of so many bytes
 const _charactersAtOnce = 1 << 20;  // a multiple of four, as four characters are three bytes
 
 /** The data cannot be read: the file was cut or changed on its way. */
@@ -174,7 +175,7 @@ async function unpack(id, places) {
   const text = (document.getElementById(id)?.textContent ?? '').trim();
   const stream = new DecompressionStream('gzip');
   try {
-    const buffer = new ArrayBuffer(size);
+    const buffer = new ArrayBuffer(Math.ceil(size / _alignment) * _alignment);
     await Promise.all([
       _feed(text, stream.writable.getWriter()),
       _collect(stream.readable.getReader(), new Uint8Array(buffer)),

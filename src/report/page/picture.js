@@ -72,7 +72,7 @@ class PictureView {
 
   /** @param {number} shown how many points have a place */
   _inWords(shown) {
-    const frequencies = _middleAndEnds(Float64Array.from(report.frequency));
+    const frequencies = _middleAndEnds(report.frequency);
     const values = _middleAndEnds(this._values);
     const missing = report.rows - shown;
     const title = this._measure.title;
@@ -243,8 +243,8 @@ function _endsOf(values, isLogarithmic) {
   return {ends: shown === 0 ? [0, 1] : [low, high], shown};
 }
 
-/** @param {Float64Array} values */
+/** @param {Uint32Array | Float64Array} values */
 function _middleAndEnds(values) {
-  const sorted = values.filter((value) => !Number.isNaN(value)).sort();
+  const sorted = values.filter((/** @type {number} */ value) => !Number.isNaN(value)).sort();
   return {low: sorted[0] ?? NaN, middle: sorted[sorted.length >> 1] ?? NaN, high: sorted[sorted.length - 1] ?? NaN};
 }

@@ -77,9 +77,9 @@ function roundTicks(low, high, count) {
 function powerTicks(low, high) {
   const [first, last] = [Math.floor(Math.log10(low)), Math.ceil(Math.log10(high))];
   const step = Math.max(1, Math.ceil((last - first) / 8));
-  const factors = last - first <= 2 ? [1, 2, 5] : [1];
+  const factors = Math.log10(high / low) <= 2 ? [1, 2, 5] : [1];
   const ticks = [];
-  for (let power = Math.ceil(first / step) * step; power <= last; power += step)
+  for (let power = Math.floor(first / step) * step; power <= last; power += step)
     for (const factor of factors) ticks.push(Number(`${factor}e${power}`));
   return ticks.filter((tick) => tick >= low * 0.9999 && tick <= high * 1.0001);
 }

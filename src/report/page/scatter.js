@@ -22,8 +22,8 @@ class Scatter {
     this._across = across;
     this._up = up;
     this._canvas = element('canvas', {class: 'plot-points', role: 'img', 'aria-label': description});
-    this._axes = svg('svg', {class: 'plot-axes', 'aria-hidden': 'true'});
-    this.node = element('div', {class: 'plot'}, this._canvas, this._axes);
+    this._axes = svg('svg', {class: 'plot-axes', 'aria-hidden': 'true', preserveAspectRatio: 'none'});
+    this.node = element('div', {class: 'plot'}, this._axes, this._canvas);
     this._width = 0;
     this._height = 0;
     this._xs = new Float32Array(0);
@@ -183,18 +183,18 @@ class Scatter {
   }
 
   /**
-   * The numbers between two places of the pointer.
+   * The numbers between two places of the pointer; without an end where one is at the edge.
    * @param {{x: number, y: number}} one
    * @param {{x: number, y: number}} other
    * @returns {{across: NumberRange, up: NumberRange}}
    */
   rangesBetween(one, other) {
-    const part = (/** @type {number} */ place, /** @type {number} */ size) => Math.max(0, Math.min(1, place / size));
+    const range = (/** @type {AxisScale} */ scale, /** @type {number} */ low, /** @type {number} */ high) => ({
+      least: low <= 0 ? -Infinity : scale.value(Math.min(low, 1)), most: high >= 1 ? Infinity : scale.value(Math.max(high, 0)),
+    });
     return {
-      across: {least: this._across.scale.value(part(Math.min(one.x, other.x), this._width)),
-        most: this._across.scale.value(part(Math.max(one.x, other.x), this._width))},
-      up: {least: this._up.scale.value(1 - part(Math.max(one.y, other.y), this._height)),
-        most: this._up.scale.value(1 - part(Math.min(one.y, other.y), this._height))},
+      across: range(this._across.scale, Math.min(one.x, other.x) / this._width, Math.max(one.x, other.x) / this._width),
+      up: range(this._up.scale, 1 - Math.max(one.y, other.y) / this._height, 1 - Math.min(one.y, other.y) / this._height),
     };
   }
 
