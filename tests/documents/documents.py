@@ -212,6 +212,7 @@ def check_demo(source, build):
         table = run_all(folder, commands + re.findall(r"^awk .*$", demo, re.M), "scripts/demo")
         blocks = [p for block in indented_blocks(readme) for p in block if p.startswith("1\t")]
         expect(len(blocks) == 1 and table.endswith("\n" + blocks[0].expandtabs(4) + "\n"), f"README.md explains another block than {table}")
+        expect('"cited": true' in read(folder, "build", "demo", "report.html"), "the report of scripts/demo has no sentences")
         for text in (demo, readme):
             told = re.sub(r"[\s*\"]+", " ", text)
             cells = blocks[0].split("\n")[2].split("\t")
@@ -232,6 +233,10 @@ def check_pipeline(source, build):
         rows = [line.split() for line in table.splitlines()]
         expect(rows and rows[0] == shown.split("\n")[0].split(), f"README.md shows other columns than {table}")
         expect(["heavy", "<Atr", "rain", "9"] in [row[:4] for row in rows], f"README.md: no heavy rain in {table}")
+        report, = (block[0] for block in blocks if block[0].startswith("$ ngrex-report"))
+        run_all(folder, [f"PATH={build}:$PATH; {report[2:]}"], "README.md")
+        page = read(folder, re.search(r"\S+\.html", report).group())
+        expect('"cited": true' in page, "README.md: no sentences in the page")
 
 
 def main():
