@@ -93,11 +93,18 @@ function _summary() {
   return `${formatCount(report.rows)} ${what}, with ${counted(report.lemmas, 'different word')}${from}.`;
 }
 
+/** @returns {HTMLElement | null} what is said when the report has not all of the datafile */
+function _selection() {
+  const {shown, found} = report.meta.choice;
+  return shown === found ? null : element('p', {class: 'soft small'}, `A choice out of ${formatCount(found)}: `,
+    element('a', {href: address('about')}, 'what was left out'), '.');
+}
+
 registerView('start', {
   title: () => '',
   show(container) {
     container.append(
-      element('div', {class: 'heading'}, element('h1', null, corpusText(report.meta.title)), element('p', {class: 'lead'}, _summary())),
+      element('div', {class: 'heading'}, element('h1', null, corpusText(report.meta.title)), element('p', {class: 'lead'}, _summary()), _selection()),
       element('div', {class: 'home'},
         element('section', {class: 'home-words', 'aria-labelledby': 'words'},
           element('h2', {id: 'words'}, 'Most frequent words'),

@@ -37,7 +37,7 @@ async function _start() {
   } catch (error) {
     _complain('This report cannot be opened',
       'Its data are damaged: perhaps the file was cut on its way. Please ask for it again, or make it anew.',
-      `What went wrong: ${error instanceof Error ? error.message : error}.`);
+      `What went wrong: ${String(error instanceof Error ? error.message : error).replace(/\.$/, '')}.`);
     return;
   }
   byId('foot').textContent = `Made by ${report.meta.program.name} ${report.meta.program.version}. This page works without a network.`;
