@@ -112,8 +112,9 @@ function _showProfile(container, parameters) {
   const scale = barScale(settings.score ?? settings.sort, report.rowsOfLemma(lemma));
   container.append(
     element('div', {class: 'heading'}, element('h1', {class: 'headword'}, corpusText(parameters.lemma)),
-      element('p', {class: 'soft'}, blocks.length === 0 ? `No ${ngramWord()} is as frequent as that.`
-        : `${counted(rows, ngramWord())} in ${counted(blocks.length, 'block')}, ${counted(frequency, 'occurrence')}`)),
+      element('p', {class: 'soft'}, blocks.length === 0 ? `No ${ngramWord()} with it is as frequent as that.`
+        : `${counted(rows, ngramWord())} in ${counted(blocks.length, 'block')}, ${counted(frequency, 'occurrence')}, `,
+        blocks.length > 0 && element('a', {href: address('table', {lemma: parameters.lemma, whole: 'yes'})}, 'in the table'))),
     _profileControls(parameters, settings, lemma));
   if (shown.length > 1) container.append(_jumpList(parameters, settings, shown));
   container.append(element('div', {class: 'blocks'}, ...shown.map((block) => showBlock(block, settings, scale, (isOpen) => {

@@ -31,15 +31,26 @@ function blockTitle(block, lemma) {
   return block.isHead ? [relation, document.createTextNode(' of '), word] : [word, document.createTextNode(' as '), relation, document.createTextNode(' of')];
 }
 
-/** @param {ProfileBlock} block @param {ProfileSettings} settings @param {number} row */
-function _collocates(block, settings, row) {
+/**
+ * The other words of a row. Of longer N-grams the word itself stands among them in its place, and their link is only called so.
+ * @param {ProfileBlock} block
+ * @param {ProfileSettings} settings
+ * @param {number} row
+ */
+function _wordsOfRow(block, settings, row) {
   const place = wordPlace(block, row);
-  const cell = element('th', {scope: 'row', class: 'collocate'});
-  for (let k = 0; k < report.n; ++k) {
-    if (k === place) continue;
-    cell.append(cell.firstChild ? ' ' : '', element('span', {class: 'tagged'}, lemmaLink(report.lemma[k][row], settings.kept), tagNote(report.tag[k][row])));
-  }
-  return cell;
+  const texts = report.lemma.map((lemma) => report.lemmaText(lemma[row]));
+  const words = element('bdi', {dir: isRightToLeft(texts.join(' ')) ? 'rtl' : 'ltr'});
+  texts.forEach((text, k) => {
+    if (k === place && report.n === 2) return;
+    words.append(words.firstChild ? ' ' : '', k === place ? corpusText(text, 'lemma')
+      : element('span', {class: 'tagged'}, lemmaLink(report.lemma[k][row], settings.kept), tagNote(report.tag[k][row])));
+  });
+  return [
+    element('th', {scope: 'row', class: 'collocate'}, words),
+    element('td', {class: 'in-order'}, report.n === 2 ? ngramLink(row)
+      : element('a', {href: address('ngram', {ngram: row + 1}), 'aria-label': `open ${shorten(visible(texts.join(' ')))}`}, 'open')),
+  ];
 }
 
 /** @param {ProfileBlock} block @param {ProfileSettings} settings @param {number[]} rows @param {BarScale} scale */
@@ -50,13 +61,12 @@ function _blockTable(block, settings, rows, scale) {
   const frequency = /** @type {Quantity} */ (quantity('frequency'));
   return element('table', {'aria-labelledby': `title-${block.id}`},
     element('thead', null, element('tr', null,
-      element('th', {scope: 'col'}, report.n === 2 ? 'Collocate' : 'Collocates'),
+      element('th', {scope: 'col'}, report.n === 2 ? 'Collocate' : 'Words'),
       element('th', {scope: 'col'}, report.n === 2 ? 'Pair' : 'N-gram'),
       element('th', {scope: 'col', class: 'number', 'aria-sort': order(frequency)}, 'Frequency'),
       score && element('th', {scope: 'col', class: 'number', 'aria-sort': order(score)}, score.title))),
     element('tbody', null, ...rows.map((row) => element('tr', null,
-      _collocates(block, settings, row),
-      element('td', {class: 'in-order'}, ngramLink(row)),
+      ..._wordsOfRow(block, settings, row),
       score ? element('td', {class: 'number'}, formatCount(report.frequency[row])) : meterCell(scale, row),
       score && meterCell(scale, row)))));
 }

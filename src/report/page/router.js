@@ -98,8 +98,21 @@ function go(name, parameters, how = {}) {
  * @param {Record<string, string | number | null | undefined>} [parameters]
  */
 function note(name, parameters) {
-  history.replaceState({entry: _entry}, '', address(name, parameters));
+  _rewrite(address(name, parameters));
   document.title = _titleOf(here());
+}
+
+/**
+ * Gives this entry of the history another address. Browsers refuse that when it happens very often, and in the preview of a
+ * mail; then the address stays what it was.
+ * @param {string} [to] the one that it has when nothing is given
+ */
+function _rewrite(to) {
+  try {
+    history.replaceState({entry: _entry}, '', to);
+  } catch (error) {
+    if (!(error instanceof DOMException)) throw error;
+  }
 }
 
 /** @param {{name: string, parameters: Query}} here */
@@ -152,7 +165,7 @@ function _show() {
 function _begin() {
   _entry = history.state?.entry ?? `${Date.now()}-${_scrolledTo.size}`;
   if (!_scrolledTo.has(_entry)) _scrolledTo.set(_entry, 0);
-  if (history.state?.entry !== _entry) history.replaceState({entry: _entry}, '');
+  if (history.state?.entry !== _entry) _rewrite();
 }
 
 /** The browser scrolls, too, on its way to another entry; that is no place of this one. */
