@@ -142,7 +142,8 @@ async function _feed(text, writer) {
 
 /** @param {string} text @returns {Uint8Array<ArrayBuffer>} */
 function _fromBase64(text) {
-  if ('fromBase64' in Uint8Array) return /** @type {any} */ (Uint8Array).fromBase64(text);
+  const {fromBase64} = /** @type {any} */ (Uint8Array);  // what older browsers do not have
+  if (fromBase64) return fromBase64.call(Uint8Array, text);
   const characters = atob(text);
   const bytes = new Uint8Array(characters.length);
   for (let i = 0; i < characters.length; ++i) bytes[i] = characters.charCodeAt(i);

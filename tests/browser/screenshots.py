@@ -1,0 +1,51 @@
+"""Pictures of every view of the reports that the tests open, to be looked at by a person.
+
+usage: screenshots.py BUILD_FOLDER FOLDER [REPORT...]
+
+Writes FOLDER/REPORT-VIEW-WIDTH-light.png and -dark.png, each with the whole length of the page, up to 3,000 pixels. The
+reports are those that the test browser.reports has made (reports.py).
+"""
+
+import base64
+import os
+import sys
+
+import harness
+
+STATES = {
+    "weather": {**harness.VIEWS, "filtered": "#table&sort=-G2,%2Blemma1&relation=Atr&least=2"},
+    "triples": {"profile": "#lemma=tea", "ngram": "#ngram=1"},
+    "fours": {"profile": "#lemma=the", "ngram": "#ngram=1"},
+    "scripts": {"profile": "#lemma=雨", "ngram": "#ngram=1", "table": "#table"},
+    "many": {"table": "#table", "picture": "#picture"},
+    "hostile": {"start": "#", "profile": "#lemma=rain", "table": "#table"},
+    "empty": {"start": "#", "table": "#table", "picture": "#picture"},
+    "one": {"ngram": "#ngram=1", "picture": "#picture"},
+}
+WIDTHS = {"desktop": (1280, 900), "telephone": (390, 844)}
+
+
+def main():
+    folder, wanted = sys.argv[2], sys.argv[3:] or list(STATES)
+    os.makedirs(folder, exist_ok=True)
+    page = harness.Page(os.path.join(harness.BUILD, "reports"))
+    for report in wanted:
+        for view, address in STATES[report].items():
+            for width, size in WIDTHS.items():
+                for dark in (False, True):
+                    page.screen(*size, dark=dark)
+                    page.open(report, address)
+                    page.settle()
+                    height = min(3000, page.run("return document.documentElement.scrollHeight"))
+                    picture = page.command("Page.captureScreenshot", captureBeyondViewport=True,
+                                           clip={"x": 0, "y": 0, "width": size[0], "height": max(height, size[1]), "scale": 1})
+                    name = f"{report}-{view}-{width}-{'dark' if dark else 'light'}.png"
+                    with open(os.path.join(folder, name), "wb") as file:
+                        file.write(base64.b64decode(picture["data"]))
+                    print(name)
+    page.close()
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
