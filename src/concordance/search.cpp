@@ -56,6 +56,21 @@ std::uint64_t _hash_forms(const WordForms& forms) {
   return hash;
 }
 
+// Sets the mask by which the parser goes, as long as it lives.
+class MaskSetting {
+ public:
+  explicit MaskSetting(const std::string& mask) : _before(settings::morphologic_tag_mask) {
+    settings::morphologic_tag_mask = mask.c_str();
+  }
+  ~MaskSetting() { settings::morphologic_tag_mask = _before; }
+
+  MaskSetting(const MaskSetting&) = delete;
+  MaskSetting& operator=(const MaskSetting&) = delete;
+
+ private:
+  const char* _before;
+};
+
 }  // namespace
 
 class Search::Work {
@@ -88,7 +103,7 @@ class Search::Work {
     _wanted.close();
     _found.assign(_terms.size(), 0);
     _choice = make_choice(wanted, std::move(_terms), _ranks(_datafiles), memory);
-    settings::morphologic_tag_mask = _settings.mask.c_str();
+    const MaskSetting mask(_settings.mask);
     _is_complete = true;
     for (std::uint32_t i = 0; i < _datafiles.size() && _is_complete; ++i)
       _is_complete = _search(i, warn);

@@ -190,5 +190,16 @@ TEST(StringStore, AgreesWithAMapFromTextsToIndexes) {
     ASSERT_EQ(store[index], plain[index]);
 }
 
+TEST(StringStore, TakesNoFurtherTextOnceItIsClosed) {
+  Lemmas store(31);
+  store.store("rain");
+  store.close();
+  EXPECT_EQ(store.store("rain"), 0U);
+  EXPECT_EQ(store.store("snow"), Lemmas::others);
+  EXPECT_EQ(store.store(std::string(100, 'x')), Lemmas::others);
+  EXPECT_EQ(store.size(), 1U);
+  EXPECT_EQ(store.find("snow"), std::nullopt);
+}
+
 }  // namespace
 }  // namespace colx
