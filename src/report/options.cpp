@@ -70,6 +70,12 @@ constexpr auto _rows = std::to_array<OptionRow>({
 });
 constexpr auto _entries = entries_of(_rows);
 
+// Standard input can be read once.
+void _check_inputs(const Options& options) {
+  if (options.input == "-" && options.statistics == "-")
+    throw usage_error("--statistics: standard input is the output datafile already");
+}
+
 // Options that are about example sentences are a mistake without a corpus.
 void _check_examples(const Options& options, const std::vector<std::string>& arguments) {
   if (options.wants_examples()) {
@@ -112,6 +118,7 @@ Options parse_options(const std::vector<std::string>& arguments) {
   _check_examples(options, arguments);
   options.command_line = shell_line(program, arguments);
   if (!files.empty()) options.input = files.front();
+  _check_inputs(options);
   if (options.measures.empty()) options.measures = _measures(usual_measures);
   if (!options.sort.has_value()) options.sort = table::parse_sort_order(options.measures.front()->name);
   make_filters(options);

@@ -53,7 +53,18 @@ std::optional<CorpusSize> _corpus_size(const Options& options) {
       ++size.files;
     }
   }
+  size.n = reader.n();
   return size;
+}
+
+// Says when a statistics file does not seem to be of the run that counted the N-grams.
+void _tell_difference(const Options& options, const CorpusSize& corpus, std::size_t n, std::uint64_t total) {
+  constexpr std::uint64_t range = std::uint64_t{1} << 32;  // of the counters of the file
+  if (corpus.n == n && corpus.ngrams == total % range) return;
+  _tell(fmt::format(
+      "{} counts {} N-grams of {} words, the tables of {} have a total of {} of {}; is it of the same run of "
+      "ngrex?",
+      input_name(options.statistics), corpus.ngrams, corpus.n, input_name(options.input), total, n));
 }
 
 // The N-grams of an output datafile, all of which must be of one corpus and have the measures of the report.
@@ -111,6 +122,7 @@ Content _content(const Options& options, const std::vector<ListedDatafile>& data
   if (chosen.n() == 0)
     throw input_error(fmt::format("{} has no N-gram; there is no report", input_name(options.input)));
   if (!rows.has_value()) rows.emplace(chosen.n(), options.measures);
+  if (corpus.has_value()) _tell_difference(options, *corpus, chosen.n(), source.total());
   Content content;
   content.title = title_of(options);
   content.columns = rows->take_columns();

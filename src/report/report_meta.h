@@ -19,6 +19,7 @@ struct CorpusSize {
   std::uint64_t words = 0;
   std::uint64_t sentences = 0;
   std::uint64_t ngrams = 0;
+  std::size_t n = 0;  // of the N-grams; 0 when there is no datafile
 };
 
 // What is known of the N-grams of the input: how many there are, and how many of them are admitted by the choice.

@@ -53,6 +53,7 @@ TEST(ReportProgram, UsageErrorsEndWithStatusTwoAndWithoutAReport) {
                                                        {"-m", "*x"},
                                                        {"--examples", "0"},
                                                        {"--examples", "3"},
+                                                       {"--statistics", "-"},
                                                        {"--sentences", "words"},
                                                        {"-f", "rules"},
                                                        {"--statistics", ""},
@@ -175,9 +176,17 @@ TEST(ReportProgram, TellsTheSizeOfTheCorpus) {
                    "Strings storage statistics:\n# of unique lemmas: 6\n# of unique tags: 3\n\n"
                    "2-grams storage statistics:\n# of unique 2-grams of type 0: 1\n# of unique 2-grams of type 1: 4\n"
                    "# of unique 2-grams of type 2: 4\n# of unique 2-grams of type 3: 6\n\n");
-  EXPECT_TRUE(holds(run_report({"-s", statistics}).out,
-                    "\"statistics\": {\"files\": 2, \"words\": 11, \"sentences\": 5, \"ngrams\": 7}"));
+  const ToolResult result = run_report({"-s", statistics});
+  EXPECT_TRUE(holds(result.out, "\"statistics\": {\"files\": 2, \"words\": 11, \"sentences\": 5, \"ngrams\": 7}"));
+  EXPECT_EQ(result.err, "");
   EXPECT_TRUE(holds(run_report({}).out, "\"statistics\": null"));
+
+  std::string other = _one_pair;
+  other.replace(other.find("4\t1\t1\t1"), 7, "5\t1\t1\t1");
+  EXPECT_EQ(run_report({"-s", statistics}, other + "\n").err,
+            "ngrex-report: " + statistics +
+                " counts 7 N-grams of 2 words, the tables of standard input have a total of 8 of 2; "
+                "is it of the same run of ngrex?\n");
 }
 
 }  // namespace

@@ -1,16 +1,17 @@
 """Property test: a report has the rows of the table, to the last digit.
 
-usage: same_as_table.py --program NGREX --table NGREX-TABLE --report NGREX-REPORT [--seed S] [--cases K]
+usage: same_as_table.py --program NGREX --table NGREX-TABLE --report NGREX-REPORT --page FOLDER [--seed S] [--cases K]
 
 Runs ngrex over random corpora with random command lines (those of the differential test) from a printed seed. Of each output
 datafile a report is made, with a random choice of rows and measures, taken apart, and compared with what ngrex-table prints
-for the same choice. Some files of hostile texts come first.
+for the same choice. Some files of hostile texts come first, and a comparison with the files of the page.
 """
 
 import argparse
 import math
 import os
 import random
+import re
 import subprocess
 import sys
 import tempfile
@@ -108,6 +109,23 @@ def check(programs, path, choice, measures, extra=()):
     return len(got)
 
 
+def check_page(report, folder, page_folder):
+    """The script and the style are the files of the page, byte for byte, one behind another."""
+    path = os.path.join(folder, "plain")
+    with open(path, "wb") as file:
+        file.write(b"1\theavy\tA\t2\tAtr\n2\train\tN\t0\tHead\n4\t1\t1\t1\n1\t1\t1\t1\t1\t1\n\n\n")
+    page = report_file.Report(run(report, path))
+
+    def read(name):
+        with open(os.path.join(page_folder, name), encoding="utf-8") as file:
+            return file.read()
+
+    lists = dict(re.findall(r"^set\((\w+)(.*?)\)", read("files.cmake"), re.M | re.S))
+    scripts, styles = ("".join(map(read, lists[name].split())) for name in ("page_scripts", "page_styles"))
+    expect(page.script == "(() => {\n'use strict';\n" + scripts + "})();\n", "the script is not that of its files")
+    expect(page.style == styles, "the style is not that of its files")
+
+
 def random_choice(r, n):
     choice = []
     if r.random() < 0.4:
@@ -162,6 +180,7 @@ def main():
     parser.add_argument("--program", required=True)
     parser.add_argument("--table", required=True)
     parser.add_argument("--report", required=True)
+    parser.add_argument("--page", required=True)
     parser.add_argument("--seed", type=int, default=int(os.environ.get("NGREX_TEST_SEED", random.SystemRandom().randrange(2**32))))
     parser.add_argument("--cases", type=int, default=80)
     arguments = parser.parse_args()
@@ -169,6 +188,7 @@ def main():
     program, table, report = map(os.path.abspath, (arguments.program, arguments.table, arguments.report))
     with tempfile.TemporaryDirectory() as folder:
         check_hostile((table, report), folder)
+        check_page(report, folder, arguments.page)
     rows, sizes = 0, set()
     for number in range(arguments.cases):
         case = differential.Generator(arguments.seed, number).make()

@@ -16,6 +16,7 @@ import tempfile
 
 from same_as_table import Disagreement, differential, expect, report_file, run
 
+HOSTILE = ["</script><img>", "<!--", "\"'\\", "\u202e\u2066\ufeff", "\x01\x7f", "\u05d0", "\u6f22", "x" * 60_000, "e\u0301", "__proto__"]
 FUNCTIONS = {"Sb", "Obj", "Atr", "AuxP", "Pred"}  # relations that are in the row what they are in the sentence
 TREEBANK = "".join(f"# sent_id = s{i}\n# text = It  rains {i} times </script>.\n1\tIt\tit\tPRON\t_\t_\t2\tnsubj\t_\t_\n"
                    f"2\trains\train\tVERB\t_\t_\t0\troot\t_\t_\n\n" for i in range(5))
@@ -105,6 +106,22 @@ def check_citations(importer, program, report, folder):
             expect(told == expected, "citation", told, expected)
 
 
+def check_hostile(program, report, folder):
+    """Sentences of texts that no treebank should have are in the report as they are in the datafile."""
+    with open(os.path.join(folder, "hostile"), "wb") as file:
+        for word in HOSTILE:
+            file.write(f"1\t{word}\t{word}\t{word[:100]}\t2\tAtr\n2\tw\tw\tN\t0\tPred\n\n".encode())
+        file.write(b"1\t\xff\tw\xc3\tA\xfe\t2\tAtr\n2\tw\tw\tN\t0\tPred\n\n")
+    with open(os.path.join(folder, "list"), "w", encoding="utf-8") as file:
+        file.write("hostile\n")
+    run(program, "-i", "list", "-n", "2", "-o", "pairs", cwd=folder)
+    page = report_file.Report(run(report, "pairs", "-i", "list", cwd=folder))
+    words = [sentence["words"][0] for sentence in Examples(page).sentences]
+    expect([word["form"] for word in words] == HOSTILE + ["\ufffd"], "forms", [word["form"][:20] for word in words])
+    expect([word["tag"] for word in words] == [word[:100] for word in HOSTILE] + ["A\ufffd"], "tags", words)
+    expect(page.tags.count("script") == 4 and page.tags.count("img") == 0, page.tags)
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--program", required=True)
@@ -117,6 +134,7 @@ def main():
     program, report, importer = map(os.path.abspath, (arguments.program, arguments.report, arguments.importer))
     with tempfile.TemporaryDirectory() as folder:
         check_citations(importer, program, report, folder)
+        check_hostile(program, report, folder)
     hits, sizes = 0, set()
     for number in range(arguments.cases):
         case = differential.Generator(arguments.seed, number).make()
