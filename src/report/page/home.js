@@ -11,6 +11,21 @@ function wordList(lemmas) {
     element('span', {class: 'soft small number'}, formatCount(report.lemmaFrequency[lemma])))));
 }
 
+/** @param {number} lemma @returns {boolean} whether it is more than punctuation */
+function _isWord(lemma) {
+  return /[\p{L}\p{N}]/u.test(report.lemmaText(lemma));
+}
+
+/** @returns {number[]} */
+function _mostFrequentWords() {
+  const words = [];
+  for (const lemma of wordIndex.byFrequency) {
+    if (_isWord(lemma)) words.push(lemma);
+    if (words.length === _wordsAtStart) break;
+  }
+  return words;
+}
+
 /** The best rows by a quantity, without sorting all. @param {Quantity} by @param {number} least frequency */
 function _strongest(by, least) {
   const compare = better(by);
@@ -19,6 +34,7 @@ function _strongest(by, least) {
   for (let row = 0; row < report.rows; ++row) {
     if (report.frequency[row] < least || Number.isNaN(by.values[row])) continue;
     if (best.length === _strongestAtStart && compare(best[best.length - 1], row) < 0) continue;
+    if (!report.lemma.every((lemma) => _isWord(lemma[row]))) continue;
     best.push(row);
     best.sort(compare).splice(_strongestAtStart);
   }
@@ -109,7 +125,7 @@ registerView('start', {
         element('section', {class: 'home-words', 'aria-labelledby': 'words'},
           element('h2', {id: 'words'}, 'Most frequent words'),
           element('p', {class: 'soft small'}, 'Each leads to its profile. For others, type into the field above.'),
-          wordList(wordIndex.byFrequency.subarray(0, _wordsAtStart))),
+          wordList(_mostFrequentWords())),
         _showStrongest(),
         _showRelations()));
   },

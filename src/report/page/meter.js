@@ -96,6 +96,11 @@ function better({values, isSmallBest: smallBest}) {
  * @property {number} width of the longest text, in digits
  */
 
+/** @param {boolean} isLogarithmic @param {number} largest @returns {(x: number) => string} of a probability the digits that count */
+function _quantityFormat(isLogarithmic, largest) {
+  return isLogarithmic && largest <= 1 ? (x) => formatNumber(x, 3) : columnFormat(largest);
+}
+
 /**
  * How the values of some rows are shown; the greatest finite value has a bar of the whole length.
  * @param {Quantity} by
@@ -110,7 +115,7 @@ function barScale({name, values, isLogarithmic, isSmallBest: smallBest}, rows) {
     largest = Math.max(largest, values[row]);
     least = Math.min(least, values[row]);
   }
-  const format = name === 'frequency' ? formatCount : columnFormat(Math.max(largest, -least));
+  const format = name === 'frequency' ? formatCount : _quantityFormat(isLogarithmic, Math.max(largest, -least));
   /** @param {number} x */
   const length = (x) => isLogarithmic && x > 0 ? Math.log1p(x) : x;
   return {

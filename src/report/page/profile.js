@@ -109,7 +109,7 @@ function _showProfile(container, parameters) {
   const shown = blocks.slice(0, settings.blocks);
   const rows = blocks.reduce((sum, block) => sum + block.rows.length, 0);
   const frequency = blocks.reduce((sum, block) => sum + block.frequency, 0);
-  const scale = barScale(settings.score ?? settings.sort, report.rowsOfLemma(lemma));
+  const scale = barScale(settings.sort, report.rowsOfLemma(lemma));
   container.append(
     element('div', {class: 'heading'}, element('h1', {class: 'headword'}, corpusText(parameters.lemma)),
       element('p', {class: 'soft'}, blocks.length === 0 ? `No ${ngramWord()} with it is as frequent as that.`

@@ -59,6 +59,7 @@ function _blockTable(block, settings, rows, scale) {
   /** @param {Quantity} by */
   const order = (by) => by.name === sort.name ? (by.isSmallBest ? 'ascending' : 'descending') : null;
   const frequency = /** @type {Quantity} */ (quantity('frequency'));
+  const scoreText = score ? barScale(score, rows).text : String;
   return element('table', {'aria-labelledby': `title-${block.id}`},
     element('thead', null, element('tr', null,
       element('th', {scope: 'col'}, report.n === 2 ? 'Collocate' : 'Words'),
@@ -67,8 +68,8 @@ function _blockTable(block, settings, rows, scale) {
       score && element('th', {scope: 'col', class: 'number', 'aria-sort': order(score)}, score.title))),
     element('tbody', null, ...rows.map((row) => element('tr', null,
       ..._wordsOfRow(block, settings, row),
-      score ? element('td', {class: 'number'}, formatCount(report.frequency[row])) : meterCell(scale, row),
-      score && meterCell(scale, row)))));
+      sort.name === 'frequency' ? meterCell(scale, row) : element('td', {class: 'number'}, formatCount(report.frequency[row])),
+      score && (score.name === sort.name ? meterCell(scale, row) : element('td', {class: 'number'}, scoreText(row)))))));
 }
 
 /**
