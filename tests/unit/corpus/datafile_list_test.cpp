@@ -9,7 +9,7 @@
 namespace colx {
 namespace {
 
-TEST(DatafileList, PathsHaveThePrefixAndSizesWhereTheyCanBeOpened) {
+TEST(ReadDatafileList, PathsHaveThePrefixAndSizesWhereTheyCanBeOpened) {
   const test::TemporaryFolder folder;
   folder.write("a", "four");
   folder.write("b", "");
@@ -28,7 +28,7 @@ TEST(DatafileList, PathsHaveThePrefixAndSizesWhereTheyCanBeOpened) {
   EXPECT_EQ(datafiles[3].path, datafiles[0].path);
 }
 
-TEST(DatafileList, AListThatCannotBeOpenedNamesNothing) {
+TEST(ReadDatafileList, AListThatCannotBeOpenedNamesNothing) {
   const test::TemporaryFolder folder;
   EXPECT_FALSE(read_datafile_list(folder.path("none"), "", [](const ListedDatafile&) { FAIL(); }));
 }
