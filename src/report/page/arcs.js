@@ -1,8 +1,8 @@
 // A sentence with its dependencies as arcs above the words: from the head to the word that depends on it, with the relation.
 // Members of an N-gram and the arcs between them are in colour, and heavier. The same is there as a table to be read.
 
-const _arcLevelHeight = 24;
-const _mostArcWords = 120;  // of a longer sentence what is around the members is drawn
+const _tallestArcs = 480;  // from here on levels are closer together
+const _mostArcWords = 80;  // of a longer sentence what is around the members is drawn
 
 /**
  * @param {SentenceWord[]} words
@@ -58,7 +58,8 @@ function _arcsDrawing(words, members) {
   })), rightToLeft);
 
   const margin = 12;
-  const base = layout.levels * _arcLevelHeight + 14;  // where arcs end
+  const levelHeight = Math.max(15, Math.min(24, _tallestArcs / layout.levels));
+  const base = layout.levels * levelHeight + 14;  // where arcs end
   const height = base + (hasTags ? 44 : 28);
   const image = svg('svg', {
     class: 'arcs-image', role: 'img', width: Math.ceil(layout.width) + 2 * margin, height,
@@ -68,10 +69,10 @@ function _arcsDrawing(words, members) {
   // What belongs to the N-gram is drawn last, above the rest.
   const rest = svg('g', {});
   const inside = svg('g', {class: 'arcs-inside'});
-  for (const root of layout.roots) rest.append(_rootArrow(words[root.word - 1], root, base));
+  for (const root of layout.roots) rest.append(_rootArrow(words[root.word - 1], root, base - root.level * levelHeight, base));
   for (const arc of layout.arcs) {
     const number = numbers.has(arc.head) ? numbers.get(arc.word) : undefined;
-    (number === undefined ? rest : inside).append(_arcPath(words[arc.word - 1], arc, base, number));
+    (number === undefined ? rest : inside).append(_arcPath(words[arc.word - 1], arc, base - arc.level * levelHeight, base, number));
   }
   image.append(rest, inside);
   words.forEach((word, i) => {
@@ -93,11 +94,11 @@ function _memberClass(number) {
  * An arc with round corners, a head at the dependent word, and the relation in the middle.
  * @param {SentenceWord} word
  * @param {Arc} arc
+ * @param {number} top
  * @param {number} base
  * @param {number | undefined} number of the member, if both ends are members
  */
-function _arcPath(word, arc, base, number) {
-  const top = base - arc.level * _arcLevelHeight;
+function _arcPath(word, arc, top, base, number) {
   const corner = Math.min(12, Math.abs(arc.to - arc.from) / 2);
   const side = arc.to > arc.from ? corner : -corner;
   const path = `M${arc.from} ${base}V${top + corner}Q${arc.from} ${top} ${arc.from + side} ${top}` +
@@ -110,10 +111,11 @@ function _arcPath(word, arc, base, number) {
 /**
  * @param {SentenceWord} word
  * @param {RootArrow} root
+ * @param {number} level where it begins
  * @param {number} base
  */
-function _rootArrow(word, root, base) {
-  const top = base - root.level * _arcLevelHeight + 4;
+function _rootArrow(word, root, level, base) {
+  const top = level + 4;
   return svg('g', {class: 'arc'}, svg('path', {d: `M${root.at} ${top}V${base - 5}`, class: 'arc-line'}),
     _arrowHead(root.at, base),
     svg('text', {x: root.at, y: top - 2, 'text-anchor': 'middle', class: 'arc-label'},

@@ -22,12 +22,11 @@ function citationOfSentence(sentence) {
 }
 
 /**
- * Id and line in the treebank, or else in the datafile.
+ * Id and line in the treebank, or else in the datafile. Folders are those of the one who made the report.
  * @param {Sentence} sentence
  */
 function placeOfSentence({id, source, sourceLine, file, line}) {
-  const parts = id === '' ? [] : [id];
-  if (source !== '') parts.push(sourceLine === 0 ? source : `${source}:${sourceLine}`);
-  else if (file !== '' && (id === '' || line !== 0)) parts.push(`${file}:${line}`);
-  return parts.join(', ');
+  const name = (source === '' ? file : source).replace(/^.*[/\\](?=.)/, '');
+  const number = source === '' ? line : sourceLine;
+  return [id, name === '' || number === 0 ? name : `${name}:${number}`].filter((part) => part !== '').join(', ');
 }

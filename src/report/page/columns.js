@@ -12,6 +12,8 @@
  * @property {() => (Uint32Array | Float64Array)[]} keys by row, the most important first
  */
 
+const _longestWholePattern = 30;
+
 /** @type {TableColumn[] | null} */
 let _tableColumns = null;
 
@@ -51,7 +53,9 @@ function _patternColumn() {
  */
 function patternLink(row) {
   const parts = patternParts(row, (k) => corpusText(report.lemmaText(report.lemma[k][row])), () => true);
-  return element('a', {class: 'pattern', href: address('ngram', {ngram: row + 1})}, ...parts);
+  const text = report.patternText(row);
+  const title = text.length > _longestWholePattern ? shorten(visible(text), 300) : null;  // a narrow column may cut it
+  return element('a', {class: 'pattern', href: address('ngram', {ngram: row + 1}), title}, ...parts);
 }
 
 /**

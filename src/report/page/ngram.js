@@ -146,22 +146,40 @@ function _fillExamples(place, found, row) {
       : 'No sentence of this N-gram is in the report.'));
     return;
   }
-  place.append(element('ol', {class: 'examples-list'}, ...hits.map((hit, i) => _example(found.sentence(hit.sentence), hit.words, i === 0))));
-  const rest = report.frequency[row] - hits.length;
-  if (rest > 0) place.append(element('p', {class: 'soft small'},
-    `${counted(hits.length, 'sentence')} of ${counted(report.frequency[row], 'occurrence')}.`));
+  const different = _differentHits(hits);
+  place.append(element('ol', {class: 'examples-list'}, ...different.map(({hit, times}, i) =>
+    _example(found.sentence(hit.sentence), hit.words, times, i === 0))));
+  if (hits.length < report.frequency[row])
+    place.append(element('p', {class: 'soft small'}, `${formatCount(hits.length)} of ${counted(report.frequency[row], 'occurrence')}.`));
+}
+
+/**
+ * Each place once, and how often it was counted: large N-grams are found more than once where there are several ways to them.
+ * @param {Hit[]} hits
+ */
+function _differentHits(hits) {
+  /** @type {Map<string, {hit: Hit, times: number}>} */
+  const found = new Map();
+  for (const hit of hits) {
+    const key = `${hit.sentence} ${hit.words}`;
+    const known = found.get(key);
+    if (known) ++known.times;
+    else found.set(key, {hit, times: 1});
+  }
+  return [...found.values()];
 }
 
 /**
  * @param {Sentence} sentence
  * @param {number[]} members
+ * @param {number} times how often it was counted
  * @param {boolean} isOpen whether its tree is drawn at once
  */
-function _example(sentence, members, isOpen) {
+function _example(sentence, members, times, isOpen) {
   const tree = foldedPart('Tree', () => drawArcs(sentence.words, members));
   tree.open = isOpen;
   return element('li', {class: 'example'}, markedSentence(sentence, members),
-    element('div', {class: 'example-foot'}, element('cite', {class: 'soft small'}, visible(placeOfSentence(sentence))),
+    element('div', {class: 'example-foot'}, element('cite', {class: 'soft small'}, visible(placeOfSentence(sentence)), times === 1 ? null : ` – counted ${formatCount(times)} times here`),
       copyButton('Copy', () => citationOfSentence(sentence))),
     tree);
 }

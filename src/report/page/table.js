@@ -70,8 +70,9 @@ class TableView {
 
   _parameters() {
     const isUsual = this._groups.join() === usualGroups().join();
+    const sort = this._sort.map(({name, descending}) => (descending ? '-' : '+') + name).join(',');
     return {
-      sort: this._sort.map(({name, descending}) => (descending ? '-' : '+') + name).join(','), ...addressOfFilter(this._filter),
+      sort: sort === '+rank' ? null : sort, ...addressOfFilter(this._filter),
       columns: isUsual ? null : this._groups.join(),
     };
   }
@@ -91,6 +92,7 @@ class TableView {
    */
   async _update(first) {
     const turn = ++this._turn;
+    if (!this._table.isConnected) return;  // another view is shown by now
     if (location.hash !== this._address()) note('table', this._parameters());
     this._showHead();
     if (report.rows >= _manyRows) {
@@ -122,6 +124,7 @@ class TableView {
     clear(this._columnWidths).append(...columns.map(({kind, name}) => element('col', {class: name === 'rank' ? 'col-rank' : `col-${kind}`})));
     clear(this._head).append(element('tr', {'aria-rowindex': 1}, ...columns.map((column) => this._headCell(column))));
     const widths = columns.map(({kind, name}) => `var(--${name === 'rank' ? 'rank' : kind}-width)`);
+    this._scroller.style.setProperty('--words', String(report.n));
     this._space.style.minWidth = `calc(${widths.join(' + ')})`;
   }
 
