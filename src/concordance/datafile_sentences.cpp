@@ -26,6 +26,10 @@ void DatafileSentences::take_origins(const std::string& path) {
   _origins.emplace(path);
   for (const ListedDatafile& datafile : _datafiles)
     _known.push_back(_origins->datafile(datafile.entry, datafile.path));
+  if (std::any_of(_known.begin(), _known.end(), [](const auto& known) { return known.has_value(); })) return;
+  throw input_error(fmt::format("{}: expected sentences of a datafile of the list, such as {}, found {}", path,
+                                _datafiles.front().path,
+                                _origins->datafiles().empty() ? "none" : "those of " + _origins->datafiles()[0].path));
 }
 
 const ExampleSentence& DatafileSentences::at(const Place& place) {
