@@ -115,9 +115,12 @@ function _rewrite(to) {
   }
 }
 
-/** @param {{name: string, parameters: Query}} here */
+/**
+ * The title of the window. Nothing there keeps one text's marks of direction from turning the next one around, so they are left out.
+ * @param {{name: string, parameters: Query}} here
+ */
 function _titleOf({name, parameters}) {
-  const title = _views.get(name)?.title(parameters) ?? '';
+  const title = (_views.get(name)?.title(parameters) ?? '').replace(/[\u202a-\u202e\u2066-\u2069]/g, '');
   return [shorten(visible(title), 60), report.meta.title].filter((text) => text && text !== '(empty)').join(' – ');
 }
 
