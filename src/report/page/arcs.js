@@ -171,7 +171,7 @@ function _dependencyList(words, members) {
       element('th', {scope: 'row', dir: 'auto'}, drawnText(word.form)),
       element('td', {dir: 'auto'}, drawnText(word.lemma)),
       element('td', {}, word.tag === '' ? '' : drawnText(word.tag)),
-      element('td', {}, drawnText(word.relation)),
+      element('td', {}, drawnText(word.relation), ' ', element('span', {class: 'soft'}, relationMeaning(word.relation))),
       element('td', {dir: 'auto'}, _headInWords(words, word.parent))));
     const headings = ['', 'Word', 'Lemma', 'Tag', 'Relation', 'Head'].map((text, i) =>
       i === 0 ? element('td', {}) : element('th', {scope: 'col'}, text));

@@ -46,7 +46,7 @@ function drawContingency(row) {
  */
 function _squareOfFour(row, {total, margins, observed, expected}) {
   const means = _meaningsOfFour(row);
-  const [first, second] = report.lemma.map((column) => report.lemmaText(column[row]));
+  const [first, second] = report.lemma.map((column) => shorten(report.lemmaText(column[row]), 40));
   const cell = (/** @type {number} */ i) => element('td', {class: i === 3 ? 'cell cell-full' : 'cell'},
     element('span', {class: 'cell-observed'}, formatCount(observed[i])),
     element('span', {class: 'cell-expected'}, `expected ${formatNumber(expected[i])}`),
@@ -70,7 +70,7 @@ function _squareOfFour(row, {total, margins, observed, expected}) {
  * @returns {Child[][]}
  */
 function _meaningsOfFour(row) {
-  const [first, second] = report.lemma.map((column) => report.lemmaText(column[row]));
+  const [first, second] = report.lemma.map((column) => shorten(report.lemmaText(column[row]), 40));
   const firstIsTop = report.parent[0][row] === 0;
   const relation = report.relationText(report.relation[firstIsTop ? 1 : 0][row]);
   if (firstIsTop)

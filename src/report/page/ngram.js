@@ -62,7 +62,12 @@ function _linkedPattern(row) {
 
 /** @param {number} row */
 function _ngramTree(row) {
-  return element('figure', {class: 'card ngram-tree'}, drawShape(row));
+  const relations = new Set(report.relation.map((column) => report.relationText(column[row])));
+  relations.delete('Head');
+  const meanings = [...relations].map((relation) => [relation, relationMeaning(relation)]).filter(([, meaning]) => meaning !== '');
+  return element('figure', {class: 'card ngram-tree'}, drawShape(row),
+    meanings.length === 0 ? null
+      : element('figcaption', {class: 'soft small'}, meanings.map(([relation, meaning]) => `${relation}: ${meaning}`).join('; ')));
 }
 
 /** @param {number} row */
@@ -71,7 +76,7 @@ function _ngramFigures(row) {
   const frequency = report.frequency[row];
   const words = margins.map((margin, k) => {
     const tag = report.tagText(report.tag[k][row]);
-    return element('tr', {}, element('th', {scope: 'row'}, corpusText(report.lemmaText(report.lemma[k][row])),
+    return element('tr', {}, element('th', {scope: 'row'}, corpusText(shorten(report.lemmaText(report.lemma[k][row]), 60)),
       tag === '' ? null : element('span', {class: 'soft small'}, ` ${visible(shorten(tag, 24))}`)),
     element('td', {class: 'number'}, formatCount(margin)),
     element('td', {class: 'number'}, `${formatNumber(100 * frequency / margin, 3)} %`));
@@ -106,7 +111,7 @@ function _ngramContingency(row) {
 
 /** @param {number} row */
 function _ngramMeasures(row) {
-  if (report.meta.measures.length === 0) return element('p', {class: 'soft'}, 'The report has no measures; --measures asks for some.');
+  if (report.meta.measures.length === 0) return element('p', {class: 'soft'}, 'There are no measures in this report.');
   const lines = report.meta.measures.map(({name, title, reading}) => element('div', {}, element('dt', {}, title),
     element('dd', {class: 'number'}, formatNumber(report.measure(name)[row], 6)), element('dd', {class: 'soft'}, reading)));
   return element('div', {}, element('dl', {class: 'ngram-measures'}, ...lines),

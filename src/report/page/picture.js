@@ -15,7 +15,7 @@ registerView('picture', {
     const {measures} = report.meta;
     const measure = measures.find(({name}) => name === parameters.measure) ?? measures[0];
     if (measure !== undefined && report.rows > 0) _openPicture = new PictureView(container, measure, parameters);
-    else container.append(element('p', {class: 'soft'}, 'There are no measures in this report; --measures asks for some.'));
+    else container.append(element('p', {class: 'soft'}, report.rows === 0 ? 'There are no N-grams in this report.' : 'There are no measures in this report.'));
     container.append(element('section', {class: 'ngram-section'}, element('h2', {}, 'Relations'),
       element('p', {class: 'soft small'}, `How many of the ${counted(report.rows, 'N-gram')} have each relation.`), drawRelationBars()));
   },
