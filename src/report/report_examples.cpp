@@ -99,7 +99,23 @@ void ReportExamples::_keep(const concordance::ExampleSentence& sentence) {
   _sentences.ends.push_back(static_cast<std::uint32_t>(_words.forms.size()));
 }
 
+// Numbers the texts of which there are few kinds first, so that their numbers are small and take 16 bits.
+void ReportExamples::_number_texts_anew() {
+  constexpr std::uint32_t unused = 0xFFFFFFFF;
+  Numbers32 numbers(_texts.size(), unused);
+  table::TextStore texts;
+  numbers[0] = texts.number("");
+  for (Numbers32* const column : {&_words.tags, &_words.relations, &_sentences.files, &_sentences.sources,
+                                  &_words.lemmas, &_words.forms, &_sentences.ids, &_sentences.texts})
+    for (std::uint32_t& text : *column) {
+      if (numbers[text] == unused) numbers[text] = texts.number(_texts[text]);
+      text = numbers[text];
+    }
+  _texts = std::move(texts);
+}
+
 std::vector<Column> ReportExamples::take_columns() {
+  _number_texts_anew();
   std::vector<Column> columns;
   append_texts(_texts, "texts", columns);
   columns.push_back({"sentence.file", std::move(_sentences.files)});
@@ -109,10 +125,10 @@ std::vector<Column> ReportExamples::take_columns() {
   columns.push_back({"sentence.source", std::move(_sentences.sources)});
   columns.push_back({"sentence.sourceLine", std::move(_sentences.source_lines)});
   columns.push_back({"sentence.words", std::move(_sentences.ends)});
-  columns.push_back({"word.form", std::move(_words.forms)});
-  columns.push_back({"word.lemma", std::move(_words.lemmas)});
-  columns.push_back({"word.tag", std::move(_words.tags)});
-  columns.push_back({"word.relation", std::move(_words.relations)});
+  columns.push_back({"word.form", narrowed(std::exchange(_words.forms, {}))});
+  columns.push_back({"word.lemma", narrowed(std::exchange(_words.lemmas, {}))});
+  columns.push_back({"word.tag", narrowed(std::exchange(_words.tags, {}))});
+  columns.push_back({"word.relation", narrowed(std::exchange(_words.relations, {}))});
   columns.push_back({"word.parent", std::move(_words.parents)});
   columns.push_back({"hits.ends", std::move(_hit_ends)});
   columns.push_back({"hit.sentence", std::move(_hit_sentences)});

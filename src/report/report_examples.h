@@ -71,6 +71,7 @@ class ReportExamples {
   std::uint32_t _text(std::string_view text);
   void _put_in_order();
   void _keep(const concordance::ExampleSentence& sentence);
+  void _number_texts_anew();
 
   concordance::Search _search;
   const concordance::ExampleSettings& _wanted;
