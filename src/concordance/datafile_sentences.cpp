@@ -1,9 +1,6 @@
 #include "concordance/datafile_sentences.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
 #include <sstream>
 #include <utility>
@@ -53,16 +50,9 @@ const Descriptor& DatafileSentences::_opened(std::size_t datafile) {
 void DatafileSentences::_read_bytes(const Place& place) {
   const Descriptor& file = _opened(place.datafile);
   _bytes.resize(place.end - place.begin);
-  std::size_t done = 0;
-  while (done < _bytes.size()) {
-    const ssize_t count =
-        ::pread(file.number(), _bytes.data() + done, _bytes.size() - done, static_cast<off_t>(place.begin + done));
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0)
-      throw input_error(fmt::format("cannot read {}: {}", _datafiles[place.datafile].path, system_reason()));
-    if (count == 0) _fail(place);
-    done += static_cast<std::size_t>(count);
-  }
+  const std::string& path = _datafiles[place.datafile].path;
+  if (read_at(file, path, place.begin, _bytes.data(), _bytes.size()) < _bytes.size()) _fail(place);
+  _sentence.line = static_cast<std::uint32_t>(_lines[place.datafile].line_of(file, path, place.begin));
 }
 
 // Takes the fields as the parser does.
@@ -72,7 +62,6 @@ void DatafileSentences::_read_words(const Place& place) {
   Input input(stream, buffer);
   _sentence.entry = _datafiles[place.datafile].entry;
   _sentence.file = _datafiles[place.datafile].path;
-  _sentence.line = place.line;
   _sentence.words.resize(place.words);
   std::uint32_t expected = 0;
   for (ExampleWord& word : _sentence.words) {
@@ -86,7 +75,7 @@ void DatafileSentences::_read_words(const Place& place) {
     input.read(word.relation);
     if (input.fail() || order != ++expected) _fail(place);
     input.get();
-    word.lemma = kept_lemma(word.whole_lemma);
+    word.lemma = std::string(kept_lemma(word.whole_lemma)).c_str();  // as the stores take texts up to a zero byte
     const auto kept_parent = static_cast<std::uint16_t>(parent);
     word.parent = kept_parent <= place.words ? kept_parent : 0;
   }
@@ -95,7 +84,7 @@ void DatafileSentences::_read_words(const Place& place) {
 void DatafileSentences::_take_origin(const Place& place) {
   _sentence.origin.reset();
   if (!_origins.has_value() || !_known[place.datafile].has_value()) return;
-  const SentenceRecord& record = _origins->find(*_known[place.datafile], place.line, place.words);
+  const SentenceRecord& record = _origins->find(*_known[place.datafile], _sentence.line, place.words);
   _sentence.origin = {std::string(record.id), std::string(record.text), std::string(record.source), record.source_line};
 }
 

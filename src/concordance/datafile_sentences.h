@@ -3,6 +3,7 @@
 // Sentences of datafiles read again, with all that stands there.
 
 #include <cstddef>
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -12,6 +13,7 @@
 #include "companion/sentence_file.h"
 #include "concordance/example_sentence.h"
 #include "concordance/hit.h"
+#include "concordance/line_index.h"
 #include "corpus/datafile_list.h"
 
 namespace colx::concordance {
@@ -40,6 +42,7 @@ class DatafileSentences {
   std::vector<std::pair<std::size_t, Descriptor>> _open;
   std::optional<SentenceFile> _origins;
   std::vector<std::optional<std::size_t>> _known;  // by datafile: its number in the sentence file
+  std::map<std::size_t, LineIndex> _lines;         // by datafile: the lines of places are not those of a malformed file
   std::string _bytes;
   Place _place;  // of the sentence in hand
   ExampleSentence _sentence;

@@ -30,7 +30,7 @@ struct SentenceOrigin {
 struct ExampleSentence {
   std::string entry;       // the datafile as the list has it
   std::string file;        // the path by which it was opened
-  std::uint32_t line = 0;  // of the first word, from 1, as warnings count them
+  std::uint32_t line = 0;  // of the first word, from 1
   std::vector<ExampleWord> words;
   std::optional<SentenceOrigin> origin;  // nothing where no sentence file knows the datafile
 };

@@ -15,7 +15,7 @@ namespace colx::concordance {
 // Where a sentence stands. Two hits with equal places are in the same sentence.
 struct Place {
   std::uint32_t datafile = 0;  // in the list, from 0
-  std::uint32_t line = 0;      // of the first word, from 1
+  std::uint32_t line = 0;      // of the first word, from 1, as warnings count them
   std::uint32_t words = 0;
   std::uint64_t begin = 0;  // in bytes of the datafile
   std::uint64_t end = 0;

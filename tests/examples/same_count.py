@@ -3,14 +3,15 @@
 usage: same_count.py --program NGREX --examples NGREX-EXAMPLES --table NGREX-TABLE [--seed S] [--cases K] [--first C]
 
 Runs ngrex over random corpora (those of the differential test, with lemmas besides that look like parts of a pattern) from a
-printed seed. With --examples all every row of the output datafile must have as many hits as its frequency says, and nothing may
-be warned of but skipped sentences. What ngrex-table prints as a pattern must find the same N-grams under any tags. A choice of K
+printed seed. With --examples all every row of the output datafile must have as many hits as its frequency says, at each hit there
+must be the words of the row, at its line the sentence, and nothing may be warned of but skipped sentences. What ngrex-table prints as a pattern must find the same N-grams under any tags. A choice of K
 must be one of these hits, have as many sentences as there are, and be the same for any order of the list; --first must be the
 first hits.
 """
 
 import argparse
 import collections
+import json
 import os
 import random
 import subprocess
@@ -70,6 +71,7 @@ class Corpus:
 
     def __init__(self, settings, folder):
         self.folder = folder
+        self.mask = settings.mask
         self.options = [b"-i", settings.input_file]
         if settings.dir is not None:
             self.options += [b"-d", settings.dir]
@@ -79,7 +81,8 @@ class Corpus:
             self.options += [b"-f", settings.morphologic_filter_file]
 
     def examples(self, program, *options, status=0):
-        done = run([program, *self.options, "--format", "tsv", *options], self.folder)
+        form = [] if "--format" in options else ["--format", "tsv"]
+        done = run([program, *self.options, *form, *options], self.folder)
         expect(done[0] == status, options, *done)
         return done[1], done[2]
 
@@ -99,6 +102,45 @@ def check_all(program, corpus, blocks):
     small, errors = corpus.examples(program, "--examples", "all", "--memory", "1K", "plain")
     expect(small == output, "--memory changes the output")
     return hits
+
+
+def text_of(words):
+    return words.decode(errors="byte by byte")
+
+
+def lines_of(path):
+    """The lines of a datafile as fields; nothing when words do not stand on one line each."""
+    with open(path, "rb") as file:
+        lines = file.read().split(b"\n")
+    if any(line and (len(line.split()) != 6 or line != line.strip()) for line in lines):
+        return None
+    return [line.split() for line in lines]
+
+
+def check_members(program, corpus, blocks):
+    """Every hit has the lemmas, tags, parents and relations of its row."""
+    output, _ = corpus.examples(program, "--examples", "all", "--format", "jsonl", "plain")
+    datafiles = {}
+    for line in output.splitlines():
+        example = json.loads(line)
+        name = example["file"]
+        if name not in datafiles:
+            datafiles[name] = lines_of(os.path.join(corpus.folder, name))
+        if datafiles[name] is not None:
+            first, count = example["line"] - 1, len(example["words"])
+            forms = [text_of(fields[1]) for fields in datafiles[name][first:first + count]]
+            expect(forms == [word["form"] for word in example["words"]], "line", name, example["line"], forms)
+        positions = example["positions"]
+        members = []
+        for position in positions:
+            word = example["words"][position - 1]
+            parent = positions.index(word["parent"]) + 1 if word["parent"] in positions else 0
+            known = word["relation"].encode() in ngrex_reference.RELATIONS
+            relation = "Head" if parent == 0 else word["relation"] if known else "Undef"
+            tag = ngrex_reference.mask_tag(corpus.mask, word["tag"].encode())
+            members.append([word["lemma"], text_of(tag), str(parent), relation])
+        expected = [list(map(text_of, member[1:])) for member in blocks[example["rank"] - 1]["members"]]
+        expect(members == expected, "members", example["file"], example["line"], positions, members, expected)
 
 
 def check_choice(program, corpus, blocks, hits, r):
@@ -171,6 +213,7 @@ def check(arguments, case, folder, r):
         corpus.examples(arguments.examples, "plain")
         return 1, 0
     hits = check_all(arguments.examples, corpus, blocks)
+    check_members(arguments.examples, corpus, blocks)
     patterns = check_patterns(arguments.examples, arguments.table, corpus, blocks, r)
     check_choice(arguments.examples, corpus, blocks, hits, r)
     return len(blocks), patterns
