@@ -54,7 +54,7 @@ function ngramWord() {
  * @property {string} title
  * @property {ArrayLike<number>} values by row
  * @property {boolean} isSmallBest as of probabilities
- * @property {boolean} isLogarithmic
+ * @property {boolean} isLogarithmic whether it spreads over so many sizes that bars are better made of its logarithm
  */
 
 /** @param {Measure} measure */
@@ -65,7 +65,7 @@ function isSmallBest(measure) {
 /** @param {string} name @returns {Quantity | null} */
 function quantity(name) {
   if (name === 'frequency')
-    return {name, title: 'frequency', values: report.frequency, isSmallBest: false, isLogarithmic: false};
+    return {name, title: 'frequency', values: report.frequency, isSmallBest: false, isLogarithmic: true};
   const measure = report.meta.measures.find((one) => one.name === name);
   return measure ? {name, title: measure.title, values: report.measure(name), isSmallBest: isSmallBest(measure), isLogarithmic: measure.log} : null;
 }

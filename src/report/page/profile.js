@@ -18,8 +18,8 @@ function keptSettings({sort, least, show}) {
   return {sort, least, show};
 }
 
-/** @param {Query} parameters @returns {ProfileSettings} */
-function _profileSettings(parameters) {
+/** @param {Query} parameters @param {number} lemma @returns {ProfileSettings} */
+function _profileSettings(parameters, lemma) {
   const first = report.meta.measures[0]?.name ?? 'frequency';
   const sort = quantity(parameters.sort ?? first) ?? quantity(first) ?? /** @type {Quantity} */ (quantity('frequency'));
   return {
@@ -30,6 +30,7 @@ function _profileSettings(parameters) {
     least: naturalNumber(parameters.least, Math.max(1, report.meta.choice.minFrequency)),
     show: naturalNumber(parameters.show, _usualShow),
     tag: parameters.tag ?? '',
+    showsTag: !parameters.tag && tagsOfLemma(lemma).length > 1,
     open: new Set((parameters.open ?? '').split(',').filter(Boolean)),
     blocks: naturalNumber(parameters.blocks, _usualBlocks),
   };
@@ -104,7 +105,7 @@ function _showProfile(container, parameters) {
     _showUnknown(container, parameters.lemma);
     return;
   }
-  const settings = _profileSettings(parameters);
+  const settings = _profileSettings(parameters, lemma);
   const blocks = profileBlocks(lemma, {least: settings.least, tag: settings.tag === '' ? -1 : report.tagByText(settings.tag)});
   const shown = blocks.slice(0, settings.blocks);
   const rows = blocks.reduce((sum, block) => sum + block.rows.length, 0);

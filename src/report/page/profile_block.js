@@ -11,6 +11,7 @@ const _mostRowsOfBlock = 1000;
  * @property {number} least frequency
  * @property {number} show rows of a block
  * @property {string} tag that the word must have; empty for any
+ * @property {boolean} showsTag whether rows of the word with different tags are to be told apart
  * @property {Set<string>} open blocks that show more
  * @property {number} blocks how many are shown
  */
@@ -32,7 +33,7 @@ function blockTitle(block, lemma) {
 }
 
 /**
- * The other words of a row. Of longer N-grams the word itself stands among them in its place, and their link is only called so.
+ * The words of a row beside the word itself, and the link to the row. In longer N-grams the word stands among them in its place.
  * @param {ProfileBlock} block
  * @param {ProfileSettings} settings
  * @param {number} row
@@ -43,13 +44,15 @@ function _wordsOfRow(block, settings, row) {
   const words = element('bdi', {dir: isRightToLeft(texts.join(' ')) ? 'rtl' : 'ltr'});
   texts.forEach((text, k) => {
     if (k === place && report.n === 2) return;
-    words.append(words.firstChild ? ' ' : '', k === place ? corpusText(text, 'lemma')
+    words.append(words.firstChild ? ' ' : '', k === place
+      ? element('span', {class: 'tagged'}, corpusText(text, 'lemma'), settings.showsTag && tagNote(report.tag[k][row]))
       : element('span', {class: 'tagged'}, lemmaLink(report.lemma[k][row], settings.kept), tagNote(report.tag[k][row])));
   });
   return [
     element('th', {scope: 'row', class: 'collocate'}, words),
     element('td', {class: 'in-order'}, report.n === 2 ? ngramLink(row)
-      : element('a', {href: address('ngram', {ngram: row + 1}), 'aria-label': `open ${shorten(visible(texts.join(' ')))}`}, 'open')),
+      : element('a', {href: address('ngram', {ngram: row + 1}), 'aria-label': `open ${shorten(visible(texts.join(' ')))}`}, 'open'),
+    report.n === 2 && settings.showsTag && tagNote(report.tag[place][row])),
   ];
 }
 
@@ -64,7 +67,7 @@ function _blockTable(block, settings, rows, scale) {
     element('thead', null, element('tr', null,
       element('th', {scope: 'col'}, report.n === 2 ? 'Collocate' : 'Words'),
       element('th', {scope: 'col'}, report.n === 2 ? 'Pair' : 'N-gram'),
-      element('th', {scope: 'col', class: 'number', 'aria-sort': order(frequency)}, 'Frequency'),
+      element('th', {scope: 'col', class: 'number frequency', 'aria-sort': order(frequency)}, 'Frequency'),
       score && element('th', {scope: 'col', class: 'number', 'aria-sort': order(score)}, score.title))),
     element('tbody', null, ...rows.map((row) => element('tr', null,
       ..._wordsOfRow(block, settings, row),
