@@ -63,6 +63,7 @@ def main():
     build = os.path.abspath(sys.argv[1])
     table = os.path.join(build, "ngrex-table")
     importer = os.path.join(build, "ngrex-import")
+    examples = os.path.join(build, "ngrex-examples")
     reporter = os.path.join(build, "ngrex-report")
     with tempfile.TemporaryDirectory() as folder:
         with open(os.path.join(folder, "pairs"), "w", encoding="utf-8") as file:
