@@ -1,5 +1,5 @@
-// The columns that the table can have, with the names that they have in ngrex-table: what a cell shows, what a file says, and by
-// what rows are sorted.
+// The columns that the table can have, with the names that they have in ngrex-table: what a cell shows, what a file says, and
+// by what rows are sorted.
 
 /**
  * @typedef {object} TableColumn
@@ -26,8 +26,10 @@ function tableColumns() {
     ..._wordColumns('tag', 'Tag', report.tag, report.tags, (i) => report.tagText(i)),
     ..._wordColumns('relation', 'Relation', report.relation, report.relations, (i) => report.relationText(i)),
     _countColumn('frequency', 'Frequency', () => report.frequency),
-    _realColumn('per_million', 'In a million', () => Float64Array.from(report.frequency, (count) => 1e6 * count / report.meta.total)),
-    ...report.lemma.map((_, k) => ({..._countColumn(`marginal${k + 1}`, `Of word ${k + 1}`, () => _margins(k)), group: 'marginal'})),
+    _realColumn('per_million', 'In a million', () =>
+      Float64Array.from(report.frequency, (count) => 1e6 * count / report.meta.total)),
+    ...report.lemma.map((_, k) =>
+      ({..._countColumn(`marginal${k + 1}`, `Of word ${k + 1}`, () => _margins(k)), group: 'marginal'})),
     ...report.meta.measures.map(({name, title, log}) => _realColumn(name, title, () => report.measure(name), log)),
   ];
   return _tableColumns;
@@ -43,7 +45,8 @@ function _patternColumn() {
   const words = (/** @type {string} */ name) => tableColumns().filter(({group}) => group === name).flatMap(({keys}) => keys());
   return {
     name: 'pattern', title: 'N-gram', group: 'pattern', kind: 'pattern',
-    show: (row) => patternLink(row), text: (row) => report.patternText(row), keys: () => [...words('lemma'), ...words('relation')],
+    show: (row) => patternLink(row), text: (row) => report.patternText(row),
+    keys: () => [...words('lemma'), ...words('relation')],
   };
 }
 
@@ -79,8 +82,8 @@ function patternParts(row, wordOf, isKnown) {
 }
 
 /**
- * What stands before and behind a word in a pattern: "Obj>" before a word whose head is to the left, "<Atr" behind one whose head
- * is to the right, with the number of the head where that is no neighbour.
+ * What stands before and behind a word in a pattern: "Obj>" before a word whose head is to the left, "<Atr" behind one whose
+ * head is to the right, with the number of the head where that is no neighbour.
  * @param {number} row
  * @param {number} k
  */

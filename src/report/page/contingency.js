@@ -116,8 +116,7 @@ function _cellTable(row, {observed, expected}, cells) {
     element('td', {class: 'number'}, formatNumber(expected[cell]))));
   return sidewaysPart('Contingency table', element('table', {class: 'cells'},
     element('caption', {class: 'unseen'}, 'Contingency table: observed and expected counts'),
-    element('thead', {}, element('tr', {}, element('th', {scope: 'col'}, 'Words in place'),
-      element('th', {scope: 'col', class: 'number'}, 'Observed'), element('th', {scope: 'col', class: 'number'}, 'Expected'))),
+    tableHead(['Words in place'], ['Observed', 'Expected']),
     element('tbody', {}, ...lines)));
 }
 

@@ -46,7 +46,8 @@ async function downloadTable(columns, rows, format) {
     await nextTurn();
   }
   const type = format === 'csv' ? 'text/csv' : 'text/tab-separated-values';
-  const link = element('a', {href: URL.createObjectURL(new Blob(parts, {type: `${type};charset=utf-8`})), download: _fileName(format)});
+  const file = new Blob(parts, {type: `${type};charset=utf-8`});
+  const link = element('a', {href: URL.createObjectURL(file), download: _fileName(format)});
   link.click();
   setTimeout(() => URL.revokeObjectURL(link.href), 60_000);
 }

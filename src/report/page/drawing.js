@@ -93,3 +93,13 @@ function sidewaysPart(name, content) {
   }).observe(part);
   return part;
 }
+
+/**
+ * The head of a table: columns of texts, then columns of numbers.
+ * @param {string[]} texts
+ * @param {string[]} numbers
+ */
+function tableHead(texts, numbers) {
+  return element('thead', {}, element('tr', {}, ...texts.map((text) => element('th', {scope: 'col'}, text)),
+    ...numbers.map((text) => element('th', {scope: 'col', class: 'number'}, text))));
+}

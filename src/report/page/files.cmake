@@ -44,6 +44,7 @@ set(page_scripts
   point_index.js
   scatter.js
   relation_bars.js
+  selection.js
   picture.js
   start.js
 )

@@ -7,13 +7,15 @@
  */
 function filterForm(filter, changed) {
   let timer = 0;
+  const relations = _textsOf(report.relations, (i) => report.relationText(i)).filter((text) => text !== 'Head');
   const form = element('form', {class: 'controls filters', role: 'search', 'aria-label': 'Rows of the table'},
     labelledField('Words', element('input', {
-      id: 'filter-lemma', type: 'text', name: 'lemma', value: filter.lemma, dir: 'auto', spellcheck: 'false', autocapitalize: 'none',
+      id: 'filter-lemma', type: 'text', name: 'lemma', value: filter.lemma, dir: 'auto', spellcheck: 'false',
+      autocapitalize: 'none',
     })),
     element('label', {class: 'check', for: 'filter-whole'},
       element('input', {id: 'filter-whole', type: 'checkbox', name: 'whole', checked: filter.whole}), ' whole words'),
-    _choice('Relation', 'relation', _textsOf(report.relations, (i) => report.relationText(i)).filter((text) => text !== 'Head'), filter.relation),
+    _choice('Relation', 'relation', relations, filter.relation),
     _choice('Tag', 'tag', _textsOf(report.tags, (i) => report.tagText(i)), filter.tag),
     rangeFields('Frequency', 'frequency', filter.frequency),
     _measureFields(filter),
@@ -64,7 +66,8 @@ function _textsOf(count, textOf) {
 function _choice(label, name, texts, chosen) {
   if (texts.length === 0) return null;
   const options = texts.map((text) => element('option', {value: text, selected: text === chosen}, visible(shorten(text, 40))));
-  return labelledField(label, element('select', {id: `filter-${name}`, name}, element('option', {value: ''}, 'any'), ...options));
+  const any = element('option', {value: ''}, 'any');
+  return labelledField(label, element('select', {id: `filter-${name}`, name}, any, ...options));
 }
 
 /**
@@ -75,7 +78,7 @@ function _choice(label, name, texts, chosen) {
  */
 function rangeFields(label, name, range) {
   const field = (/** @type {'least' | 'most'} */ end, /** @type {string} */ said) => element('input', {
-    id: `filter-${name}-${end}`, name: `${name} ${end}`, type: 'number', step: 'any', placeholder: end === 'least' ? 'least' : 'most',
+    id: `filter-${name}-${end}`, name: `${name} ${end}`, type: 'number', step: 'any', placeholder: end,
     'aria-label': `${said} ${label}`, value: Number.isFinite(range[end]) ? range[end] : null,
   });
   return element('div', {class: 'field', role: 'group', 'aria-label': label}, element('span', {class: 'label'}, label),
@@ -87,7 +90,8 @@ function _measureFields({measures}) {
   if (report.meta.measures.length === 0) return null;
   const any = {least: -Infinity, most: Infinity};
   return element('details', {class: 'filters-more', open: measures.size !== 0}, element('summary', {}, 'Measures'),
-    element('div', {class: 'controls'}, ...report.meta.measures.map(({name, title}) => rangeFields(title, name, measures.get(name) ?? any))));
+    element('div', {class: 'controls'},
+      ...report.meta.measures.map(({name, title}) => rangeFields(title, name, measures.get(name) ?? any))));
 }
 
 /**

@@ -10,6 +10,11 @@
  * @property {Map<string, NumberRange>} measures by name, only those that are limited
  */
 
+/** What passes everything. @returns {RowFilter} */
+function noFilter() {
+  return filterOfAddress({});
+}
+
 /** @param {Query} parameters @returns {RowFilter} */
 function filterOfAddress(parameters) {
   const measures = new Map();
@@ -18,8 +23,9 @@ function filterOfAddress(parameters) {
     if (isLimited(range)) measures.set(name, range);
   }
   return {
-    lemma: parameters.lemma ?? '', whole: parameters.whole !== undefined, relation: parameters.relation ?? '', tag: parameters.tag ?? '',
-    frequency: {least: _numberOr(parameters.least, -Infinity), most: _numberOr(parameters.most, Infinity)}, measures,
+    lemma: parameters.lemma ?? '', whole: parameters.whole !== undefined,
+    relation: parameters.relation ?? '', tag: parameters.tag ?? '',
+    frequency: rangeOfText(`${parameters.least ?? ''}..${parameters.most ?? ''}`), measures,
   };
 }
 

@@ -37,15 +37,18 @@ function _ngramSection(title, content) {
 
 /** @param {number} row */
 function _ngramHeading(row) {
-  const neighbour = (/** @type {number} */ other, /** @type {string} */ text, /** @type {string} */ sign) =>
-    (other < 0 || other >= report.rows
-      ? element('span', {class: 'soft', 'aria-disabled': 'true'}, sign)
-      : element('a', {href: address('ngram', {ngram: other + 1}), rel: text.toLowerCase(), title: report.patternText(other).slice(0, 200),
-        'aria-label': `${text} N-gram`}, sign));
+  const neighbour = (/** @type {number} */ other, /** @type {string} */ text, /** @type {string} */ sign) => {
+    if (other < 0 || other >= report.rows) return element('span', {class: 'soft', 'aria-disabled': 'true'}, sign);
+    return element('a', {
+      href: address('ngram', {ngram: other + 1}), 'aria-label': `${text} N-gram`,
+      title: shorten(visible(report.patternText(other)), 200),
+    }, sign);
+  };
   return element('header', {class: 'heading ngram-heading'},
     element('h1', {dir: isRightToLeft(wordsOfRow(row).join(' ')) ? 'rtl' : null}, ..._linkedPattern(row)),
     element('nav', {class: 'ngram-neighbours', 'aria-label': 'Neighbours in the report'},
-      neighbour(row - 1, 'Previous', '‹'), element('span', {class: 'soft'}, `${formatCount(row + 1)} of ${formatCount(report.rows)}`),
+      neighbour(row - 1, 'Previous', '‹'),
+      element('span', {class: 'soft'}, `${formatCount(row + 1)} of ${formatCount(report.rows)}`),
       neighbour(row + 1, 'Next', '›')));
 }
 
@@ -64,10 +67,10 @@ function _linkedPattern(row) {
 function _ngramTree(row) {
   const relations = new Set(report.relation.map((column) => report.relationText(column[row])));
   relations.delete('Head');
-  const meanings = [...relations].map((relation) => [relation, relationMeaning(relation)]).filter(([, meaning]) => meaning !== '');
+  const meanings = [...relations].filter((relation) => relationMeaning(relation) !== '')
+    .map((relation) => `${relation}: ${relationMeaning(relation)}`);
   return element('figure', {class: 'card ngram-tree'}, drawShape(row),
-    meanings.length === 0 ? null
-      : element('figcaption', {class: 'soft small'}, meanings.map(([relation, meaning]) => `${relation}: ${meaning}`).join('; ')));
+    meanings.length === 0 ? null : element('figcaption', {class: 'soft small'}, meanings.join('; ')));
 }
 
 /** @param {number} row */
@@ -86,9 +89,7 @@ function _ngramFigures(row) {
       element('div', {}, element('dt', {}, 'Frequency'), element('dd', {}, formatCount(frequency))),
       element('div', {}, element('dt', {}, 'In a million N-grams'), element('dd', {}, _perMillion(frequency, total)))),
     element('table', {},
-      element('thead', {}, element('tr', {}, element('th', {scope: 'col'}, 'Word in its place'),
-        element('th', {scope: 'col', class: 'number'}, 'Occurs'), element('th', {scope: 'col', class: 'number'}, 'of which here'))),
-      element('tbody', {}, ...words)),
+      tableHead(['Word in its place'], ['Occurs', 'of which here']), element('tbody', {}, ...words)),
     copyButton('Copy a citation', () => citationOfRow(row)));
 }
 
@@ -104,7 +105,8 @@ function _perMillion(frequency, total) {
 /** @param {number} row */
 function _ngramContingency(row) {
   return element('div', {}, drawContingency(row),
-    element('p', {class: 'soft small'}, report.n === 2 ? null : 'Each of the N-grams is counted in one line; * is another word. ',
+    element('p', {class: 'soft small'},
+      report.n === 2 ? null : 'Each of the N-grams is counted in one line; * is another word. ',
       'A word counts together with its tag, its place and its relation: where one of these differs, it is another word. ',
       'Expected is what there would be if the words did not attract or avoid each other.'));
 }
@@ -133,7 +135,8 @@ function _ngramExamples(row) {
 }
 
 function _howToGetExamples() {
-  return element('p', {class: 'soft'}, 'There are no sentences in this report. They come in when ngrex-report is given the datafiles: ',
+  return element('p', {class: 'soft'},
+    'There are no sentences in this report. They come in when ngrex-report is given the datafiles: ',
     element('code', {}, '-i treebank.list --examples 3'), ', with the same mask and rules as ngrex had.');
 }
 
@@ -155,7 +158,8 @@ function _fillExamples(place, found, row) {
   place.append(element('ol', {class: 'examples-list'}, ...different.map(({hit, times}, i) =>
     _example(found.sentence(hit.sentence), hit.words, times, i === 0))));
   if (hits.length < report.frequency[row])
-    place.append(element('p', {class: 'soft small'}, `${formatCount(hits.length)} of ${counted(report.frequency[row], 'occurrence')}.`));
+    place.append(element('p', {class: 'soft small'},
+      `${formatCount(hits.length)} of ${counted(report.frequency[row], 'occurrence')}.`));
 }
 
 /**
@@ -184,7 +188,8 @@ function _example(sentence, members, times, isOpen) {
   const tree = foldedPart('Tree', () => drawArcs(sentence.words, members));
   tree.open = isOpen;
   return element('li', {class: 'example'}, markedSentence(sentence, members),
-    element('div', {class: 'example-foot'}, element('cite', {class: 'soft small'}, visible(placeOfSentence(sentence)), times === 1 ? null : ` – counted ${formatCount(times)} times here`),
+    element('div', {class: 'example-foot'}, element('cite', {class: 'soft small'}, visible(placeOfSentence(sentence)),
+      times === 1 ? null : ` – counted ${formatCount(times)} times here`),
       copyButton('Copy', () => citationOfSentence(sentence))),
     tree);
 }

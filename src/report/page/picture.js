@@ -1,7 +1,5 @@
-// The view of the whole report as a picture (#picture): frequency against a measure, one point an N-gram, and the relations as bars.
-// A part of it can be selected by pointer or by numbers, and be seen in the table.
-
-const _pictureList = 20;
+// The view of the whole report as a picture (#picture): frequency against a measure, one point an N-gram, and the relations as
+// bars. A part of it can be selected by pointer or by numbers, and be seen in the table.
 
 /** @type {PictureView | null} */
 let _openPicture = null;
@@ -15,9 +13,11 @@ registerView('picture', {
     const {measures} = report.meta;
     const measure = measures.find(({name}) => name === parameters.measure) ?? measures[0];
     if (measure !== undefined && report.rows > 0) _openPicture = new PictureView(container, measure, parameters);
-    else container.append(element('p', {class: 'soft'}, report.rows === 0 ? 'There are no N-grams in this report.' : 'There are no measures in this report.'));
+    else container.append(element('p', {class: 'soft'},
+      `There are no ${report.rows === 0 ? 'N-grams' : 'measures'} in this report.`));
     container.append(element('section', {class: 'ngram-section'}, element('h2', {}, 'Relations'),
-      element('p', {class: 'soft small'}, `How many of the ${counted(report.rows, 'N-gram')} have each relation.`), drawRelationBars()));
+      element('p', {class: 'soft small'}, `How many of the ${counted(report.rows, 'N-gram')} have each relation.`),
+      drawRelationBars()));
   },
 });
 
@@ -47,7 +47,8 @@ class PictureView {
     this._list = element('div', {});
     this._form = this._rangeForm();
     container.append(this._measureChoice(), this._scatter.node,
-      element('p', {class: 'soft small plot-hint'}, 'Point at a dot to see its N-gram, and click to open it. Draw a rectangle to select. ',
+      element('p', {class: 'soft small plot-hint'},
+        'Point at a dot to see its N-gram, and click to open it. Draw a rectangle, or give ranges below, to select. ',
         this._scatter.isDense ? 'Where the colour is stronger, more N-grams lie together. ' : null, this._description),
       this._form, this._said, this._list);
     this._listen();
@@ -59,7 +60,8 @@ class PictureView {
   }
 
   _measureChoice() {
-    const options = report.meta.measures.map(({name, title}) => element('option', {value: name, selected: name === this._measure.name}, title));
+    const options = report.meta.measures.map(({name, title}) =>
+      element('option', {value: name, selected: name === this._measure.name}, title));
     const choice = element('select', {
       id: 'picture-measure',
       onchange: (/** @type {Event} */ event) => go('picture', {
@@ -76,15 +78,19 @@ class PictureView {
     const values = _middleAndEnds(this._values);
     const missing = report.rows - shown;
     const title = this._measure.title;
-    return `Frequencies go from ${formatCount(frequencies.low)} to ${formatCount(frequencies.high)}, with ${formatCount(frequencies.middle)} in ` +
-      `the middle; ${title} from ${formatNumber(values.low)} to ${formatNumber(values.high)}, with ${formatNumber(values.middle)} in the middle.` +
-      (missing === 0 ? '' : ` ${counted(missing, 'N-gram')} without a place on the axis of ${title} ${missing === 1 ? 'is' : 'are'} not drawn.`);
+    const span = (/** @type {(x: number) => string} */ format, /** @type {{low: number, middle: number, high: number}} */ ends) =>
+      `from ${format(ends.low)} to ${format(ends.high)}, with ${format(ends.middle)} in the middle`;
+    const said = `Frequencies go ${span(formatCount, frequencies)}; ${title} ${span((x) => formatNumber(x), values)}.`;
+    if (missing === 0) return said;
+    const are = missing === 1 ? 'is' : 'are';
+    return `${said} ${counted(missing, 'N-gram')} without a place on the axis of ${title} ${are} not drawn.`;
   }
 
   _rangeForm() {
     const form = element('form', {class: 'controls', 'aria-label': 'Selection'},
       rangeFields('Frequency', 'frequency', this._frequency), rangeFields(this._measure.title, this._measure.name, this._range),
-      element('button', {type: 'button', id: 'picture-none', onclick: () => this._select(_anyRange, _anyRange)}, 'Select nothing'));
+      element('button', {type: 'button', id: 'picture-none', onclick: () => this._select(_anyRange, _anyRange)},
+        'Select nothing'));
     form.addEventListener('input', () => {
       const data = new FormData(form);
       this._frequency = rangeOfFields(data, 'frequency');
@@ -113,26 +119,16 @@ class PictureView {
 
   /** What is selected: the rectangle, how many N-grams, the first of them, and a link to all. */
   _showSelection() {
-    const {name, title} = this._measure;
+    const {name} = this._measure;
     const where = {..._addressOfFrequency(this._frequency), [name]: textOfRange(this._range)};
     if (location.hash !== address('picture', {measure: name, ...where})) note('picture', {measure: name, ...where});
     this._showArea();
     clear(this._said);
     clear(this._list);
     if (!isLimited(this._frequency) && !isLimited(this._range)) return;
-    const rows = filteredRows({lemma: '', whole: false, relation: '', tag: '', frequency: this._frequency, measures: new Map([[name, this._range]])});
-    this._said.append(`${formatCount(rows.length)} of ${counted(report.rows, 'N-gram')} selected. `);
-    if (rows.length === 0) return;
-    this._said.append(element('a', {href: address('table', {sort: `-${name}`, ...where})},
-      rows.length === 1 ? 'Show this row in the table' : `Show these ${formatCount(rows.length)} rows in the table`));
-    const first = sortedRows(rows, [{values: this._values, descending: true}]).slice(0, _pictureList);
-    const format = columnFormat(Math.max(...Array.from(first, (row) => Math.abs(this._values[row])).filter(Number.isFinite), 0));
-    const lines = Array.from(first, (row) => element('tr', {}, element('th', {scope: 'row'}, patternLink(row)),
-      element('td', {class: 'number'}, formatCount(report.frequency[row])), element('td', {class: 'number'}, format(this._values[row]))));
-    this._list.append(element('table', {class: 'picture-list'},
-      element('caption', {class: 'soft small'}, rows.length > first.length ? `The first ${first.length}, by ${title}` : `By ${title}`),
-      element('thead', {}, element('tr', {}, element('th', {scope: 'col'}, 'N-gram'), element('th', {scope: 'col', class: 'number'}, 'Frequency'),
-        element('th', {scope: 'col', class: 'number'}, title))), element('tbody', {}, ...lines)));
+    const {said, list} = describeSelection(this._measure, this._frequency, this._range);
+    for (const part of said) this._said.append(/** @type {string | Node} */ (part));
+    if (list !== null) this._list.append(list);
   }
 
   _showArea() {
@@ -177,7 +173,9 @@ class PictureView {
       if (start === null) return;
       const {across, up} = this._scatter.rangesBetween(start, this._scatter.at(event));
       start = null;
-      if (isDrawn) this._select({least: Math.ceil(across.least), most: Math.floor(across.most)}, {least: _rounded(up.least), most: _rounded(up.most)});
+      if (!isDrawn) return;
+      this._select({least: Math.ceil(across.least), most: Math.floor(across.most)},
+        {least: _rounded(up.least), most: _rounded(up.most)});
     });
     node.addEventListener('pointercancel', () => {
       start = null;
@@ -199,8 +197,9 @@ class PictureView {
     this._tip.hidden = point < 0;
     this._scatter.node.classList.toggle('plot-pointing', point >= 0);
     if (point < 0) return;
-    clear(this._tip).append(patternLink(point),
-      element('span', {class: 'soft small'}, `frequency ${formatCount(report.frequency[point])}, ${this._measure.title} ${formatNumber(this._values[point])}`),
+    const value = formatNumber(this._values[point]);
+    const figures = `frequency ${formatCount(report.frequency[point])}, ${this._measure.title} ${value}`;
+    clear(this._tip).append(patternLink(point), element('span', {class: 'soft small'}, figures),
       others === 0 ? '' : element('span', {class: 'soft small'}, `and ${formatCount(others)} more at this place`));
     const {x, y} = this._scatter.placeOf(point);
     const room = this._scatter.node.clientWidth;
@@ -226,8 +225,8 @@ function _rounded(value) {
 }
 
 /**
- * The least and the largest value that has a place, and how many have one. On a logarithmic axis without negative values that is
- * what is above zero.
+ * The least and the largest value that has a place, and how many have one. On a logarithmic axis without negative values that
+ * is what is above zero.
  * @param {Uint32Array | Float64Array} values
  * @param {boolean} isLogarithmic
  */

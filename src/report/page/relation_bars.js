@@ -9,11 +9,11 @@ function drawRelationBars() {
   relations.sort((a, b) => counts[b] - counts[a] || a - b);
   const largest = relations.length === 0 ? 1 : counts[relations[0]];
   const part = (/** @type {number[]} */ some) => element('table', {class: 'bars'},
-    element('thead', {class: 'unseen'}, element('tr', {}, element('th', {scope: 'col'}, 'Relation'), element('th', {scope: 'col'}, 'N-grams'))),
-    element('tbody', {}, ...some.map((i) => _relationBar(i, counts[i], largest))));
+    tableHead(['Relation'], ['N-grams']), element('tbody', {}, ...some.map((i) => _relationBar(i, counts[i], largest))));
   const bars = element('div', {}, part(relations.slice(0, _openRelations)));
   if (relations.length > _openRelations)
-    bars.append(foldedPart(`${counted(relations.length - _openRelations, 'more relation')}`, () => part(relations.slice(_openRelations))));
+    bars.append(foldedPart(counted(relations.length - _openRelations, 'more relation'),
+      () => part(relations.slice(_openRelations))));
   return bars;
 }
 
@@ -45,6 +45,7 @@ function _relationBar(relation, count, largest) {
   const bar = element('span', {class: 'bar-line', 'aria-hidden': 'true'});
   bar.style.width = `${100 * count / largest}%`;
   return element('tr', {},
-    element('th', {scope: 'row'}, element('a', {href: address('table', {relation: text}), title: meaning === '' ? null : meaning}, visible(shorten(text, 24)))),
+    element('th', {scope: 'row'}, element('a', {href: address('table', {relation: text}), title: meaning === '' ? null : meaning},
+      visible(shorten(text, 24)))),
     element('td', {}, element('span', {class: 'bar-room'}, bar), element('span', {class: 'bar-count'}, formatCount(count))));
 }

@@ -65,7 +65,8 @@ function roundTicks(low, high, count) {
   const power = 10 ** Math.floor(Math.log10(rough));
   const step = power * ([1, 2, 5, 10].find((factor) => factor * power >= rough * 0.999) ?? 10);
   const ticks = [];
-  for (let i = Math.ceil(low / step - 1e-9); i * step <= high + step * 1e-9; ++i) ticks.push(Number((i * step).toPrecision(12)));
+  for (let i = Math.ceil(low / step - 1e-9); i * step <= high + step * 1e-9; ++i)
+    ticks.push(Number((i * step).toPrecision(12)));
   return ticks;
 }
 
@@ -89,7 +90,8 @@ function powerTicks(low, high) {
  * @param {number} high
  */
 function _ticksAroundZero(low, high) {
-  const side = (/** @type {number} */ end) => (end > 1 ? powerTicks(1, end).filter((tick) => Number.isInteger(Math.log10(tick))) : []);
+  const side = (/** @type {number} */ end) =>
+    (end > 1 ? powerTicks(1, end).filter((tick) => Number.isInteger(Math.log10(tick))) : []);
   const ticks = [...side(-low).reverse().map((tick) => -tick), 0, ...side(high)].filter((tick) => tick <= high);
   return ticks.length > 2 ? ticks : roundTicks(low, high, 6);
 }

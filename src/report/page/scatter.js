@@ -89,9 +89,9 @@ class Scatter {
         svg('text', {x, y: top + height + 18, 'text-anchor': 'middle', class: 'plot-tick'}, formatNumber(tick)));
     }
     const middle = top + height / 2;
-    this._axes.append(
-      svg('text', {x: left + width / 2, y: top + height + 38, 'text-anchor': 'middle', class: 'plot-title'}, this._across.title),
-      svg('text', {x: 14, y: middle, 'text-anchor': 'middle', class: 'plot-title', transform: `rotate(-90 14 ${middle})`}, this._up.title));
+    const look = {'text-anchor': 'middle', class: 'plot-title'};
+    this._axes.append(svg('text', {...look, x: left + width / 2, y: top + height + 38}, this._across.title),
+      svg('text', {...look, x: 14, y: middle, transform: `rotate(-90 14 ${middle})`}, this._up.title));
   }
 
   /** Ticks that are far enough apart for their texts. */
@@ -153,7 +153,8 @@ class Scatter {
     counts.forEach((count, square) => {
       if (count === 0) return;
       context.globalAlpha = 0.3 + 0.7 * Math.log(count) / Math.log(largest + 1);
-      context.fillRect(square % across * _densitySquare, Math.floor(square / across) * _densitySquare, _densitySquare, _densitySquare);
+      const [column, line] = [square % across, Math.floor(square / across)];
+      context.fillRect(column * _densitySquare, line * _densitySquare, _densitySquare, _densitySquare);
     });
   }
 

@@ -27,10 +27,14 @@ function drawShape(row, {word} = {}) {
   nodes.forEach((node, i) => {
     const y = node.depth * levelHeight + 3;
     const parent = nodes[shape.parents[i] - 1];
-    if (parent) image.append(..._shapeEdge(parent.x, parent.depth * levelHeight + _nodeHeight[kind] + 5, node.x, y, node.relation));
-    if (words === null) image.append(svg('circle', {cx: node.x, cy: y + 4, r: 4, class: i === word ? 'shape-dot here' : 'shape-dot'}));
+    if (parent) {
+      const from = parent.depth * levelHeight + _nodeHeight[kind] + 5;
+      image.append(..._shapeEdge(parent.x, from, node.x, y, node.relation));
+    }
+    if (words === null) image.append(svg('circle', {cx: node.x, cy: y + 4, r: 4, class: `shape-dot ${i === word ? 'here' : ''}`}));
     else image.append(svg('text', {
-      x: node.x, y: y + 16, 'text-anchor': 'middle', class: `shape-word member member-${i + 1}`, direction: rightToLeft ? 'rtl' : 'ltr',
+      x: node.x, y: y + 16, 'text-anchor': 'middle', direction: rightToLeft ? 'rtl' : 'ltr',
+      class: `shape-word member member-${i + 1}`,
     }, node.text));
   });
   return image;

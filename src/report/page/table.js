@@ -25,7 +25,6 @@ class TableView {
    * @param {Query} parameters
    */
   constructor(container, parameters) {
-    this._container = container;
     this._filter = filterOfAddress(parameters);
     this._sort = _sortOfAddress(parameters.sort);
     this._groups = _groupsOfAddress(parameters.columns);
@@ -39,7 +38,8 @@ class TableView {
     this._table = element('table', {class: 'rows', 'aria-label': 'N-grams'}, this._columnWidths, this._head, this._body);
     const frame = element('div', {class: 'rows-frame'}, this._table);
     this._space = element('div', {class: 'rows-space'}, frame);
-    this._scroller = element('div', {class: 'rows-scroll', id: 'rows', tabindex: 0, role: 'region', 'aria-label': 'Rows'}, this._space);
+    this._scroller = element('div',
+      {class: 'rows-scroll', id: 'rows', tabindex: 0, role: 'region', 'aria-label': 'Rows'}, this._space);
     container.append(
       element('div', {class: 'heading'}, element('h1', {}, 'Table')),
       filterForm(this._filter, (filter) => {
@@ -106,7 +106,6 @@ class TableView {
     this._scroller.removeAttribute('aria-busy');
     this._said.textContent = this._rows.length === report.rows ? counted(report.rows, 'row')
       : `${formatCount(this._rows.length)} of ${counted(report.rows, 'row')}`;
-    this._container.classList.toggle('table-empty', this._rows.length === 0);
     this._virtual.show(this._rows.length, first);
     this._markFirst();
   }
@@ -121,11 +120,11 @@ class TableView {
 
   _showHead() {
     const columns = this._columns();
-    clear(this._columnWidths).append(...columns.map(({kind, name}) => element('col', {class: name === 'rank' ? 'col-rank' : `col-${kind}`})));
+    const looks = columns.map(({kind, name}) => (name === 'rank' ? 'rank' : kind));
+    clear(this._columnWidths).append(...looks.map((look) => element('col', {class: `col-${look}`})));
     clear(this._head).append(element('tr', {'aria-rowindex': 1}, ...columns.map((column) => this._headCell(column))));
-    const widths = columns.map(({kind, name}) => `var(--${name === 'rank' ? 'rank' : kind}-width)`);
     this._scroller.style.setProperty('--words', String(report.n));
-    this._space.style.minWidth = `calc(${widths.join(' + ')})`;
+    this._space.style.minWidth = `calc(${looks.map((look) => `var(--${look}-width)`).join(' + ')})`;
   }
 
   /** @param {TableColumn} column */
@@ -216,8 +215,10 @@ class TableView {
 
   _columnChoice() {
     const groups = new Map();
-    for (const {group, title, kind} of tableColumns())
-      if (!groups.has(group)) groups.set(group, kind === 'text' ? title.replace(/ \d+$/, 's') : group === 'marginal' ? 'Occurrences of the words' : title);
+    for (const {group, title, kind} of tableColumns()) {
+      if (group === 'marginal') groups.set(group, 'Occurrences of the words');
+      else groups.set(group, kind === 'text' ? title.replace(/ \d+$/, 's') : title);
+    }
     const boxes = [...groups].map(([group, title]) => element('label', {class: 'check'},
       element('input', {
         type: 'checkbox', checked: this._groups.includes(group),
@@ -227,7 +228,8 @@ class TableView {
           void this._update(this._virtual.first);
         },
       }), ` ${title === '#' ? 'Number' : title}`));
-    return element('details', {class: 'column-choice'}, element('summary', {}, 'Columns'), element('div', {class: 'column-list'}, ...boxes));
+    return element('details', {class: 'column-choice'}, element('summary', {}, 'Columns'),
+      element('div', {class: 'column-list'}, ...boxes));
   }
 }
 
