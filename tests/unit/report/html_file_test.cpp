@@ -29,8 +29,9 @@ TEST(HtmlFile, EscapesItsTitle) {
 
 TEST(HtmlFile, HasNoElementForExamplesWhereThereAreNone) {
   EXPECT_FALSE(_has(_html({.title = "", .meta = "{}", .columns = {}, .examples = {}}), "id=\"examples\""));
-  EXPECT_TRUE(_has(_html({.title = "", .meta = "{}", .columns = {}, .examples = {{"texts.ends", std::vector<std::uint32_t>{0}}}}),
-                   "<script type=\"application/octet-stream\" id=\"examples\">"));
+  EXPECT_TRUE(_has(
+      _html({.title = "", .meta = "{}", .columns = {}, .examples = {{"texts.ends", std::vector<std::uint32_t>{0}}}}),
+      "<script type=\"application/octet-stream\" id=\"examples\">"));
 }
 
 TEST(HtmlFile, HasAPolicyThatAdmitsItsOwnScriptAndStyleAlone) {
