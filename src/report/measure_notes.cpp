@@ -69,7 +69,7 @@ constexpr auto _notes = std::to_array<MeasureNote>({
      "MI on a scale that for pairs goes from −1, never together, over 0, by chance, to 1, never apart.", false},
     {"Dice", "Dice", "N f / Σ f_k", "Dice 1945",
      "How much of what the words do they do together: 0 is never together, 1 never apart.", false},
-    {"logDice", "logDice", "14 + log2(Dice)", "Rychlý 2008",
+    {"logDice", "logDice", "14 + log2(N f / Σ f_k)", "Rychlý 2008",
      "How close the words are, on a scale that ends at 14, never apart: one point more is twice as close, seven points "
      "about a hundred times, whatever the size of the corpus.",
      false},

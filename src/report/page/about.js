@@ -82,7 +82,7 @@ registerView('about', {
         ]), !statistics && element('p', {class: 'soft'}, 'How many words and sentences it has was not told to the program (option -s).')),
         _aboutSection('about-choice', 'What is in the report', ..._aboutChoice()),
         report.meta.measures.length > 0 && _aboutSection('about-measures', 'Measures',
-          element('p', {class: 'soft'}, 'f is the frequency of the N-gram, f1, f2, … are the frequencies of its words in their places, n is the number of all occurrences; E is the frequency that one would expect if the words were independent.'),
+          element('p', {class: 'soft'}, 'f is the frequency of the N-gram, f_1, f_2, … (f_k) are those of its N words, each in its place, n is the number of all occurrences. O[i] are the counts of the contingency table, O[0] that of what has none of the words; E[i] are the counts that one would expect if the words were independent, and E is that of the N-gram.'),
           _aboutMeasures()),
         _aboutSection('about-keys', 'By keyboard', _aboutKeys()),
         _aboutSection('about-file', 'This file', element('p', null,
