@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "companion/utf8.h"
+#include "examples/direction_marks.h"
 #include "examples/heading.h"
 #include "examples/marked_text.h"
 #include "examples/reading_writers.h"
@@ -68,10 +69,6 @@ class KwicWriter : public ExampleWriter {
   static constexpr std::size_t lines_measured = 1000;
   static constexpr std::string_view gap = "  ";
   static constexpr std::string_view ellipsis = "…";
-
-  // Marks that keep a line of a script from right to left in its place beside others, and in its own order.
-  static constexpr std::string_view begin_right_to_left = "\xE2\x81\xA7";
-  static constexpr std::string_view end_right_to_left = "\xE2\x81\xA9";
 
   struct Line {
     MarkedText name;

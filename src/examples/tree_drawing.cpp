@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "companion/utf8.h"
+#include "examples/direction_marks.h"
 
 namespace colx::examples {
 
@@ -18,11 +19,6 @@ using concordance::ExampleSentence;
 constexpr std::size_t most_words = 500;
 constexpr std::size_t widest_step = 3;  // columns of a level
 constexpr std::string_view before_tree = "    ";
-
-// Marks that keep a line from left to right around a form from right to left.
-constexpr std::string_view left_to_right_line = "\xE2\x80\x8E";
-constexpr std::string_view begin_form = "\xE2\x81\xA7";
-constexpr std::string_view end_form = "\xE2\x81\xA9";
 
 // The words of a tree, by position from 1, in the order in which they are drawn.
 class DrawnTree {
@@ -89,10 +85,10 @@ class DrawnTree {
     };
     std::vector<Step> steps;
     const auto push = [&](const std::vector<std::size_t>& words, std::size_t head) {
-      for (auto word = words.rbegin(); word != words.rend(); ++word) {
-        _depths[*word] = head == 0 ? 0 : _depths[head] + 1;
-        steps.push_back({*word, true});
-      }
+      std::for_each(words.rbegin(), words.rend(), [&](std::size_t word) {
+        _depths[word] = head == 0 ? 0 : _depths[head] + 1;
+        steps.push_back({word, true});
+      });
     };
     push(children[0], 0);
     while (!steps.empty()) {
@@ -161,10 +157,10 @@ void draw_tree(Output& output, const ExampleSentence& sentence, const concordanc
   const std::size_t relation_column = std::min(widest_word(step), width > besides ? width - besides : 0);
   for (const std::size_t word : tree.order()) {
     const bool is_right_to_left = forms[word].is_right_to_left();
-    output << (is_right_to_left ? left_to_right_line : "") << before_tree << fmt::format("{:>{}}  ", word, digits)
-           << tree.branches(word, step) << (is_right_to_left ? begin_form : "");
+    output << (is_right_to_left ? left_to_right_mark : "") << before_tree << fmt::format("{:>{}}  ", word, digits)
+           << tree.branches(word, step) << (is_right_to_left ? begin_right_to_left : "");
     forms[word].write(output);
-    output << (is_right_to_left ? end_form : "");
+    output << (is_right_to_left ? end_right_to_left : "");
     const std::size_t used = tree.depth(word) * step + forms[word].width();
     output << std::string(used < relation_column ? relation_column - used : 0, ' ') << "  " << relations[word] << '\n';
   }

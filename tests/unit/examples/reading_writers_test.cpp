@@ -7,6 +7,7 @@
 #include "companion/utf8.h"
 #include "examples/heading.h"
 #include "sentences.h"
+#include "tests/support/random.h"
 
 namespace colx::examples {
 namespace {
@@ -208,6 +209,33 @@ TEST(KwicFormat, GoesOnWithTheWidthsOfTheFirstThousandExamples) {
   // Of 37 columns the left side has 15. A long name is cut.
   const std::string last = "\nw         [Heavy] [rain] fell.\n…    Heavy [rain] [fell].\n";
   EXPECT_TRUE(all.ends_with(last)) << all.substr(all.size() - 100);
+}
+
+// Trees of any shape, rings among them, at any width: every word has its line, once.
+TEST(ReadingFormats, ShowEveryWordOfAnySentenceAtAnyWidth) {
+  test::Random random;
+  use_utf8_characters();
+  for (int round = 0; round < 300; ++round) {
+    concordance::ExampleSentence sentence = sentence_of({});
+    const std::uint32_t count = 2 + random.below(20);
+    for (std::uint32_t i = 0; i < count; ++i)
+      sentence.words.push_back({"<" + std::to_string(i + 1) + ">" + random.text(3, "a\xFF\xCC\x81"), "l", "l", "t", "r",
+                                static_cast<std::uint16_t>(random.below(count + 1))});
+    const auto first = static_cast<std::uint16_t>(1 + random.below(count - 1));
+    const auto second = static_cast<std::uint16_t>(first + 1 + random.below(count - first));
+    const Look look{.colour = random.once_in(2), .tree = true, .width = random.below(100)};
+    const std::string all = shown(Format::text, look, {{sentence, hit_at({first, second})}});
+    for (std::uint32_t i = 1; i <= count; ++i) {
+      const std::string form = "<" + std::to_string(i) + ">";
+      std::size_t times = 0;
+      for (std::size_t at = all.find(form); at != std::string::npos; at = all.find(form, at + 1))
+        ++times;
+      // In the sentence, unless a line ends within it, and in the tree.
+      EXPECT_GE(times, 1U) << all;
+      EXPECT_LE(times, 2U) << all;
+    }
+    EXPECT_FALSE(shown(Format::kwic, look, {{sentence, hit_at({first, second})}}).empty());
+  }
 }
 
 }  // namespace

@@ -92,5 +92,31 @@ TEST(FindWords, FindsEverythingAroundADifference) {
   }
 }
 
+// Whatever bytes there are, places are within the text and in its order, and what is whole is the form.
+TEST(FindWords, TakesAnyBytes) {
+  test::Random random;
+  use_utf8_characters();
+  constexpr std::string_view odd_bytes("ab. \xC2\xA0\xE2\x80\xAF\xE9\x9B\xA8\xFF\0", 14);
+  for (int round = 0; round < 2000; ++round) {
+    const std::string text = random.text(30, odd_bytes);
+    std::vector<concordance::ExampleWord> words(random.below(8));
+    for (concordance::ExampleWord& word : words)
+      word.form = random.text(4, odd_bytes);
+    const std::vector<TextSpan> spans = find_words(text, words);
+    ASSERT_EQ(spans.size(), words.size());
+    std::size_t last = 0;
+    for (std::size_t i = 0; i < spans.size(); ++i) {
+      const bool is_shared = i > 0 && spans[i] == spans[i - 1];
+      ASSERT_TRUE(is_shared || spans[i].begin >= last);
+      ASSERT_LE(spans[i].begin, spans[i].end);
+      ASSERT_LE(spans[i].end, text.size());
+      if (spans[i].is_whole && words[i].form.find('\xC2') == std::string::npos) {
+        EXPECT_EQ(text.substr(spans[i].begin, spans[i].end - spans[i].begin), words[i].form);
+      }
+      last = spans[i].end;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace colx::examples
