@@ -59,6 +59,7 @@ class Page:
 
     def __init__(self, reports):
         self.reports = reports
+        self._opened = 0
         self.downloads = tempfile.mkdtemp(prefix="ngrex-downloads-")
         options = Options()
         options.binary_location = program("chromium")
@@ -102,8 +103,8 @@ class Page:
 
     def open(self, report, address="#"):
         """Opens a report as if its address had just been typed, not from within the page."""
-        self.driver.get("about:blank")
-        self.driver.get("file://" + self.path(report) + address)
+        self._opened += 1  # another query makes it another document, even where only the hash differs
+        self.driver.get(f"file://{self.path(report)}?{self._opened}{address}")
         self.until(lambda: self.run("return document.documentElement.dataset.state"), "the page")
         self.settle()
 
@@ -172,7 +173,7 @@ class Page:
 
     def click(self, element):
         self.run("arguments[0].scrollIntoView({block: 'center'})", element)
-        ActionChains(self.driver).move_to_element(element).click().perform()
+        ActionChains(self.driver, duration=20).move_to_element(element).click().perform()
 
     def fill(self, element, text):
         """Types into a field in place of what is there."""
@@ -206,7 +207,7 @@ class Page:
             if message["method"] not in ("Network.requestWillBeSent", "Network.webSocketCreated"):
                 continue
             url = message["params"].get("request", message["params"])["url"]
-            if not (url.startswith(("file://" + self.reports + "/", "blob:")) and re.search(r"\.html(#.*)?$|^blob:", url)):
+            if not (url.startswith(("file://" + self.reports + "/", "blob:")) and re.search(r"\.html(\?\d+)?(#.*)?$|^blob:", url)):
                 said.append("asked for " + url)
         return said
 

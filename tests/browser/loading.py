@@ -79,7 +79,7 @@ class ADamagedReport(harness.PageTest):
         try:
             self.page.driver.get("file://" + path)
             notice = self.page.until(lambda: self.page.texts("#too-old"), "a notice")
-            self.assertIn("damaged", notice[0])
+            self.assertIn("not complete", notice[0])
         finally:
             os.remove(path)
 

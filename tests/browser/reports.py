@@ -124,7 +124,7 @@ class Maker:
                   "weather.list", "--tag", "xpos", "--sentences", "weather.sentences")
         corpus = ["-i", "weather.list", "-m", "*----"]
         seen = [*corpus, "--examples", "3", "--sentences", "weather.sentences"]
-        for name, n, measures, options in (("weather", "2", MEASURES_OF_PAIRS, []), ("triples", "3", "logDice,G2", ["--where", "frequency>=2", "--top", "20"]),
+        for name, n, measures, options in (("weather", "2", MEASURES_OF_PAIRS, []), ("triples", "3", "logDice,G2", ["--where", "frequency>=2", "--top", "12"]),
                                            ("fours", "4", "logDice,G2", [])):
             self.tool("ngrex", *corpus, "-n", n, "-o", name + ".txt", "-s", name + ".statistics")
             self.report(name, "--measures", measures, "-s", name + ".statistics", *seen, *options)
