@@ -40,7 +40,7 @@ function _ngramHeading(row) {
   const neighbour = (/** @type {number} */ other, /** @type {string} */ text, /** @type {string} */ sign) => {
     if (other < 0 || other >= report.rows) return element('span', {class: 'soft', 'aria-disabled': 'true'}, sign);
     return element('a', {
-      href: address('ngram', {ngram: other + 1}), 'aria-label': `${text} N-gram`,
+      href: address('ngram', {ngram: other + 1}), rel: text.toLowerCase(), 'aria-label': `${text} N-gram`,
       title: shorten(visible(report.patternText(other)), 200),
     }, sign);
   };
