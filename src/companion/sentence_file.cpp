@@ -17,7 +17,7 @@ namespace colx {
 
 namespace {
 
-constexpr std::size_t between_places = std::size_t{1} << 16;
+constexpr std::size_t between_places = std::size_t{1} << 14;
 
 std::string _expected_sentence(std::uint64_t line, std::uint64_t words, const std::string& datafile) {
   return fmt::format("expected a sentence of {} word{} at line {} of {}", words, words == 1 ? "" : "s", line,

@@ -16,7 +16,7 @@
 namespace colx {
 
 // A sentence file, plain or compressed with gzip. It is gone through once when it is opened, and then read where it is
-// asked. In memory are a line, the names of the datafiles, and one place for about every 64 KiB.
+// asked. In memory are a line, the names of the datafiles, and one place for about every 16 KiB.
 //
 // All functions that read throw input_error, with the line of this file and what was expected there.
 class SentenceFile {
@@ -38,7 +38,7 @@ class SentenceFile {
   std::optional<std::size_t> datafile(std::string_view entry, const std::string& path) const;
 
   // The sentence of that many words whose first word stands at that line of a datafile; the record is valid until the
-  // next call. In ascending order of lines a datafile is read once; going back costs 64 KiB, and in a compressed file
+  // next call. In ascending order of lines a datafile is read once; going back costs 16 KiB, and in a compressed file
   // all that is before. Throws input_error also when there is no such sentence.
   const SentenceRecord& find(std::size_t datafile, std::uint64_t line, std::uint64_t words);
 
