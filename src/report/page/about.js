@@ -70,7 +70,7 @@ registerView('about', {
             ['Program', `${program.name} ${program.version}`],
             ['Datafile', corpusText(input)],
             ['Words of an N-gram', String(n)],
-            ['Examples', cited ? `at most ${counted(cited.each, 'sentence')} for ${counted(cited.ngrams, ngramWord())}, ${counted(cited.sentences, 'different sentence')}` : 'none'],
+            ['Examples', cited ? `${cited.each === null ? 'all sentences' : `at most ${counted(cited.each, 'sentence')}`} for ${counted(cited.ngrams, ngramWord())}, ${counted(cited.sentences, 'different sentence')}` : 'none'],
           ])),
         _aboutSection('about-corpus', 'The corpus', _factList([
           ...(statistics ? /** @type {[string, Child][]} */ ([

@@ -27,7 +27,7 @@
  * @property {Choice} choice
  * @property {Measure[]} measures
  * @property {{files: number, words: number, sentences: number, ngrams: number} | null} statistics
- * @property {{each: number, ngrams: number, sentences: number, cited: boolean} | null} examples
+ * @property {{each: number | null, ngrams: number, sentences: number, cited: boolean} | null} examples
  * @property {ColumnPlace[]} columns
  * @property {ColumnPlace[]} exampleColumns
  */
