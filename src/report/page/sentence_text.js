@@ -42,11 +42,11 @@ function _placesOfForms(forms) {
   });
 }
 
-const _furthestForm = 40;
+const _furthestForm = 40;  // characters behind a word that has no place
 
 /**
  * Where the words stand in the text of their sentence. A word that is not there as it is, like a part of a contraction, has no
- * place; the next ones are looked for behind it.
+ * place; the next one is then looked for behind it, as a word by itself.
  * @param {string} text
  * @param {string[]} forms
  * @returns {TextPlace[]}
@@ -55,9 +55,8 @@ function placesOfWords(text, forms) {
   let end = 0;
   let missing = 0;
   return forms.map((form) => {
-    const start = form === '' ? -1 : text.indexOf(form, end);
-    const isNear = start >= 0 && start - end <= _furthestForm * (missing + 1);
-    if (!isNear || (missing === 0 && text.slice(end, start).trim() !== '')) {
+    const start = form === '' ? -1 : missing === 0 ? _startOfNext(text, form, end) : _startOfSome(text, form, end, missing);
+    if (start < 0) {
       ++missing;
       return null;
     }
@@ -65,4 +64,31 @@ function placesOfWords(text, forms) {
     end = start + form.length;
     return {start, end};
   });
+}
+
+/**
+ * With nothing but blanks before it.
+ * @param {string} text
+ * @param {string} form
+ * @param {number} from
+ */
+function _startOfNext(text, form, from) {
+  const blanks = text.slice(from).search(/\S|$/);
+  return text.startsWith(form, from + blanks) ? from + blanks : -1;
+}
+
+/**
+ * With something before it that belongs to the words without a place.
+ * @param {string} text
+ * @param {string} form
+ * @param {number} from
+ * @param {number} missing
+ */
+function _startOfSome(text, form, from, missing) {
+  const isInWord = (/** @type {number} */ place) => /^[\p{L}\p{M}\p{N}]{2}$/u.test(text.slice(place - 1, place + 1));
+  for (let start = text.indexOf(form, from); start >= 0; start = text.indexOf(form, start + 1)) {
+    if (start - from > _furthestForm * missing) return -1;
+    if (!isInWord(start) && !isInWord(start + form.length)) return start;
+  }
+  return -1;
 }
