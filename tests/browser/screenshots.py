@@ -2,8 +2,8 @@
 
 usage: screenshots.py BUILD_FOLDER FOLDER [REPORT...]
 
-Writes FOLDER/REPORT-VIEW-WIDTH-light.png and -dark.png, each with the whole length of the page, up to 3,000 pixels. The
-reports are those that the test browser.reports has made (reports.py).
+Writes FOLDER/REPORT-VIEW-WIDTH-light.png and -dark.png, each with the whole length of the page, up to 3,000 pixels, and
+FOLDER/readme.png. The reports are those that the test browser.reports has made (reports.py).
 """
 
 import base64
@@ -25,6 +25,21 @@ STATES = {
 WIDTHS = {"desktop": (1280, 900), "telephone": (390, 844)}
 
 
+def write(page, path, width, height):
+    picture = page.command("Page.captureScreenshot", captureBeyondViewport=True,
+                           clip={"x": 0, "y": 0, "width": width, "height": height, "scale": 1})
+    with open(path, "wb") as file:
+        file.write(base64.b64decode(picture["data"]))
+
+
+def write_readme(page, path):
+    """What README.md shows: "heavy rain", from its heading to its sentences."""
+    page.screen(1000, 700)
+    page.open("weather", "#lemma=rain")
+    page.go(page.run("return [...document.querySelectorAll('a.ngram')].find(link => link.textContent === 'heavy rain').hash"))
+    write(page, path, 1000, page.run("return Math.ceil(document.querySelectorAll('.ngram-section')[1].getBoundingClientRect().top)"))
+
+
 def main():
     folder, wanted = sys.argv[2], sys.argv[3:] or list(STATES)
     os.makedirs(folder, exist_ok=True)
@@ -37,12 +52,10 @@ def main():
                     page.open(report, address)
                     page.settle()
                     height = min(3000, page.run("return document.documentElement.scrollHeight"))
-                    picture = page.command("Page.captureScreenshot", captureBeyondViewport=True,
-                                           clip={"x": 0, "y": 0, "width": size[0], "height": max(height, size[1]), "scale": 1})
                     name = f"{report}-{view}-{width}-{'dark' if dark else 'light'}.png"
-                    with open(os.path.join(folder, name), "wb") as file:
-                        file.write(base64.b64decode(picture["data"]))
+                    write(page, os.path.join(folder, name), size[0], max(height, size[1]))
                     print(name)
+    write_readme(page, os.path.join(folder, "readme.png"))
     page.close()
     return 0
 
