@@ -41,8 +41,8 @@ class StringStore : public RandomSizedMemoryPool<char> {
   void close() { _is_closed = true; }
 
   // Returns the index of a text without zero bytes, which is copied when it is new, unless the store is closed. A text
-  // that is already there is found even when the store is full. Throws index_overflow when there is no index left (the table then keeps one
-  // entry too many) and string_too_long when the text does not fit in a block.
+  // that is already there is found even when the store is full. Throws index_overflow when there is no index left (the
+  // table then keeps one entry too many) and string_too_long when the text does not fit in a block.
   Index store(std::string_view text);
 
   // Returns the index of a text that is there; nothing is stored. The text may be anything.
