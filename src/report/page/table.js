@@ -140,7 +140,7 @@ class TableView {
       element('button', {
         type: 'button', class: 'sort', id: `sort-${name}`,
         onclick: (/** @type {MouseEvent} */ event) => this._sortBy(name, isNumber, event.shiftKey),
-      }, title, order, said));
+      }, element('span', {class: 'sort-title'}, title), order, said));
   }
 
   /**
