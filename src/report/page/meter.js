@@ -37,9 +37,11 @@ function tagNote(tag) {
  * @param {number} share of its greatest length, from 0 to 1
  */
 function meter(share) {
-  const width = Number.isFinite(share) ? Math.max(0, Math.min(1, share)) * 100 : share === Infinity ? 100 : 0;
-  return svg('svg', {class: 'meter', viewBox: '0 0 100 10', preserveAspectRatio: 'none', 'aria-hidden': 'true', focusable: 'false'},
-    svg('rect', {class: 'meter-bar', width: width.toFixed(2), height: 10}));
+  const length = share === Infinity ? 1 : Math.max(0, Math.min(1, share || 0));
+  const bar = element('span', {class: 'meter', 'aria-hidden': 'true'});
+  bar.style.inlineSize = `calc(var(--meter) * ${length.toFixed(3)})`;
+  bar.style.marginInlineEnd = `calc(var(--meter) * ${(1 - length).toFixed(3)})`;
+  return bar;
 }
 
 /** What N-grams of the report are called. */

@@ -2,7 +2,7 @@
 
 const _usualShow = 10;
 const _showChoices = [5, 10, 20, 50, 100];
-const _usualBlocks = 20;
+const _usualBlocks = 12;
 
 /** @param {string | undefined} text @param {number} usual @returns {number} a whole number from 1 */
 function naturalNumber(text, usual) {
