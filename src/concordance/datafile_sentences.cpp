@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <sstream>
+#include <string_view>
 #include <utility>
 
 #include <fmt/format.h>
@@ -75,7 +76,8 @@ void DatafileSentences::_read_words(const Place& place) {
     input.read(word.relation);
     if (input.fail() || order != ++expected) _fail(place);
     input.get();
-    word.lemma = std::string(kept_lemma(word.whole_lemma)).c_str();  // as the stores take texts up to a zero byte
+    const std::string_view kept = kept_lemma(word.whole_lemma);
+    word.lemma = kept.substr(0, kept.find('\0'));  // as the stores take texts up to a zero byte
     const auto kept_parent = static_cast<std::uint16_t>(parent);
     word.parent = kept_parent <= place.words ? kept_parent : 0;
   }

@@ -84,7 +84,9 @@ class WantedTrees {
     std::vector<Reading> readings;
   };
 
-  std::span<const NGram::Member> _members_of(std::uint32_t distinct) const { return {&_members[distinct * _n], _n}; }
+  std::span<const NGram::Member> _members_of(std::uint32_t distinct) const {
+    return {&_members[std::size_t{distinct} * _n], _n};
+  }
   bool _intern(const table::Block& block, std::span<NGram::Member> members);
   void _index_members(std::uint32_t ngram, std::span<const NGram::Member> members);
   std::uint32_t _find(WordRange sentence, std::span<const Position> positions) const;

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "companion/errors.h"
-#include "table/options.h"
 #include "companion/output.h"
+#include "table/options.h"
 #include "table/table.h"
 #include "tests/support/temporary_folder.h"
 
