@@ -9,7 +9,7 @@ const _lastPlace = {address: '', first: 0};
 const _manyRows = 200_000;  // from here on a sort takes long enough to be announced
 
 registerView('table', {
-  title: () => 'Table',
+  title: ({lemma}) => (lemma ? `Table: ${lemma}` : 'Table'),
   show(container, parameters) {
     _openTable?.close();
     _openTable = new TableView(container, parameters);
@@ -203,9 +203,10 @@ class TableView {
       type: 'button', id: `download-${format}`,
       onclick: async (/** @type {MouseEvent} */ event) => {
         const button = /** @type {HTMLButtonElement} */ (event.currentTarget);
-        button.disabled = true;
+        if (button.getAttribute('aria-busy') === 'true') return;
+        button.setAttribute('aria-busy', 'true');  // a disabled button would lose the focus
         await downloadTable(this._columns(), this._rows, format);
-        button.disabled = false;
+        button.removeAttribute('aria-busy');
       },
     }, format.toUpperCase());
     return element('div', {class: 'table-tools'}, this._columnChoice(),
