@@ -25,19 +25,21 @@ STATES = {
 WIDTHS = {"desktop": (1280, 900), "telephone": (390, 844)}
 
 
-def write(page, path, width, height):
+def write(page, path, width, height, scale=1):
     picture = page.command("Page.captureScreenshot", captureBeyondViewport=True,
-                           clip={"x": 0, "y": 0, "width": width, "height": height, "scale": 1})
+                           clip={"x": 0, "y": 0, "width": width, "height": height, "scale": scale})
     with open(path, "wb") as file:
         file.write(base64.b64decode(picture["data"]))
 
 
 def write_readme(page, path):
     """What README.md shows: "heavy rain", from its heading to its sentences."""
-    page.screen(1000, 700)
+    page.screen(920, 700)
     page.open("weather", "#lemma=rain")
     page.go(page.run("return [...document.querySelectorAll('a.ngram')].find(link => link.textContent === 'heavy rain').hash"))
-    write(page, path, 1000, page.run("return Math.ceil(document.querySelectorAll('.ngram-section')[1].getBoundingClientRect().top)"))
+    # Without the room that is kept for a scroll bar.
+    width, height = page.run("return [document.body.clientWidth, document.querySelectorAll('.ngram-section h2')[1].offsetTop - 30]")
+    write(page, path, width, height, 2)
 
 
 def main():
