@@ -7,7 +7,8 @@ function _aboutSection(id, title, ...children) {
 
 /** @param {[string, Child][]} facts */
 function _factList(facts) {
-  return element('dl', {class: 'facts'}, ...facts.map(([name, value]) => element('div', null, element('dt', null, name), element('dd', null, value))));
+  return element('dl', {class: 'facts'},
+    ...facts.map(([name, value]) => element('div', null, element('dt', null, name), element('dd', null, value))));
 }
 
 /** @returns {Child[]} */
@@ -18,7 +19,8 @@ function _aboutChoice() {
   const facts = [
     [`${many} in the datafile`, formatCount(choice.found)],
     ['Least frequency', choice.minFrequency > 1 ? formatCount(choice.minFrequency) : 'none'],
-    ['Conditions', choice.conditions.length === 0 ? 'none' : element('ul', null, ...choice.conditions.map((one) => element('li', null, element('code', null, one))))],
+    ['Conditions', choice.conditions.length === 0 ? 'none'
+      : element('ul', null, ...choice.conditions.map((one) => element('li', null, element('code', null, one))))],
     [`${many} that meet both`, formatCount(choice.chosen)],
     ['Order', choice.sort ? element('code', null, choice.sort) : 'as in the datafile'],
     [`${many} in this report`, formatCount(choice.shown)],
@@ -27,9 +29,12 @@ function _aboutChoice() {
   return [
     _factList(facts),
     element('p', null, choice.shown === choice.found ? 'Nothing was left out.' : left > 0
-      ? `Left out: ${formatCount(choice.found - choice.chosen)} that do not meet the conditions, and ${formatCount(left)} that come after the first ${formatCount(choice.shown)}.`
+      ? `Left out: ${formatCount(choice.found - choice.chosen)} that do not meet the conditions, and ${formatCount(left)} `
+        + `that come after the first ${formatCount(choice.shown)}.`
       : `Left out: ${formatCount(choice.found - choice.chosen)} that do not meet the conditions.`),
-    element('p', {class: 'soft'}, `What a contingency table counts is not changed by this: it counts the whole corpus. Sums on these pages, such as the frequency of a word, are those of the ${many} of this report.`),
+    element('p', {class: 'soft'},
+      `What a contingency table counts is not changed by this: it counts the `
+      + `whole corpus. Sums on these pages, such as the frequency of a word, are those of the ${many} of this report.`),
     measures.length === 0 && element('p', null, 'The report has no measures.'),
   ];
 }
@@ -46,13 +51,20 @@ function _aboutMeasures() {
 /** @returns {HTMLElement} */
 function _aboutKeys() {
   /** @param {...string} names */
-  const keys = (...names) => element('span', null, ...names.flatMap((name, i) => [i === 0 ? '' : ' ', element('kbd', null, name)]));
+  const keys = (...names) => element('span', null,
+    ...names.flatMap((name, i) => [i === 0 ? '' : ' ', element('kbd', null, name)]));
   return _factList([
     ['Search for a word', keys('/')],
     ['Through the suggestions, take one', keys('↓', '↑', 'Enter')],
     ['Close the suggestions', keys('Esc')],
     ['Back to what was shown before', keys('Alt', '←')],
   ]);
+}
+
+/** @param {NonNullable<Meta['examples']>} cited */
+function _aboutExamples({each, ngrams, sentences}) {
+  const many = each === null ? 'all sentences' : `at most ${counted(each, 'sentence')}`;
+  return `${many} for ${counted(ngrams, ngramWord())}, ${counted(sentences, 'different sentence')}`;
 }
 
 registerView('about', {
@@ -64,13 +76,14 @@ registerView('about', {
         element('p', {class: 'lead'}, 'Where its numbers come from, and how to read them.')),
       element('div', {class: 'about'},
         _aboutSection('about-made', 'How it was made',
-          element('pre', {class: 'command', tabindex: 0, role: 'region', 'aria-label': 'Command line'}, element('code', null, shorten(visible(program.commandLine), 4000))),
+          element('pre', {class: 'command', tabindex: 0, role: 'region', 'aria-label': 'Command line'},
+            element('code', null, shorten(visible(program.commandLine), 4000))),
           copyButton('Copy the command', () => program.commandLine),
           _factList([
             ['Program', `${program.name} ${program.version}`],
             ['Datafile', corpusText(input)],
             ['Words of an N-gram', String(n)],
-            ['Examples', cited ? `${cited.each === null ? 'all sentences' : `at most ${counted(cited.each, 'sentence')}`} for ${counted(cited.ngrams, ngramWord())}, ${counted(cited.sentences, 'different sentence')}` : 'none'],
+            ['Examples', cited ? _aboutExamples(cited) : 'none'],
           ])),
         _aboutSection('about-corpus', 'The corpus', _factList([
           ...(statistics ? /** @type {[string, Child][]} */ ([
@@ -79,13 +92,17 @@ registerView('about', {
             ['Sentences', formatCount(statistics.sentences)],
           ]) : []),
           [`${ngramWord()}s extracted from it`, formatCount(total)],
-        ]), !statistics && element('p', {class: 'soft'}, 'How many words and sentences it has was not told to the program (option -s).')),
+        ]),
+          !statistics && element('p', {class: 'soft'}, 'How many words and sentences it has was not told to the program (option -s).')),
         _aboutSection('about-choice', 'What is in the report', ..._aboutChoice()),
         report.meta.measures.length > 0 && _aboutSection('about-measures', 'Measures',
-          element('p', {class: 'soft'}, 'f is the frequency of the N-gram, f_1, f_2, … (f_k) are those of its N words, each in its place, n is the number of all occurrences. O[i] are the counts of the contingency table, O[0] that of what has none of the words; E[i] are the counts that one would expect if the words were independent, and E is that of the N-gram.'),
+          element('p', {class: 'soft'}, 'f is the frequency of the N-gram, f_1, f_2, … (f_k) are those of its N words, each in its '
+            + 'place, n is the number of all occurrences. O[i] are the counts of the contingency table, O[0] that of what has none '
+            + 'of the words; E[i] are the counts that one would expect if the words were independent, and E is that of the N-gram.'),
           _aboutMeasures()),
         _aboutSection('about-keys', 'By keyboard', _aboutKeys()),
         _aboutSection('about-file', 'This file', element('p', null,
-          'The page is one file with all its data. It asks for nothing on the network and sends nothing. Every state of it has an address, so that it can be kept as a bookmark or sent to somebody who has the file, too.'))));
+          'The page is one file with all its data. It asks for nothing on the network and sends nothing. Every state of it has an '
+          + 'address, so that it can be kept as a bookmark or sent to somebody who has the file, too.'))));
   },
 });

@@ -12,6 +12,7 @@ set(page_scripts
   dom.js
   clipboard.js
   data.js
+  report.js
   sentences.js
   relations.js
   router.js

@@ -98,14 +98,17 @@ function _showRelations() {
           element('td', {class: 'number'}, formatCount(rows)),
           meterCell(scale, i));
       }))),
-    counts.length > _relationsAtStart && element('p', {class: 'small'}, element('a', {href: address('picture')}, `All ${formatCount(counts.length)} relations`)));
+    counts.length > _relationsAtStart && element('p', {class: 'small'},
+      element('a', {href: address('picture')}, `All ${formatCount(counts.length)} relations`)));
 }
 
 /** @returns {string} */
 function _summary() {
   const {statistics, n} = report.meta;
-  const what = n === 2 ? 'pairs of words that depend on one another' : `N-grams of ${n} words that hang together in a dependency tree`;
-  const from = statistics ? `, counted in ${counted(statistics.words, 'word')} of ${counted(statistics.sentences, 'sentence')}` : '';
+  const what = n === 2 ? 'pairs of words that depend on one another'
+    : `N-grams of ${n} words that hang together in a dependency tree`;
+  const from = !statistics ? ''
+    : `, counted in ${counted(statistics.words, 'word')} of ${counted(statistics.sentences, 'sentence')}`;
   return `${formatCount(report.rows)} ${what}, with ${counted(report.lemmas, 'different word')}${from}.`;
 }
 
@@ -120,7 +123,8 @@ registerView('start', {
   title: () => '',
   show(container) {
     container.append(
-      element('div', {class: 'heading'}, element('h1', null, corpusText(report.meta.title)), element('p', {class: 'lead'}, _summary()), _selection()),
+      element('div', {class: 'heading'},
+        element('h1', null, corpusText(report.meta.title)), element('p', {class: 'lead'}, _summary()), _selection()),
       element('div', {class: 'home'},
         element('section', {class: 'home-words', 'aria-labelledby': 'words'},
           element('h2', {id: 'words'}, 'Most frequent words'),

@@ -29,7 +29,8 @@ function ngramLink(row) {
 function tagNote(tag) {
   const text = report.tagText(tag);
   const kept = text.replace(/-+$/, '');
-  return kept === '' ? null : element('span', {class: 'tag', title: kept === text ? null : shorten(visible(text))}, shorten(visible(kept), 20));
+  if (kept === '') return null;
+  return element('span', {class: 'tag', title: kept === text ? null : shorten(visible(text))}, shorten(visible(kept), 20));
 }
 
 /**
@@ -69,7 +70,9 @@ function quantity(name) {
   if (name === 'frequency')
     return {name, title: 'frequency', values: report.frequency, isSmallBest: false, isLogarithmic: true};
   const measure = report.meta.measures.find((one) => one.name === name);
-  return measure ? {name, title: measure.title, values: report.measure(name), isSmallBest: isSmallBest(measure), isLogarithmic: measure.log} : null;
+  if (!measure) return null;
+  const {title, log} = measure;
+  return {name, title, values: report.measure(name), isSmallBest: isSmallBest(measure), isLogarithmic: log};
 }
 
 /**
@@ -98,7 +101,11 @@ function better({values, isSmallBest: smallBest}) {
  * @property {number} width of the longest text, in digits
  */
 
-/** @param {boolean} isLogarithmic @param {number} largest @returns {(x: number) => string} of a probability the digits that count */
+/**
+ * @param {boolean} isLogarithmic
+ * @param {number} largest
+ * @returns {(x: number) => string} of a probability the digits that count
+ */
 function _quantityFormat(isLogarithmic, largest) {
   return isLogarithmic && largest <= 1 ? (x) => formatNumber(x, 3) : columnFormat(largest);
 }

@@ -44,7 +44,8 @@ function _profileSettings(parameters, lemma) {
  * @param {(value: string) => void} onChange
  */
 function selectField(id, label, choices, chosen, onChange) {
-  const select = element('select', {id}, ...choices.map(([value, text]) => element('option', {value, selected: value === chosen}, text)));
+  const select = element('select', {id},
+    ...choices.map(([value, text]) => element('option', {value, selected: value === chosen}, text)));
   select.addEventListener('change', () => onChange(select.value));
   return element('div', {class: 'field'}, element('label', {for: id}, label), select);
 }
@@ -53,19 +54,25 @@ function selectField(id, label, choices, chosen, onChange) {
 function _profileControls(parameters, settings, lemma) {
   /** @param {Record<string, string | number>} change */
   const change = (change) => go('lemma', {...parameters, ...change}, {replace: true});
-  const least = element('input', {id: 'profile-least', type: 'number', min: 1, step: 1, inputmode: 'numeric', value: settings.least});
+  const least = element('input',
+    {id: 'profile-least', type: 'number', min: 1, step: 1, inputmode: 'numeric', value: settings.least});
   least.addEventListener('change', () => change({least: naturalNumber(least.value, 1)}));
   const shows = _showChoices.includes(settings.show) ? _showChoices : [settings.show, ..._showChoices].sort((a, b) => a - b);
   const tags = tagsOfLemma(lemma);
   /** @type {[string, string][]} */
-  const sorts = [...report.meta.measures.map((measure) => /** @type {[string, string]} */ ([measure.name, measure.title])), ['frequency', 'Frequency']];
+  const tagChoices = [['', 'all']];
+  for (const {tag, frequency} of tags)
+    tagChoices.push([report.tagText(tag), `${shorten(visible(report.tagText(tag)), 30)} (${formatCount(frequency)})`]);
+  /** @type {[string, string][]} */
+  const sorts = [];
+  for (const {name, title} of report.meta.measures) sorts.push([name, title]);
+  sorts.push(['frequency', 'Frequency']);
   return element('div', {class: 'controls', role: 'group', 'aria-label': 'What the blocks show'},
     selectField('profile-sort', 'Sort by', sorts, settings.sort.name, (sort) => change({sort})),
     element('div', {class: 'field'}, element('label', {for: 'profile-least'}, 'Least frequency'), least),
-    selectField('profile-show', 'Rows a block', shows.map((n) => [String(n), String(n)]), String(settings.show), (show) => change({show})),
-    tags.length > 1 && selectField('profile-tag', 'Tag of the word',
-      [['', 'all'], ...tags.map(({tag, frequency}) => /** @type {[string, string]} */ ([report.tagText(tag), `${shorten(visible(report.tagText(tag)), 30)} (${formatCount(frequency)})`]))],
-      settings.tag, (tag) => change({tag})));
+    selectField('profile-show', 'Rows a block', shows.map((n) => [String(n), String(n)]), String(settings.show),
+      (show) => change({show})),
+    tags.length > 1 && selectField('profile-tag', 'Tag of the word', tagChoices, settings.tag, (tag) => change({tag})));
 }
 
 /** Goes to a block without leaving the view. @param {string} id */
@@ -94,7 +101,8 @@ function _showUnknown(container, text) {
   const similar = wordIndex.suggest(text, 12);
   container.append(element('div', {class: 'heading'}, element('h1', {class: 'headword'}, corpusText(text)),
     element('p', {class: 'soft'}, `No ${ngramWord()} of this report has this word.`,
-      choice.shown < choice.found && ` Of the ${counted(choice.found, ngramWord())} of the datafile it holds ${formatCount(choice.shown)}.`)));
+      choice.shown < choice.found
+        && ` Of the ${counted(choice.found, ngramWord())} of the datafile it holds ${formatCount(choice.shown)}.`)));
   if (similar.length > 0) container.append(element('h2', null, 'Words that look alike'), wordList(similar));
 }
 
@@ -124,9 +132,12 @@ function _showProfile(container, parameters) {
     go('lemma', {...parameters, open: Array.from(settings.open).join(',')}, {replace: true});
   }))));
   if (shown.length < blocks.length)
-    container.append(element('p', {class: 'more-blocks soft'}, `${formatCount(shown.length)} of ${counted(blocks.length, 'block')} `,
-      element('button', {type: 'button', id: 'more-blocks',
-        onclick: () => go('lemma', {...parameters, blocks: settings.blocks + _usualBlocks}, {replace: true})}, 'Show more blocks')));
+    container.append(element('p', {class: 'more-blocks soft'},
+      `${formatCount(shown.length)} of ${counted(blocks.length, 'block')} `,
+      element('button', {
+        type: 'button', id: 'more-blocks',
+        onclick: () => go('lemma', {...parameters, blocks: settings.blocks + _usualBlocks}, {replace: true}),
+      }, 'Show more blocks')));
   if (parameters.block) requestAnimationFrame(() => _goToBlock(parameters.block));
 }
 

@@ -20,16 +20,17 @@ const _mostRowsOfBlock = 1000;
  * What a block shows, for its heading and the list of blocks: "Atr of rain", "rain as Sb of", "* <Atr rain <Sb *".
  * @param {ProfileBlock} block
  * @param {string} lemma
- * @returns {Node[]}
+ * @returns {Child[]}
  */
 function blockTitle(block, lemma) {
   const word = corpusText(lemma, 'headword');
   if (block.word >= 0) {
     const shown = shorten(visible(lemma), 30);
-    return [element('bdi', {class: 'block-pattern', dir: 'ltr'}, report.patternText(block.rows[0], (k) => k === block.word ? `\u2068${shown}\u2069` : '∗'))];
+    const pattern = report.patternText(block.rows[0], (k) => k === block.word ? `\u2068${shown}\u2069` : '∗');
+    return [element('bdi', {class: 'block-pattern', dir: 'ltr'}, pattern)];
   }
   const relation = element('span', {class: 'relation'}, visible(block.relation));
-  return block.isHead ? [relation, document.createTextNode(' of '), word] : [word, document.createTextNode(' as '), relation, document.createTextNode(' of')];
+  return block.isHead ? [relation, ' of ', word] : [word, ' as ', relation, ' of'];
 }
 
 /**
@@ -48,11 +49,11 @@ function _wordsOfRow(block, settings, row) {
       ? element('span', {class: 'tagged'}, corpusText(text, 'lemma'), settings.showsTag && tagNote(report.tag[k][row]))
       : element('span', {class: 'tagged'}, lemmaLink(report.lemma[k][row], settings.kept), tagNote(report.tag[k][row])));
   });
+  const link = report.n === 2 ? ngramLink(row)
+    : element('a', {href: address('ngram', {ngram: row + 1}), 'aria-label': `open ${shorten(visible(texts.join(' ')))}`}, 'open');
   return [
     element('th', {scope: 'row', class: 'collocate'}, words),
-    element('td', {class: 'in-order'}, report.n === 2 ? ngramLink(row)
-      : element('a', {href: address('ngram', {ngram: row + 1}), 'aria-label': `open ${shorten(visible(texts.join(' ')))}`}, 'open'),
-    report.n === 2 && settings.showsTag && tagNote(report.tag[place][row])),
+    element('td', {class: 'in-order'}, link, report.n === 2 && settings.showsTag && tagNote(report.tag[place][row])),
   ];
 }
 
@@ -89,7 +90,11 @@ function showBlock(block, settings, scale, onOpen) {
   const shown = Math.min(size, isOpen ? _mostRowsOfBlock : settings.show);
   const rows = block.rows.sort(better(settings.sort)).slice(0, shown);
   const meaning = relationMeaning(block.relation);
-  const table = {lemma: settings.lemma, whole: 'yes', relation: block.relation, sort: `${settings.sort.isSmallBest ? '+' : '-'}${settings.sort.name}`, least: settings.least};
+  const table = {
+    lemma: settings.lemma, whole: 'yes', relation: block.relation, least: settings.least,
+    sort: `${settings.sort.isSmallBest ? '+' : '-'}${settings.sort.name}`,
+  };
+  const more = size <= _mostRowsOfBlock ? 'Show all' : `Show ${formatCount(_mostRowsOfBlock)}`;
   return element('section', {class: 'block', id: `block-${block.id}`, 'aria-labelledby': `title-${block.id}`},
     element('div', {class: 'block-heading'},
       block.word >= 0 && drawShape(block.rows[0], {word: block.word}),
@@ -98,7 +103,8 @@ function showBlock(block, settings, scale, onOpen) {
     _blockTable(block, settings, rows, scale),
     element('p', {class: 'block-foot small soft'},
       element('span', null, `${formatCount(shown)} of ${formatCount(size)}`),
-      size > settings.show && element('button', {type: 'button', class: 'quiet', id: `open-${block.id}`, 'aria-expanded': String(isOpen),
-        onclick: () => onOpen(!isOpen)}, isOpen ? 'Show fewer' : size <= _mostRowsOfBlock ? 'Show all' : `Show ${formatCount(_mostRowsOfBlock)}`),
+      size > settings.show && element('button', {
+        type: 'button', class: 'quiet', id: `open-${block.id}`, 'aria-expanded': String(isOpen), onclick: () => onOpen(!isOpen),
+      }, isOpen ? 'Show fewer' : more),
       block.word < 0 && element('a', {href: address('table', table)}, 'In the table')));
 }

@@ -1,4 +1,5 @@
-// A word's N-grams in blocks: pairs by relation and direction, longer N-grams by the shape of the tree and the word's place in it.
+// A word's N-grams in blocks: pairs by relation and direction, longer N-grams by the shape of the tree and the word's place in
+// it.
 
 /**
  * @typedef {object} ProfileBlock

@@ -28,7 +28,8 @@ function registerView(name, view) {
 
 /** @param {string} text */
 function _encoded(text) {
-  return encodeURIComponent(text.toWellFormed ? text.toWellFormed() : text).replace(/%(?:2B|2C|2F|3A|3D|2A)/g, decodeURIComponent);
+  const sound = text.toWellFormed ? text.toWellFormed() : text;  // halves of signs cannot be encoded
+  return encodeURIComponent(sound).replace(/%(?:2B|2C|2F|3A|3D|2A)/g, decodeURIComponent);
 }
 
 /** @param {string} text */
@@ -116,7 +117,8 @@ function _rewrite(to) {
 }
 
 /**
- * The title of the window. Nothing there keeps one text's marks of direction from turning the next one around, so they are left out.
+ * The title of the window. Nothing there keeps one text's marks of direction from turning the next one around, so they are left
+ * out.
  * @param {{name: string, parameters: Query}} here
  */
 function _titleOf({name, parameters}) {
@@ -150,7 +152,8 @@ function _show() {
   } catch (error) {
     console.error(error);
     clear(container).append(element('div', {class: 'notice'}, element('h1', null, 'This cannot be shown'),
-      element('p', null, `The data of the report do not fit together, or the page is wrong: ${error instanceof Error ? error.message : error}.`)));
+      element('p', null,
+        `The data of the report do not fit together, or the page is wrong: ${error instanceof Error ? error.message : error}.`)));
   }
   document.title = _titleOf({name, parameters});
   _markInNavigation(name);

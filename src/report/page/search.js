@@ -30,9 +30,10 @@ class SearchField {
     if (typed.trim() === '') return;
     this._lemmas = wordIndex.suggest(typed, _mostSuggestions);
     this._status.textContent = this._lemmas.length === 0 ? 'No word found' : counted(this._lemmas.length, 'suggestion');
-    this._lemmas.forEach((lemma, i) => this._list.append(element('li', {id: `suggestion-${i}`, role: 'option', 'aria-selected': 'false'},
-      corpusText(report.lemmaText(lemma)),
-      element('span', {class: 'soft small number'}, formatCount(report.lemmaFrequency[lemma])))));
+    this._lemmas.forEach((lemma, i) => this._list.append(
+      element('li', {id: `suggestion-${i}`, role: 'option', 'aria-selected': 'false'},
+        corpusText(report.lemmaText(lemma)),
+        element('span', {class: 'soft small number'}, formatCount(report.lemmaFrequency[lemma])))));
     if (this._lemmas.length === 0) return;
     this._list.hidden = false;
     this._input.setAttribute('aria-expanded', 'true');
@@ -84,7 +85,8 @@ class SearchField {
   /** A slash outside of fields goes to the search. @param {KeyboardEvent} event */
   _onPageKey(event) {
     const target = /** @type {HTMLElement} */ (event.target);
-    if (event.key !== '/' || event.ctrlKey || event.metaKey || event.altKey || /^(?:INPUT|TEXTAREA|SELECT)$/.test(target.tagName)) return;
+    if (event.key !== '/' || event.ctrlKey || event.metaKey || event.altKey) return;
+    if (/^(?:INPUT|TEXTAREA|SELECT)$/.test(target.tagName)) return;
     event.preventDefault();
     this._input.focus();
     this._input.select();

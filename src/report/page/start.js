@@ -25,7 +25,8 @@ async function _start() {
   byId('too-old').remove();
   const lacking = _missing();
   if (lacking) {
-    _complain('This browser is too old', `It has no ${lacking}. Please open the file in a Chrome, Edge, Firefox or Safari from 2023 or later.`);
+    _complain('This browser is too old',
+      `It has no ${lacking}. Please open the file in a Chrome, Edge, Firefox or Safari from 2023 or later.`);
     return;
   }
   try {
@@ -40,7 +41,8 @@ async function _start() {
       `What went wrong: ${String(error instanceof Error ? error.message : error).replace(/\.$/, '')}.`);
     return;
   }
-  byId('foot').textContent = `Made by ${report.meta.program.name} ${report.meta.program.version}. This page works without a network.`;
+  const {name, version} = report.meta.program;
+  byId('foot').textContent = `Made by ${name} ${version}. This page works without a network.`;
   byId('skip').addEventListener('click', (event) => {
     event.preventDefault();
     byId('main').focus();

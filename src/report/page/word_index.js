@@ -6,7 +6,9 @@ const _lemmasInPiece = 1024;
 const _mostPauseless = 8;  // milliseconds
 const _longestFolded = 200;
 /** @type {Record<string, string>} letters that do not come apart into a letter and a mark */
-const _plainLetters = {ß: 'ss', æ: 'ae', œ: 'oe', ø: 'o', đ: 'd', ð: 'd', ł: 'l', ħ: 'h', ı: 'i', þ: 'th', ς: 'σ', ى: 'ي', ـ: ''};
+const _plainLetters = {
+  ß: 'ss', æ: 'ae', œ: 'oe', ø: 'o', đ: 'd', ð: 'd', ł: 'l', ħ: 'h', ı: 'i', þ: 'th', ς: 'σ', ى: 'ي', ـ: '',
+};
 
 /** @typedef {{text: string, starts: Uint32Array, begin: number}} Piece folded lemmas, each after a line feed */
 
@@ -18,7 +20,8 @@ const _plainLetters = {ß: 'ss', æ: 'ae', œ: 'oe', ø: 'o', đ: 'd', ð: 'd', 
 function fold(text) {
   const start = text.slice(0, _longestFolded).toLowerCase();
   if (/^[\x21-\x7e]*$/.test(start)) return start;
-  return start.normalize('NFKD').replace(/[\p{M}\p{Cf}\s]/gu, '').replace(/[ßæœøđðłħıþςىـ]/g, (letter) => _plainLetters[letter]);
+  return start.normalize('NFKD').replace(/[\p{M}\p{Cf}\s]/gu, '')
+    .replace(/[ßæœøđðłħıþςىـ]/g, (letter) => _plainLetters[letter]);
 }
 
 /**
