@@ -38,15 +38,16 @@ _ngrex_value_of() {
     ngrex-table:--sort) echo "list: $columns $(printf '+%s ' $columns) $(printf -- '-%s ' $columns)" ;;
     ngrex-table:--top | ngrex-table:--min-frequency | ngrex-table:--precision | ngrex-table:--where | ngrex-table:--memory | ngrex-table:--profile) echo text ;;
     ngrex-examples:-[fio] | ngrex-examples:--list | ngrex-examples:--rules | ngrex-examples:--output | ngrex-examples:--sentences) echo files ;;
+    ngrex-examples:--context-sentences | ngrex-report:--context-sentences) echo '0 1 2' ;;
     ngrex-examples:--format) echo 'text kwic tsv jsonl conllu' ;;
     ngrex-examples:--sort) echo "list: $columns $(printf '+%s ' $columns) $(printf -- '-%s ' $columns)" ;;
-    ngrex-examples:-[dm] | ngrex-examples:--prefix | ngrex-examples:--mask | ngrex-examples:--where | ngrex-examples:--min-frequency | ngrex-examples:--top) echo text ;;
+    ngrex-examples:-[dm] | ngrex-examples:--context-words | ngrex-examples:--prefix | ngrex-examples:--mask | ngrex-examples:--where | ngrex-examples:--min-frequency | ngrex-examples:--top) echo text ;;
     ngrex-examples:--memory | ngrex-examples:--pattern | ngrex-examples:--examples) echo text ;;
     ngrex-report:-[ofis] | ngrex-report:--output | ngrex-report:--statistics | ngrex-report:--list | ngrex-report:--rules | ngrex-report:--sentences) echo files ;;
     ngrex-report:--measures) echo "list: $measures" ;;
     ngrex-report:--sort) echo "list: $columns $(printf '+%s ' $columns) $(printf -- '-%s ' $columns)" ;;
     ngrex-report:--top | ngrex-report:--min-frequency | ngrex-report:--where | ngrex-report:--memory | ngrex-report:--title | ngrex-report:--examples) echo text ;;
-    ngrex-report:-[dm] | ngrex-report:--prefix | ngrex-report:--mask) echo text ;;
+    ngrex-report:-[dm] | ngrex-report:--context-words | ngrex-report:--prefix | ngrex-report:--mask) echo text ;;
   esac
 }
 
@@ -67,12 +68,12 @@ _ngrex_complete() {
         --merge --within --compare --contexts --statistics -h --help --version'
       ;;
     ngrex-examples)
-      options='-i --list -d --prefix -m --mask -f --rules -o --output --where --ignore-case --min-frequency --sort --top --memory --pattern --examples --first
+      options='-i --list -d --prefix -m --mask -f --rules --context-sentences --context-words -o --output --where --ignore-case --min-frequency --sort --top --memory --pattern --examples --first
         --sentences --format --tree -h --help --version'
       ;;
     ngrex-report)
       options='-o --output --measures --sort --memory --top --min-frequency --where --ignore-case --title -s --statistics
-        -i --list -d --prefix -m --mask -f --rules --examples --sentences -h --help --version'
+        -i --list -d --prefix -m --mask -f --rules --context-sentences --context-words --examples --sentences -h --help --version'
       ;;
   esac
 

@@ -1,6 +1,7 @@
 #include "concordance/corpus_settings.h"
 
 #include <cstddef>
+#include <limits>
 #include <utility>
 
 #include <fmt/format.h>
@@ -20,6 +21,13 @@ std::string path_of(const GivenOption& given) {
 std::string mask_of(const GivenOption& given) {
   if (!settings::check_mask(given.value.c_str())) reject(given, "a mask of * and -");
   return given.value;
+}
+
+std::uint32_t radius_of(const GivenOption& given) {
+  constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
+  const std::size_t radius = whole_number(given, 0);
+  if (radius > most) reject(given, fmt::format("at most {}", most));
+  return static_cast<std::uint32_t>(radius);
 }
 
 std::vector<ListedDatafile> datafiles_of(const CorpusSettings& settings) {

@@ -1,11 +1,11 @@
 #include "concordance/search.h"
 
 #include <algorithm>
+#include <deque>
 #include <fstream>
 #include <limits>
 #include <memory>
 #include <numeric>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -49,9 +49,9 @@ std::uint64_t _hash_text(std::string_view text) {
 }
 
 // By what a reader sees of a sentence.
-std::uint64_t _hash_forms(const WordForms& forms) {
+std::uint64_t _hash_forms(const WordForms& forms, std::size_t first, std::size_t count) {
   std::uint64_t hash = hash_keys[6];
-  for (std::size_t i = 0; i < forms.size(); ++i)
+  for (std::size_t i = first; i < first + count; ++i)
     hash = mix(hash ^ _hash_text(forms[i]), hash_keys[7]);
   return hash;
 }
@@ -116,6 +116,13 @@ class Search::Work {
   const ExampleSentence& sentence(const Place& place) { return _sentences.at(place); }
 
  private:
+  // A sentence that was read: its words, the hash of its forms when it has hits, and these.
+  struct SentenceAhead {
+    std::uint32_t words;
+    std::uint64_t hash;
+    std::vector<Hit> hits;
+  };
+
   // Returns false when no more of the corpus needs to be read.
   bool _search(std::uint32_t datafile, const WarningSink& warn) {
     const std::string& path = _datafiles[datafile].path;
@@ -134,31 +141,68 @@ class Search::Work {
     return true;
   }
 
+  // ngrex reads as far ahead as its context window goes, and counts no further sentence when it has counted one after
+  // it came to the end of the datafile.
   bool _search(std::istream& stream, std::uint32_t datafile, const WarningSink& warn) {
     // On the heap because of its caches.
     const auto parser = std::make_unique<Parser>(stream, _wanted.lemmas(), _wanted.tags(), warn, &_forms);
-    while (!_choice->is_full()) {
-      _words.drop_front(_words.size());
-      _forms.clear();
-      if (!parser->next(1, ContextWindow::sentences, _words)) return true;
-      const SentenceExtent& extent = parser->sentences().front();
-      _search({datafile, extent.line, extent.length, extent.begin, extent.end});
+    const auto [mode, radius] = _settings.window;
+    _ahead.clear();
+    _read(*parser, datafile, 1, ContextWindow::sentences);
+    if (radius != 0) _read(*parser, datafile, radius, mode);
+    while (!_ahead.empty()) {
+      _count(_ahead.front());
+      if (_choice->is_full()) return false;
+      if (parser->at_end()) return true;
+      if (mode == ContextWindow::sentences) {
+        _read(*parser, datafile, 1, mode);
+      } else if (_ahead.size() > 1) {
+        const std::uint64_t beyond = _words_behind_the_next();
+        if (beyond < radius) _read(*parser, datafile, radius - static_cast<std::uint32_t>(beyond), mode);
+      }
+      _ahead.pop_front();
     }
-    return false;
+    return true;
   }
 
-  // Looks for hits in the sentence in hand.
-  void _search(const Place& place) {
-    std::optional<std::uint64_t> hash;  // of the sentence
+  // Reads sentences, as many as Parser::next does, and looks for hits in them.
+  void _read(Parser& parser, std::uint32_t datafile, std::uint32_t limit, ContextWindow::Mode mode) {
+    _words.drop_front(_words.size());
+    _forms.clear();
+    if (!parser.next(limit, mode, _words)) return;
+    std::size_t first = 0;
+    for (const SentenceExtent& extent : parser.sentences()) {
+      _ahead.push_back({extent.length, 0, {}});
+      _search({datafile, extent.line, extent.length, extent.begin, extent.end}, first, _ahead.back());
+      first += extent.length;
+    }
+  }
+
+  // Looks for hits in the sentence whose words begin at `first`.
+  void _search(const Place& place, std::size_t first, SentenceAhead& sentence) {
+    const WordIterator begin = _words.begin() + first;
     Hit hit;
     hit.place = place;
-    _finder.for_each({_words.begin(), _words.end()}, [&](std::size_t ngram, std::span<const Position> positions) {
-      if (!hash.has_value()) hash = _hash_forms(_forms);
+    _finder.for_each({begin, begin + place.words}, [&](std::size_t ngram, std::span<const Position> positions) {
+      if (sentence.hits.empty()) sentence.hash = _hash_forms(_forms, first, place.words);
       hit.ngram = ngram;
       std::copy(positions.begin(), positions.end(), hit.positions.begin());
-      ++_found[ngram];
-      _choice->add(hit, *hash);
+      sentence.hits.push_back(hit);
     });
+  }
+
+  void _count(const SentenceAhead& sentence) {
+    for (const Hit& hit : sentence.hits) {
+      ++_found[hit.ngram];
+      _choice->add(hit, sentence.hash);
+    }
+  }
+
+  std::uint64_t _words_behind_the_next() const {
+    std::uint64_t words = 0;
+    for (std::size_t i = 2; i < _ahead.size(); ++i)
+      words += _ahead[i].words;
+    return words;
   }
 
   const CorpusSettings& _settings;
@@ -171,8 +215,9 @@ class Search::Work {
   std::vector<std::uint64_t> _found;  // by N-gram
   std::unique_ptr<HitChoice> _choice;
   bool _is_complete = false;
-  WordQueue _words;  // of the sentence in hand
+  WordQueue _words;  // of the sentences in hand
   WordForms _forms;
+  std::deque<SentenceAhead> _ahead;  // the sentence in hand and those that have been read ahead
 };
 
 Search::Search(const CorpusSettings& settings, const std::vector<ListedDatafile>& datafiles, unsigned n)

@@ -1,7 +1,7 @@
 #pragma once
 
-// Finds the occurrences of N-grams in a corpus: exactly those that ngrex counts with the same list, prefix, mask and
-// rules, each as often as ngrex counts it.
+// Finds the occurrences of N-grams in a corpus: exactly those that ngrex counts with the same list, prefix, mask, rules
+// and context window, each as often as ngrex counts it.
 
 #include <cstddef>
 #include <cstdint>

@@ -34,6 +34,8 @@ constexpr auto _rows = std::to_array<OptionRow>({
     Corpus::prefix,
     Corpus::mask,
     Corpus::rules,
+    Corpus::context_sentences,
+    Corpus::context_words,
     {{"-o,--output", "FILE", "write the examples to FILE; - is standard output, the default"},
      [](Options& options, const GivenOption& given) {
        options.output = given.value == "-" ? "" : concordance::path_of(given);

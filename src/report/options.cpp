@@ -59,6 +59,8 @@ constexpr auto _rows = std::to_array<OptionRow>({
     Corpus::prefix,
     Corpus::mask,
     Corpus::rules,
+    Corpus::context_sentences,
+    Corpus::context_words,
     Examples::examples,
     Examples::sentences,
     {{"-h,--help", "", "print this help and exit"},

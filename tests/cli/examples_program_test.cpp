@@ -108,7 +108,8 @@ TEST_F(ExamplesProgram, APatternTakesThePlaceOfTheFile) {
 
 TEST_F(ExamplesProgram, AnotherCorpusThanTheOneThatWasCountedIsTold) {
   const std::string question =
-      "; were --list, --prefix, --mask and --rules those of the run of ngrex that counted them?\n";
+      "; were --list, --prefix, --mask, --rules and the radius of contexts those of the run of ngrex that counted "
+      "them?\n";
   const ToolResult none = _examples({"-m", "**", "pairs"});
   EXPECT_EQ(none.err, "ngrex-examples: none of the N-grams was found in the corpus" + question);
   EXPECT_EQ(none.status, 0);

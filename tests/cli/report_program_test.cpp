@@ -162,7 +162,7 @@ TEST(ReportProgram, SaysWhenTheCorpusIsAnotherOne) {
   EXPECT_EQ(unmasked.status, 0);
   EXPECT_EQ(unmasked.err,
             "ngrex-report: 1 of 1 N-grams were not found as often as their frequency says; were --list, --prefix, "
-            "--mask and --rules those of the run of ngrex that counted them?\n");
+            "--mask, --rules and the radius of contexts those of the run of ngrex that counted them?\n");
   EXPECT_TRUE(holds(unmasked.out, "\"sentences\": 0"));
 }
 

@@ -79,6 +79,10 @@ class Corpus:
             self.options += [b"-m", settings.mask]
         if settings.morphologic_filter_file is not None:
             self.options += [b"-f", settings.morphologic_filter_file]
+        radius = b"%d" % settings.window_size
+        by_words = settings.window_mode == ngrex_reference.WORDS
+        self.counting = [*self.options, b"-cw" if by_words else b"-cs", radius]
+        self.options += [b"--context-words" if by_words else b"--context-sentences", radius]
 
     def examples(self, program, *options, status=0):
         form = [] if "--format" in options else ["--format", "tsv"]
@@ -137,7 +141,8 @@ def check_members(program, corpus, blocks):
             parent = positions.index(word["parent"]) + 1 if word["parent"] in positions else 0
             known = word["relation"].encode() in ngrex_reference.RELATIONS
             relation = "Head" if parent == 0 else word["relation"] if known else "Undef"
-            tag = ngrex_reference.mask_tag(corpus.mask, word["tag"].encode())
+            # What is behind a NUL of a tag is not kept.
+            tag = ngrex_reference.mask_tag(corpus.mask, word["tag"].encode()).split(b"\0")[0]
             members.append([word["lemma"], text_of(tag), str(parent), relation])
         expected = [list(map(text_of, member[1:])) for member in blocks[example["rank"] - 1]["members"]]
         expect(members == expected, "members", example["file"], example["line"], positions, members, expected)
@@ -196,7 +201,7 @@ def check(arguments, case, folder, r):
     if not settings.correct() or settings.input_file in (b"", b"/dev/stdin") or case.stdin is not None:
         return 0, 0
     corpus = Corpus(settings, folder)
-    status, _, _ = run([arguments.program, "-n", str(settings.n), "-o", "plain", *corpus.options], folder)
+    status, _, _ = run([arguments.program, "-n", str(settings.n), "-o", "plain", *corpus.counting], folder)
     path = os.path.join(folder, "plain")
     if status != 0 or os.path.getsize(path) > LARGEST:
         return 0, 0
