@@ -3,7 +3,8 @@
 usage: scripts.py SOURCE_FOLDER
 
 A build folder made for other sources is refused, and, unless root runs this, one that cannot be written; one's own is not.
-Without dpkg nothing is installed and the build goes on with what is there, but no package is made.
+Without dpkg nothing is installed and the build goes on with what is there, but no package is made. Without npm's registry the
+tests of the page do not begin.
 """
 
 import os
@@ -59,10 +60,22 @@ def check_without_dpkg(source):
         expect_refusal(run(source, "package", path=tools), "A Debian package can only be made where dpkg is.")
 
 
+def check_unreachable_registry(source):
+    with tempfile.TemporaryDirectory() as tools:
+        npm = os.path.join(tools, "npm")
+        with open(npm, "w", encoding="utf-8") as file:
+            file.write("#!/bin/sh\nexit 1\n")
+        os.chmod(npm, 0o755)
+        for _ in range(2):  # what is not complete is not taken for installed the next time
+            told = run(source, "page-tools", os.path.join(tools, "folder"), path=tools + os.pathsep + os.environ["PATH"])
+            expect_refusal(told, "could not be installed with npm")
+
+
 def main():
     source = os.path.abspath(sys.argv[1])
     check_build_folders(source)
     check_without_dpkg(source)
+    check_unreachable_registry(source)
     for failure in failures:
         print(failure)
     print(f"{len(failures)} disagreements")
