@@ -41,7 +41,7 @@ class OccurrenceFinder {
   static constexpr unsigned most_words_without_blocks = 4;
 
   bool _may_hold_any(WordRange sentence);
-  bool _is_in_cycle(WordRange sentence, std::size_t position) const;
+  void _find_cycles(WordRange sentence);
   WordRange _with_wanted_edges_only(WordRange sentence);
 
   WantedTrees& _wanted;
@@ -49,6 +49,8 @@ class OccurrenceFinder {
   NTree _tree;
   SubtreeEnumerator _enumerator;
   std::vector<std::uint8_t> _is_wanted;      // by position: the edge to its parent
+  std::vector<std::uint8_t> _is_in_cycle;    // by position
+  std::vector<std::uint32_t> _seen_from;     // by position: the word from which it was come upon; 0: none yet
   std::vector<std::uint32_t> _wanted_below;  // by position: wanted edges below a word whose own edge is not wanted
   std::vector<Word> _words;
 };
