@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -29,33 +30,25 @@ class BestHits : public HitChoice {
     Candidate candidate{mix(sentence ^ hash_keys[4], _ngrams[hit.ngram].hash ^ hash_keys[5]) >> 1, hit.place,
                         hit.positions};
     if (!is_liked) candidate.key |= std::uint64_t{1} << 63;
-    auto& [sentences, others] = _kept[hit.ngram];
-    const auto at = std::lower_bound(sentences.begin(), sentences.end(), candidate.key,
-                                     [](const Candidate& a, std::uint64_t key) { return a.key < key; });
-    if (at != sentences.end() && at->key == candidate.key) {
-      if (_comes_before(candidate, *at)) std::swap(candidate, *at);
-      _insert(others, candidate);
-    } else if (at != sentences.end() || sentences.size() < _each) {
-      sentences.insert(at, candidate);
-      if (sentences.size() > _each) sentences.pop_back();
-    }
-    others.resize(std::min<std::size_t>(others.size(), _each - sentences.size()));
+    Kept& kept = _kept[hit.ngram];
+    if (candidate.key > kept.highest_key) return;
+    kept.hits.push_back(candidate);
+    // Some hits more than are wanted, so that they are seldom sorted.
+    if (kept.hits.size() > _each && kept.hits.size() - _each > _each / 4) _cut(kept);
   }
 
   void finish() override {
-    for (auto& [sentences, others] : _kept) {
-      sentences.insert(sentences.end(), others.begin(), others.end());
-      others = {};
-    }
+    for (Kept& kept : _kept)
+      _cut(kept);
   }
 
   bool next(Hit& hit) override {
-    while (_ngram < _kept.size() && _taken == _kept[_ngram].sentences.size()) {
+    while (_ngram < _kept.size() && _taken == _kept[_ngram].hits.size()) {
       ++_ngram;
       _taken = 0;
     }
     if (_ngram == _kept.size()) return false;
-    const Candidate& candidate = _kept[_ngram].sentences[_taken++];
+    const Candidate& candidate = _kept[_ngram].hits[_taken++];
     hit = {_ngram, candidate.place, candidate.positions};
     return true;
   }
@@ -67,11 +60,10 @@ class BestHits : public HitChoice {
     std::array<Position, constants::max_grammity> positions{};
   };
 
-  // The best ones in their order, as many as are wanted. Of hits in the same sentence, or in sentences that say the
-  // same, one stands for all; the others fill places for which there are no sentences.
+  // The best ones, and some more that came behind the last cut.
   struct Kept {
-    std::vector<Candidate> sentences;
-    std::vector<Candidate> others;
+    std::vector<Candidate> hits;
+    std::uint64_t highest_key = std::numeric_limits<std::uint64_t>::max();  // that can still be chosen
   };
 
   bool _comes_before(const Candidate& a, const Candidate& b) const {
@@ -81,9 +73,22 @@ class BestHits : public HitChoice {
     return decisive(a) < decisive(b);
   }
 
-  void _insert(std::vector<Candidate>& sorted, const Candidate& candidate) const {
-    const auto before = [&](const Candidate& a, const Candidate& b) { return _comes_before(a, b); };
-    sorted.insert(std::upper_bound(sorted.begin(), sorted.end(), candidate, before), candidate);
+  // Leaves the best ones in their order, as many as are wanted. Of hits in the same sentence, or in sentences that say
+  // the same, one stands for all; the others fill places for which there are no sentences.
+  void _cut(Kept& kept) const {
+    std::vector<Candidate>& hits = kept.hits;
+    std::sort(hits.begin(), hits.end(), [&](const Candidate& a, const Candidate& b) { return _comes_before(a, b); });
+    std::vector<Candidate> others;
+    std::size_t sentences = 0;
+    for (const Candidate& candidate : hits)
+      if (sentences > 0 && hits[sentences - 1].key == candidate.key)
+        others.push_back(candidate);
+      else
+        hits[sentences++] = candidate;
+    hits.erase(hits.begin() + static_cast<std::ptrdiff_t>(sentences), hits.end());
+    hits.insert(hits.end(), others.begin(), others.end());
+    if (hits.size() > _each) hits.erase(hits.begin() + static_cast<std::ptrdiff_t>(_each), hits.end());
+    if (sentences >= _each) kept.highest_key = hits.back().key;
   }
 
   std::uint64_t _each;
