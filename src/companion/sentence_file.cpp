@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 #include <iterator>
-#include <set>
 #include <utility>
 
 #include <fmt/format.h>
@@ -76,13 +74,12 @@ void SentenceFile::_index() {
   if (!_next_line(header) || header != sentence_file_header)
     _fail(fmt::format("expected \"{}\", with which a sentence file begins, found \"{}\"", sentence_file_header,
                       printable(header.substr(0, 40))));
-  std::set<std::string, std::less<>> known;
   std::uint64_t last_line = 0;
   std::uint64_t last_place = 0;
   while (_next_record()) {
     const bool begins = _datafiles.empty() || _datafiles.back().path != _record.datafile;
     if (begins) {
-      if (!known.emplace(_record.datafile).second)
+      if (!_by_path.emplace(_record.datafile, _datafiles.size()).second)
         _fail(fmt::format("expected the sentences of a datafile together, found more of {}",
                           printable(_record.datafile)));
       _datafiles.push_back({std::string(_record.datafile), 0});
@@ -124,17 +121,19 @@ bool SentenceFile::next(SentenceRecord& record) {
   return _has_record;
 }
 
-std::optional<std::size_t> SentenceFile::datafile(std::string_view entry, const std::string& path) const {
+std::optional<std::size_t> SentenceFile::datafile(std::string_view entry, const std::string& path) {
   for (const std::string_view name : {entry, std::string_view(path)})
-    for (std::size_t i = 0; i < _datafiles.size(); ++i)
-      if (_datafiles[i].path == name) return i;
+    if (const auto found = _by_path.find(name); found != _by_path.end()) return found->second;
   const auto file = regular_file(path);
   if (!file) return std::nullopt;
-  for (std::size_t i = 0; i < _datafiles.size(); ++i) {
-    const auto other = regular_file(_datafiles[i].path);
-    if (other && other->identity == file->identity) return i;
+  if (!_by_identity) {
+    _by_identity.emplace();
+    for (std::size_t i = 0; i < _datafiles.size(); ++i)
+      if (const auto other = regular_file(_datafiles[i].path)) _by_identity->emplace(other->identity, i);
   }
-  return std::nullopt;
+  const auto found = _by_identity->find(file->identity);
+  if (found == _by_identity->end()) return std::nullopt;
+  return found->second;
 }
 
 const SentenceRecord& SentenceFile::find(std::size_t datafile, std::uint64_t line, std::uint64_t words) {

@@ -5,11 +5,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/files.h"
 #include "companion/byte_source.h"
 #include "companion/sentence_record.h"
 
@@ -35,7 +38,7 @@ class SentenceFile {
 
   // The datafile, as an index, that is written so in the list of datafiles and opened as `path`, under these or another
   // name; nothing when no sentence of it is there.
-  std::optional<std::size_t> datafile(std::string_view entry, const std::string& path) const;
+  std::optional<std::size_t> datafile(std::string_view entry, const std::string& path);
 
   // The sentence of that many words whose first word stands at that line of a datafile; the record is valid until the
   // next call. In ascending order of lines a datafile is read once; going back costs 16 KiB, and in a compressed file
@@ -75,7 +78,9 @@ class SentenceFile {
   std::size_t _datafile = 0;  // of the record in hand
   bool _has_record = false;
   std::vector<Datafile> _datafiles;
-  std::vector<Place> _places;  // by datafile and line, as in the file
+  std::map<std::string, std::size_t, std::less<>> _by_path;
+  std::optional<std::map<FileIdentity, std::size_t>> _by_identity;  // when it was asked for
+  std::vector<Place> _places;                                       // by datafile and line, as in the file
 };
 
 }  // namespace colx

@@ -92,7 +92,7 @@ TEST(SentenceFile, KnowsADatafileUnderAnotherName) {
   const test::TemporaryFolder folder;
   const std::string datafile = folder.write("words.dat", "");
   const std::string other = folder.path() + "/./words.dat";
-  const SentenceFile file(folder.write("s", header + datafile + "\t1\t2\tt\t5\t\t\n"));
+  SentenceFile file(folder.write("s", header + datafile + "\t1\t2\tt\t5\t\t\n"));
   EXPECT_EQ(file.datafile(other, other), 0U);
   EXPECT_FALSE(file.datafile("s", folder.path("s")).has_value());
 }
