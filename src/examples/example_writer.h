@@ -21,6 +21,7 @@ struct Heading {
   std::optional<std::uint64_t> frequency;  // in the output datafile; nothing for a pattern
   std::uint64_t found = 0;                 // occurrences in what was read of the corpus
   std::uint64_t shown = 0;                 // of these, how many follow
+  bool is_complete = true;                 // all of the corpus was read
 };
 
 // Takes N-grams in their order, each with its examples. Nothing that is handed in outlives the call but what the next

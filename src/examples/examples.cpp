@@ -71,6 +71,7 @@ void _write_examples(const Options& options, WantedRows& rows, ExampleWriter& wr
   for (std::size_t i = 0; i < rows.size(); ++i) {
     Heading heading = rows.heading(i);
     heading.found = search->found(i);
+    heading.is_complete = search->is_complete();
     heading.shown = std::min(most, heading.found);
     writer.ngram(heading);
     for (std::uint64_t k = 0; k < heading.shown && search->next(hit); ++k)

@@ -18,6 +18,8 @@ std::string _times(std::uint64_t count) {
 
 std::string heading_text(const Heading& heading) {
   const std::string pattern = printable(heading.pattern);
+  if (heading.block == nullptr && !heading.is_complete)
+    return fmt::format("{} (first {} shown)", pattern, heading.shown);
   const std::uint64_t all = heading.frequency.value_or(heading.found);
   const std::string shown = heading.shown == all ? "" : fmt::format(", {} shown", heading.shown);
   if (heading.block == nullptr) return fmt::format("{} (found {}{})", pattern, _times(all), shown);

@@ -99,7 +99,7 @@ TEST_F(ExamplesProgram, RowsAreChosenAsInATable) {
 
 TEST_F(ExamplesProgram, APatternTakesThePlaceOfTheFile) {
   const ToolResult result = _examples({"--pattern", "* <Atr rain", "--first", "--examples", "1"});
-  EXPECT_EQ(result.out, "* <Atr rain (found 1 time)\n  rain.dat:1\n    [Heavy] [rain] fell\n");
+  EXPECT_EQ(result.out, "* <Atr rain (first 1 shown)\n  rain.dat:1\n    [Heavy] [rain] fell\n");
   EXPECT_EQ(result.err, "");
   const ToolResult none = _examples({"--pattern", "rain <Atr *"});
   EXPECT_EQ(none.err, "ngrex-examples: nothing was found in the corpus\n");

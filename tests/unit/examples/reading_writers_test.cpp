@@ -24,6 +24,7 @@ TEST(ExampleHeading, SaysHowOftenAndHowManyFollow) {
   EXPECT_EQ(heading_text({1, "a <Atr b", &block, 1, 1, 1}), "1. a <Atr b (1 time)");
   EXPECT_EQ(heading_text({1, "a <Atr b", &block, 2, 0, 0}), "1. a <Atr b (2 times, 0 shown)");
   EXPECT_EQ(heading_text({1, "* <Atr \x1b", nullptr, {}, 12, 12}), "* <Atr ? (found 12 times)");
+  EXPECT_EQ(heading_text({1, "* <Atr a", nullptr, {}, 7, 5, false}), "* <Atr a (first 5 shown)");
 }
 
 TEST(TextFormat, PutsMembersInBrackets) {
