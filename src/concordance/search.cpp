@@ -148,6 +148,7 @@ class Search::Work {
     const auto parser = std::make_unique<Parser>(stream, _wanted.lemmas(), _wanted.tags(), warn, &_forms);
     const auto [mode, radius] = _settings.window;
     _ahead.clear();
+    _words_ahead = 0;
     _read(*parser, datafile, 1, ContextWindow::sentences);
     if (radius != 0) _read(*parser, datafile, radius, mode);
     while (!_ahead.empty()) {
@@ -157,9 +158,10 @@ class Search::Work {
       if (mode == ContextWindow::sentences) {
         _read(*parser, datafile, 1, mode);
       } else if (_ahead.size() > 1) {
-        const std::uint64_t beyond = _words_behind_the_next();
+        const std::uint64_t beyond = _words_ahead - _ahead[0].words - _ahead[1].words;
         if (beyond < radius) _read(*parser, datafile, radius - static_cast<std::uint32_t>(beyond), mode);
       }
+      _words_ahead -= _ahead.front().words;
       _ahead.pop_front();
     }
     return true;
@@ -173,6 +175,7 @@ class Search::Work {
     std::size_t first = 0;
     for (const SentenceExtent& extent : parser.sentences()) {
       _ahead.push_back({extent.length, 0, {}});
+      _words_ahead += extent.length;
       _search({datafile, extent.line, extent.length, extent.begin, extent.end}, first, _ahead.back());
       first += extent.length;
     }
@@ -198,13 +201,6 @@ class Search::Work {
     }
   }
 
-  std::uint64_t _words_behind_the_next() const {
-    std::uint64_t words = 0;
-    for (std::size_t i = 2; i < _ahead.size(); ++i)
-      words += _ahead[i].words;
-    return words;
-  }
-
   const CorpusSettings& _settings;
   const std::vector<ListedDatafile>& _datafiles;
   MultiRulesFilter _rules;
@@ -218,6 +214,7 @@ class Search::Work {
   WordQueue _words;  // of the sentences in hand
   WordForms _forms;
   std::deque<SentenceAhead> _ahead;  // the sentence in hand and those that have been read ahead
+  std::uint64_t _words_ahead = 0;    // of all of these
 };
 
 Search::Search(const CorpusSettings& settings, const std::vector<ListedDatafile>& datafiles, unsigned n)
