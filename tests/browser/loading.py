@@ -25,6 +25,11 @@ class AReport(harness.PageTest):
             self.assertTrue(titles[view].endswith("weather.txt"), titles[view])
         self.assertEqual(len(set(titles.values())), len(titles), titles)
 
+    def test_without_rows_says_so(self):
+        self.page.open("empty")
+        self.assertIn("0 pairs of words", self.page.text())
+        self.assertEqual(self.page.all("#view table, #view h2"), [])
+
     def test_needs_nothing_but_itself(self):
         # Whether it asks for anything harness.PageTest looks at after every test.
         self.page.open("weather")

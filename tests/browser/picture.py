@@ -110,14 +110,23 @@ class Picture(harness.PageTest):
         self.page.until(lambda: self.page.texts("h1") == ["Table"], "the table")
         self.assertIn("relation=Atr", self.page.address())
 
+    def test_draws_more_points_than_there_are_places(self):
+        self.page.open("dense", "#picture")
+        self.assertIn("more N-grams lie together", self.page.text())
+        self.assertGreater(self.painted(), 500)
+
     def test_draws_thousands_of_points(self):
         self.page.open("many", "#picture")
-        painted = self.page.run("""const canvas = document.querySelector('.plot canvas');
+        self.assertNotIn("more N-grams lie together", self.page.text())
+        self.assertGreater(self.painted(), 500)
+
+    def painted(self):
+        """How many pixels of the picture have a colour."""
+        return self.page.run("""const canvas = document.querySelector('.plot canvas');
             const data = canvas.getContext('2d').getImageData(0, 0, canvas.width, canvas.height).data;
             let painted = 0;
             for (let i = 3; i < data.length; i += 4) painted += data[i] !== 0;
             return painted""")
-        self.assertGreater(painted, 500)
 
 
 if __name__ == "__main__":

@@ -6,6 +6,7 @@ usage: reports.py BUILD_FOLDER SOURCE_FOLDER
     triples    the same at N = 3;  fours  at N = 4
     scripts    sentences in Arabic, Hebrew, Chinese and Greek
     many       some thousand pairs of a random corpus, always the same one, without sentences and statistics
+    dense      more pairs than the picture has dots for
     hostile    lemmas and tags that try to become something else than text;  sentences  forms and names of sentences that do
     empty      no N-gram, as all are too rare;  one  a single one, in which no measure is finite
 """
@@ -131,7 +132,7 @@ class Maker:
 
         for name, sentences, options in (
                 ("scripts", [words for several in SENTENCES.values() for words in several] * 2, ["--examples", "2"]),
-                ("many", random_sentences(10, 2500), [])):
+                ("many", random_sentences(10, 2500), []), ("dense", random_sentences(11, 14000), [])):
             write(name + ".dat", datafile(sentences))
             write(name + ".list", name + ".dat\n")
             listed = ["-i", name + ".list", "-m", "*"]

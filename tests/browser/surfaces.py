@@ -80,6 +80,14 @@ class Paper(harness.PageTest):
         background, text = self.page.run(LUMINANCE)
         self.assertGreater(background, 0.9)
         self.assertLess(text, 0.1)
+        colours = []
+        for dark in (False, True):
+            self.page.screen(dark=dark, medium="print")
+            self.page.open("weather", "#ngram=1")
+            colours.append(self.page.run("""return ['.cell-full', 'mark', '.ngram-tree .member'].map(selector => {
+                const style = getComputedStyle(document.querySelector(selector));
+                return [style.color, style.backgroundColor, style.fill]; })"""))
+        self.assertEqual(*colours)
 
 
 if __name__ == "__main__":

@@ -124,7 +124,9 @@ registerView('start', {
   show(container) {
     container.append(
       element('div', {class: 'heading'},
-        element('h1', null, corpusText(report.meta.title)), element('p', {class: 'lead'}, _summary()), _selection()),
+        element('h1', null, corpusText(report.meta.title)), element('p', {class: 'lead'}, _summary()), _selection()));
+    if (report.rows === 0) return;
+    container.append(
       element('div', {class: 'home'},
         element('section', {class: 'home-words', 'aria-labelledby': 'words'},
           element('h2', {id: 'words'}, 'Most frequent words'),

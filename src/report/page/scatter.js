@@ -2,7 +2,7 @@
 // lie together. Axes with their ticks stand above it as a drawing, so that they are text.
 
 const _plotMargin = {left: 64, right: 14, top: 12, bottom: 46};
-const _mostDots = 4000;
+const _mostDots = 20000;
 const _densitySquare = 3;  // pixels
 
 /**
@@ -131,7 +131,7 @@ class Scatter {
 
   /** @param {CanvasRenderingContext2D} context */
   _drawDots(context) {
-    context.globalAlpha = this._xs.length <= 1000 ? 0.55 : 0.35;
+    context.globalAlpha = this._xs.length <= 1000 ? 0.55 : this._xs.length <= 5000 ? 0.35 : 0.25;
     for (let i = 0; i < this._xs.length; ++i) {
       if (Number.isNaN(this._xs[i])) continue;
       context.beginPath();
