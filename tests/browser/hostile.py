@@ -128,6 +128,16 @@ class OtherScripts(harness.PageTest):
             where = self.page.run(places)[:3]
             self.assertEqual(where, sorted(where, reverse=leftwards), lemma)
 
+    def test_have_each_tag_behind_its_own_word(self):
+        self.page.open("phrases", "#lemma=شَاي")
+        places = self.page.run("""return [...document.querySelectorAll('.block tbody .tagged')].map(one => [one.textContent.slice(-1),
+            ...['.lemma', '.tag'].map(part => one.querySelector(part)?.getBoundingClientRect()).map(box => box && [box.left, box.right])])""")
+        tags = [tag for tag, _, box in places if box]
+        self.assertEqual(tags, ["V", "N"])
+        (_, verb, of_verb), (_, noun, of_noun) = [place for place in places if place[2]]
+        ends = [edge for left, right in (verb, of_verb, noun, of_noun) for edge in (right, left)]
+        self.assertEqual(ends, sorted(ends, reverse=True))
+
     def test_have_profiles(self):
         for lemma in ("مَطَر", "גשם", "雨", "θεά"):
             self.page.open("scripts", "#lemma=" + lemma)

@@ -4,7 +4,7 @@ usage: reports.py BUILD_FOLDER SOURCE_FOLDER
 
     weather    pairs of the sample corpus, with sentences, statistics and all measures of pairs
     triples    the same at N = 3;  fours  at N = 4
-    scripts    sentences in Arabic, Hebrew, Chinese and Greek
+    scripts    sentences in Arabic, Hebrew, Chinese and Greek;  phrases  the same at N = 3
     many       some thousand pairs of a random corpus, always the same one, without sentences and statistics
     dense      more pairs than the picture has dots for
     hostile    lemmas and tags that try to become something else than text;  sentences  forms and names of sentences that do
@@ -125,7 +125,7 @@ class Maker:
                   "weather.list", "--tag", "xpos", "--sentences", "weather.sentences")
         corpus = ["-i", "weather.list", "-m", "*----"]
         seen = [*corpus, "--examples", "3", "--sentences", "weather.sentences"]
-        for name, n, measures, options in (("weather", "2", MEASURES_OF_PAIRS, []), ("triples", "3", "logDice,G2", ["--where", "frequency>=2", "--top", "12"]),
+        for name, n, measures, options in (("weather", "2", MEASURES_OF_PAIRS, []), ("triples", "3", "logDice,G2", ["--where", "frequency>=2", "--ignore-case", "--top", "12"]),
                                            ("fours", "4", "logDice,G2", [])):
             self.tool("ngrex", *corpus, "-n", n, "-o", name + ".txt", "-s", name + ".statistics")
             self.report(name, "--measures", measures, "-s", name + ".statistics", *seen, *options)
@@ -138,6 +138,8 @@ class Maker:
             listed = ["-i", name + ".list", "-m", "*"]
             self.tool("ngrex", *listed, "-n", "2", "-o", name + ".txt")
             self.report(name, "--measures", "logDice,G2,MI", *(listed + options if options else []))
+        self.tool("ngrex", "-i", "scripts.list", "-m", "*", "-n", "3", "-o", "phrases.txt")
+        self.report("phrases")
 
         write("hostile.txt", hostile_pairs())
         self.report("hostile", "--measures", "logDice,G2")
