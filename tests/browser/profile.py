@@ -101,6 +101,15 @@ class AProfile(ProfileTest):
         self.page.settle()
         self.assertEqual(len(self.shown()[name]), 10)
 
+    def test_leads_to_a_block_once(self):
+        self.page.open("weather", "#lemma=rain&block=as-Sb")
+        focused = "return document.activeElement.id"
+        self.page.until(lambda: self.page.run(focused) == "title-as-Sb", "the focus on the block")
+        self.page.run("arguments[0].focus()", self.page.one("#profile-sort"))
+        self.choose("#profile-sort", "G2")
+        self.assertEqual(self.page.run(focused), "profile-sort")
+        self.assertEqual(self.page.address(), "#lemma=rain&sort=G2")
+
     def test_leads_to_the_profiles_of_its_words_and_back(self):
         self.page.open("weather", "#lemma=rain&sort=G2&show=5")
         before = self.shown()

@@ -18,6 +18,16 @@ function keptSettings({sort, least, show}) {
   return {sort, least, show};
 }
 
+/**
+ * An address that leads to a block does so once; who changes a setting then stays where it is.
+ * @param {Query} parameters
+ * @returns {Query}
+ */
+function _withoutBlock(parameters) {
+  const {block, ...others} = parameters;
+  return others;
+}
+
 /** @param {Query} parameters @param {number} lemma @returns {ProfileSettings} */
 function _profileSettings(parameters, lemma) {
   const first = report.meta.measures[0]?.name ?? 'frequency';
@@ -53,7 +63,7 @@ function selectField(id, label, choices, chosen, onChange) {
 /** @param {Query} parameters @param {ProfileSettings} settings @param {number} lemma */
 function _profileControls(parameters, settings, lemma) {
   /** @param {Record<string, string | number>} change */
-  const change = (change) => go('lemma', {...parameters, ...change}, {replace: true});
+  const change = (change) => go('lemma', {..._withoutBlock(parameters), ...change}, {replace: true});
   const least = element('input',
     {id: 'profile-least', type: 'number', min: 1, step: 1, inputmode: 'numeric', value: settings.least});
   least.addEventListener('change', () => change({least: naturalNumber(least.value, 1)}));
@@ -129,14 +139,14 @@ function _showProfile(container, parameters) {
   container.append(element('div', {class: 'blocks'}, ...shown.map((block) => showBlock(block, settings, scale, (isOpen) => {
     if (isOpen) settings.open.add(block.id);
     else settings.open.delete(block.id);
-    go('lemma', {...parameters, open: Array.from(settings.open).join(',')}, {replace: true});
+    go('lemma', {..._withoutBlock(parameters), open: Array.from(settings.open).join(',')}, {replace: true});
   }))));
   if (shown.length < blocks.length)
     container.append(element('p', {class: 'more-blocks soft'},
       `${formatCount(shown.length)} of ${counted(blocks.length, 'block')} `,
       element('button', {
         type: 'button', id: 'more-blocks',
-        onclick: () => go('lemma', {...parameters, blocks: settings.blocks + _usualBlocks}, {replace: true}),
+        onclick: () => go('lemma', {..._withoutBlock(parameters), blocks: settings.blocks + _usualBlocks}, {replace: true}),
       }, 'Show more blocks')));
   if (parameters.block) requestAnimationFrame(() => _goToBlock(parameters.block));
 }
