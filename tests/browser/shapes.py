@@ -53,6 +53,19 @@ class ProfilesByShape(harness.PageTest):
         self.page.until(lambda: self.page.all(".ngram-tree"), "an N-gram")
 
 
+class Relations(harness.PageTest):
+    def test_of_the_first_page_count_each_n_gram_once(self):
+        wanted = collections.defaultdict(lambda: [0, 0])
+        for row in tables.rows("fours", "parent,relation,frequency"):
+            for relation in {row[f"relation{k}"] for k in range(1, 5) if row[f"parent{k}"] != "0"}:
+                wanted[relation][0] += 1
+                wanted[relation][1] += int(row["frequency"])
+        self.page.open("fours")
+        shown = self.page.run("""return [...document.querySelectorAll('section[aria-labelledby=relations] tbody tr')].map(
+            line => [line.querySelector('a').textContent, ...[...line.querySelectorAll('td')].map(cell => cell.textContent)])""")
+        self.assertEqual({name: [tables.number(rows), tables.number(sum)] for name, rows, sum in shown}, wanted)
+
+
 class Cells(harness.PageTest):
     def assert_cells(self, report, n):
         row = tables.rows(report, "lemma,frequency,logDice,G2", "--cells", *ProfilesByShape.choice(report))[0]

@@ -61,34 +61,20 @@ function _showStrongest() {
         by.name !== 'frequency' && meterCell(scale, row))))));
 }
 
-/** @returns {{relation: number, rows: number, frequency: number}[]} the most frequent first */
-function _relationCounts() {
-  const rows = new Uint32Array(report.relations);
-  const frequency = new Float64Array(report.relations);
-  for (let k = 0; k < report.n; ++k)
-    for (let row = 0; row < report.rows; ++row) {
-      if (report.parent[k][row] === 0) continue;
-      ++rows[report.relation[k][row]];
-      frequency[report.relation[k][row]] += report.frequency[row];
-    }
-  return Array.from(rows, (count, relation) => ({relation, rows: count, frequency: frequency[relation]}))
-    .filter((one) => one.rows > 0).sort((a, b) => b.frequency - a.frequency);
-}
-
 /** @returns {HTMLElement} */
 function _showRelations() {
-  const counts = _relationCounts();
+  const counts = relationCounts().sort((a, b) => b.frequency - a.frequency);
   /** @type {BarScale} */
   const scale = {
     share: (i) => counts[i].frequency / counts[0].frequency,
     text: (i) => formatCount(counts[i].frequency),
-    width: formatCount(counts[0]?.frequency ?? 0).length,
+    width: formatCount(counts[0].frequency).length,
   };
   return element('section', {'aria-labelledby': 'relations'},
     element('h2', {id: 'relations'}, 'Relations'),
     element('table', {'aria-labelledby': 'relations'},
       element('thead', null, element('tr', null, element('th', {scope: 'col'}, 'Relation'),
-        element('th', {scope: 'col', class: 'number'}, `${report.n === 2 ? 'Pairs' : 'Words in N-grams'}`),
+        element('th', {scope: 'col', class: 'number'}, report.n === 2 ? 'Pairs' : 'N-grams'),
         element('th', {scope: 'col', class: 'number'}, 'Occurrences'))),
       element('tbody', null, ...counts.slice(0, _relationsAtStart).map(({relation, rows}, i) => {
         const name = report.relationText(relation);
@@ -109,13 +95,15 @@ function _summary() {
     : `N-grams of ${n} words that hang together in a dependency tree`;
   const from = !statistics ? ''
     : `, counted in ${counted(statistics.words, 'word')} of ${counted(statistics.sentences, 'sentence')}`;
+  if (report.rows === 0)
+    return `None of the ${counted(report.meta.choice.found, ngramWord())} of the datafile was chosen for this report.`;
   return `${formatCount(report.rows)} ${what}, with ${counted(report.lemmas, 'different word')}${from}.`;
 }
 
 /** @returns {HTMLElement | null} what is said when the report has not all of the datafile */
 function _selection() {
   const {shown, found} = report.meta.choice;
-  return shown === found ? null : element('p', {class: 'soft small'}, `A choice out of ${formatCount(found)}: `,
+  return shown === found ? null : element('p', {class: 'soft small'}, shown === 0 ? 'See ' : `A choice out of ${formatCount(found)}: `,
     element('a', {href: address('about')}, 'what was left out'), '.');
 }
 

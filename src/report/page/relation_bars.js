@@ -4,12 +4,10 @@ const _openRelations = 15;
 
 /** @returns {HTMLElement} */
 function drawRelationBars() {
-  const counts = rowsByRelation();
-  const relations = [...counts.keys()].filter((i) => counts[i] > 0 && report.relationText(i) !== 'Head');
-  relations.sort((a, b) => counts[b] - counts[a] || a - b);
-  const largest = relations.length === 0 ? 1 : counts[relations[0]];
-  const part = (/** @type {number[]} */ some) => element('table', {class: 'bars'},
-    tableHead(['Relation'], ['N-grams']), element('tbody', {}, ...some.map((i) => _relationBar(i, counts[i], largest))));
+  const relations = relationCounts().sort((a, b) => b.rows - a.rows);
+  const largest = relations[0]?.rows ?? 1;
+  const part = (/** @type {RelationCount[]} */ some) => element('table', {class: 'bars'},
+    tableHead(['Relation'], ['N-grams']), element('tbody', {}, ...some.map((one) => _relationBar(one, largest))));
   const bars = element('div', {}, part(relations.slice(0, _openRelations)));
   if (relations.length > _openRelations)
     bars.append(foldedPart(counted(relations.length - _openRelations, 'more relation'),
@@ -17,35 +15,37 @@ function drawRelationBars() {
   return bars;
 }
 
+/** @typedef {{relation: number, rows: number, frequency: number}} RelationCount frequency: the sum of that of the rows */
+
 /**
- * Rows that have a relation; those that have it twice count once.
- * @returns {Uint32Array} by relation
+ * The relations of the report; a row that has one twice counts once.
+ * @returns {RelationCount[]}
  */
-function rowsByRelation() {
-  const counts = new Uint32Array(report.relations);
+function relationCounts() {
+  const counts = Array.from({length: report.relations}, (_, relation) => ({relation, rows: 0, frequency: 0}));
   const lastRow = new Int32Array(report.relations).fill(-1);
   for (let row = 0; row < report.rows; ++row)
-    for (const column of report.relation) {
-      const relation = column[row];
-      if (lastRow[relation] === row) continue;
+    for (let k = 0; k < report.n; ++k) {
+      const relation = report.relation[k][row];
+      if (report.parent[k][row] === 0 || lastRow[relation] === row) continue;
       lastRow[relation] = row;
-      ++counts[relation];
+      ++counts[relation].rows;
+      counts[relation].frequency += report.frequency[row];
     }
-  return counts;
+  return counts.filter(({rows}) => rows > 0);
 }
 
 /**
- * @param {number} relation
- * @param {number} count
+ * @param {RelationCount} count
  * @param {number} largest
  */
-function _relationBar(relation, count, largest) {
+function _relationBar({relation, rows}, largest) {
   const text = report.relationText(relation);
   const meaning = relationMeaning(text);
   const bar = element('span', {class: 'bar-line', 'aria-hidden': 'true'});
-  bar.style.width = `${100 * count / largest}%`;
+  bar.style.width = `${100 * rows / largest}%`;
   return element('tr', {},
     element('th', {scope: 'row'}, element('a', {href: address('table', {relation: text}), title: meaning === '' ? null : meaning},
       visible(shorten(text, 24)))),
-    element('td', {}, element('span', {class: 'bar-room'}, bar), element('span', {class: 'bar-count'}, formatCount(count))));
+    element('td', {}, element('span', {class: 'bar-room'}, bar), element('span', {class: 'bar-count'}, formatCount(rows))));
 }
