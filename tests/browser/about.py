@@ -38,11 +38,12 @@ class About(harness.PageTest):
         with open(os.path.join(harness.BUILD, "reports", "triples.txt"), encoding="utf-8") as file:
             every = len(file.read().strip().split("\n\n"))
         facts = self.facts()
-        self.assertEqual(facts["Conditions"], "frequency>=2")
+        self.assertEqual(self.page.texts("dd li"), ["frequency>=2", "with capital and small letters taken for the same"])
+        self.assertEqual(facts["Order"], "logDice, descending")
         self.assertEqual(int(facts["N-grams in this report"]), 12)
         self.assertEqual(int(facts["N-grams in the datafile"]), every)
         met = int(facts["N-grams that meet both"])
-        self.assertIn(f"Left out: {every - met} that do not meet the conditions, and {met - 12} that come after the first 12.", self.page.text())
+        self.assertIn(f"Left out: {every - met} that are rarer or do not meet the conditions, and {met - 12} that come after the first 12.", self.page.text())
         self.page.open("weather", "#about")
         self.assertIn("Nothing was left out.", self.page.text())
 

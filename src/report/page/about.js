@@ -20,18 +20,19 @@ function _aboutChoice() {
     [`${many} in the datafile`, formatCount(choice.found)],
     ['Least frequency', choice.minFrequency > 1 ? formatCount(choice.minFrequency) : 'none'],
     ['Conditions', choice.conditions.length === 0 ? 'none'
-      : element('ul', null, ...choice.conditions.map((one) => element('li', null, element('code', null, one))))],
+      : element('ul', null, ...choice.conditions.map((one) => element('li', null, element('code', null, one))),
+        choice.ignoreCase && element('li', null, 'with capital and small letters taken for the same'))],
     [`${many} that meet both`, formatCount(choice.chosen)],
-    ['Order', choice.sort ? element('code', null, choice.sort) : 'as in the datafile'],
+    ['Order', choice.sort.split(',').map((key) => `${key.slice(1)}, ${key[0] === '-' ? 'descending' : 'ascending'}`).join('; ')],
     [`${many} in this report`, formatCount(choice.shown)],
   ];
   const left = choice.chosen - choice.shown;
   return [
     _factList(facts),
     element('p', null, choice.shown === choice.found ? 'Nothing was left out.' : left > 0
-      ? `Left out: ${formatCount(choice.found - choice.chosen)} that do not meet the conditions, and ${formatCount(left)} `
-        + `that come after the first ${formatCount(choice.shown)}.`
-      : `Left out: ${formatCount(choice.found - choice.chosen)} that do not meet the conditions.`),
+      ? `Left out: ${formatCount(choice.found - choice.chosen)} that are rarer or do not meet the conditions, and `
+        + `${formatCount(left)} that come after the first ${formatCount(choice.shown)}.`
+      : `Left out: ${formatCount(choice.found - choice.chosen)} that are rarer or do not meet the conditions.`),
     element('p', {class: 'soft'},
       `What a contingency table counts is not changed by this: it counts the `
       + `whole corpus. Sums on these pages, such as the frequency of a word, are those of the ${many} of this report.`),

@@ -8,7 +8,8 @@
  * @property {number} shown
  * @property {number} minFrequency
  * @property {string[]} conditions
- * @property {string | null} sort
+ * @property {boolean} ignoreCase
+ * @property {string} sort "-logDice,+lemma1"
  * @property {number | null} top
  */
 /**
