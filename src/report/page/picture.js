@@ -30,7 +30,7 @@ class PictureView {
   constructor(container, measure, parameters) {
     this._measure = measure;
     this._values = report.measure(measure.name);
-    this._frequency = {least: _numberOr(parameters.least, -Infinity), most: _numberOr(parameters.most, Infinity)};
+    this._frequency = rangeOfText(`${parameters.least ?? ''}..${parameters.most ?? ''}`);
     this._range = rangeOfText(parameters[measure.name]);
     const sides = _endsOf(this._values, measure.log);
     this._description = this._inWords(sides.shown);

@@ -78,7 +78,7 @@ function roundTicks(low, high, count) {
 function powerTicks(low, high) {
   const [first, last] = [Math.floor(Math.log10(low)), Math.ceil(Math.log10(high))];
   const step = Math.max(1, Math.ceil((last - first) / 8));
-  const factors = Math.log10(high / low) <= 2 ? [1, 2, 5] : [1];
+  const factors = Math.log10(high / low) <= 3 ? [1, 2, 5] : [1];
   const ticks = [];
   for (let power = Math.floor(first / step) * step; power <= last; power += step)
     for (const factor of factors) ticks.push(Number(`${factor}e${power}`));

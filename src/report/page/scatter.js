@@ -3,7 +3,7 @@
 
 const _plotMargin = {left: 64, right: 14, top: 12, bottom: 46};
 const _mostDots = 20000;
-const _densitySquare = 3;  // pixels
+const _densitySquare = 4;  // pixels
 
 /**
  * @typedef {object} ScatterAxis
@@ -152,7 +152,7 @@ class Scatter {
     }
     counts.forEach((count, square) => {
       if (count === 0) return;
-      context.globalAlpha = 0.3 + 0.7 * Math.log(count) / Math.log(largest + 1);
+      context.globalAlpha = 0.45 + 0.55 * Math.log(count) / Math.log(largest + 1);
       const [column, line] = [square % across, Math.floor(square / across)];
       context.fillRect(column * _densitySquare, line * _densitySquare, _densitySquare, _densitySquare);
     });
