@@ -42,8 +42,7 @@ constexpr auto _rows = std::to_array<OptionRow>({
     {{"--measures", "LIST",
       "textbook measures, separated by commas: G2, X2, simple_ll, expected, t, z, poisson, MI, MI3, local_mi, npmi, "
       "Dice, logDice, jaccard, min_sensitivity; for pairs phi, odds_ratio, log_ratio, delta_p12, delta_p21, p_G2, "
-      "p_X2, "
-      "Fisher; default logDice,G2,MI"},
+      "p_X2, Fisher; default logDice,G2,MI"},
      [](Options& options, const GivenOption& given) { options.measures = _measures(given.value); }},
     Choice::sort,
     Choice::memory,
@@ -61,7 +60,7 @@ constexpr auto _rows = std::to_array<OptionRow>({
     Corpus::rules,
     Corpus::context_sentences,
     Corpus::context_words,
-    Examples::examples,
+    {{"--examples", "K", "how many sentences for each N-gram, or all; default 3"}, Examples::examples.apply},
     Examples::sentences,
     {{"-h,--help", "", "print this help and exit"},
      [](Options& options, const GivenOption&) { options.information = help(program); },
