@@ -13,7 +13,7 @@ function _factList(facts) {
 
 /** @returns {Child[]} */
 function _aboutChoice() {
-  const {choice, measures} = report.meta;
+  const {choice} = report.meta;
   const many = `${ngramWord()}s`;
   /** @type {[string, Child][]} */
   const facts = [
@@ -36,7 +36,6 @@ function _aboutChoice() {
     element('p', {class: 'soft'},
       `What a contingency table counts is not changed by this: it counts the `
       + `whole corpus. Sums on these pages, such as the frequency of a word, are those of the ${many} of this report.`),
-    measures.length === 0 && element('p', null, 'The report has no measures.'),
   ];
 }
 
@@ -96,7 +95,7 @@ registerView('about', {
         ]),
           !statistics && element('p', {class: 'soft'}, 'How many words and sentences it has was not told to the program (option -s).')),
         _aboutSection('about-choice', 'What is in the report', ..._aboutChoice()),
-        report.meta.measures.length > 0 && _aboutSection('about-measures', 'Measures',
+        _aboutSection('about-measures', 'Measures',
           element('p', {class: 'soft'}, 'f is the frequency of the N-gram, f_1, f_2, … (f_k) are those of its N words, each in its '
             + 'place, n is the number of all occurrences. O[i] are the counts of the contingency table, O[0] that of what has none '
             + 'of the words; E[i] are the counts that one would expect if the words were independent, and E is that of the N-gram.'),

@@ -87,7 +87,6 @@ function rangeFields(label, name, range) {
 
 /** @param {RowFilter} filter */
 function _measureFields({measures}) {
-  if (report.meta.measures.length === 0) return null;
   const any = {least: -Infinity, most: Infinity};
   return element('details', {class: 'filters-more', open: measures.size !== 0}, element('summary', {}, 'Measures'),
     element('div', {class: 'controls'},

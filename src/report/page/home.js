@@ -41,24 +41,23 @@ function _strongest(by, least) {
   return best;
 }
 
-/** @returns {HTMLElement | null} */
+/** @returns {HTMLElement} */
 function _showStrongest() {
-  const by = quantity(report.meta.measures[0]?.name ?? 'frequency');
-  if (!by) return null;
+  const by = firstMeasure();
   const least = _frequenciesAtStart.find((frequency) => _strongest(by, frequency).length >= _strongestAtStart) ?? 1;
   const rows = _strongest(by, least);
   const scale = barScale(by, rows);
   return element('section', {'aria-labelledby': 'strongest'},
-    element('h2', {id: 'strongest'}, by.name === 'frequency' ? `Most frequent ${ngramWord()}s` : `Strongest by ${by.title}`),
+    element('h2', {id: 'strongest'}, `Strongest by ${by.title}`),
     least > report.meta.choice.minFrequency && element('p', {class: 'soft small'}, `Of those that occur ${least} times or more.`),
     element('table', {'aria-labelledby': 'strongest'},
       element('thead', null, element('tr', null, element('th', {scope: 'col'}, report.n === 2 ? 'Pair' : 'N-gram'),
         element('th', {scope: 'col', class: 'number'}, 'Frequency'),
-        by.name !== 'frequency' && element('th', {scope: 'col', class: 'number'}, by.title))),
+        element('th', {scope: 'col', class: 'number'}, by.title))),
       element('tbody', null, ...rows.map((row) => element('tr', null,
         element('th', {scope: 'row', class: 'collocate'}, ngramLink(row)),
-        by.name === 'frequency' ? meterCell(scale, row) : element('td', {class: 'number'}, formatCount(report.frequency[row])),
-        by.name !== 'frequency' && meterCell(scale, row))))));
+        element('td', {class: 'number'}, formatCount(report.frequency[row])),
+        meterCell(scale, row))))));
 }
 
 /** @returns {HTMLElement} */

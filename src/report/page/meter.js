@@ -75,6 +75,11 @@ function quantity(name) {
   return {name, title, values: report.measure(name), isSmallBest: isSmallBest(measure), isLogarithmic: log};
 }
 
+/** What N-grams are put in order by when nobody says otherwise. */
+function firstMeasure() {
+  return /** @type {Quantity} */ (quantity(report.meta.measures[0].name));
+}
+
 /**
  * Compares two rows, the better one first: what is not a number comes last, and then the more frequent row comes first.
  * @param {Quantity} by

@@ -88,7 +88,7 @@ function _ngramFigures(row) {
     element('dl', {class: 'figures'},
       element('div', {}, element('dt', {}, 'Frequency'), element('dd', {}, formatCount(frequency))),
       element('div', {}, element('dt', {}, 'In a million N-grams'), element('dd', {}, _perMillion(frequency, total)))),
-    element('table', {},
+    element('table', {'aria-label': 'How often its words occur'},
       tableHead(['Word in its place'], ['Occurs', 'of which here']), element('tbody', {}, ...words)),
     copyButton('Copy a citation', () => citationOfRow(row)));
 }
@@ -113,7 +113,6 @@ function _ngramContingency(row) {
 
 /** @param {number} row */
 function _ngramMeasures(row) {
-  if (report.meta.measures.length === 0) return element('p', {class: 'soft'}, 'There are no measures in this report.');
   const lines = report.meta.measures.map(({name, title, reading}) => element('div', {}, element('dt', {}, title),
     element('dd', {class: 'number'}, formatNumber(report.measure(name)[row], 6)), element('dd', {class: 'soft'}, reading)));
   return element('div', {}, element('dl', {class: 'ngram-measures'}, ...lines),

@@ -12,9 +12,11 @@ registerView('picture', {
     container.append(element('div', {class: 'heading'}, element('h1', {}, 'Picture')));
     const {measures} = report.meta;
     const measure = measures.find(({name}) => name === parameters.measure) ?? measures[0];
-    if (measure !== undefined && report.rows > 0) _openPicture = new PictureView(container, measure, parameters);
-    else container.append(element('p', {class: 'soft'},
-      `There are no ${report.rows === 0 ? 'N-grams' : 'measures'} in this report.`));
+    if (report.rows === 0) {
+      container.append(element('p', {class: 'soft'}, 'There are no N-grams in this report.'));
+      return;
+    }
+    _openPicture = new PictureView(container, measure, parameters);
     container.append(element('section', {class: 'ngram-section'}, element('h2', {}, 'Relations'),
       element('p', {class: 'soft small'}, `How many of the ${counted(report.rows, 'N-gram')} have each relation.`),
       drawRelationBars()));

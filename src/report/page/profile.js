@@ -30,13 +30,12 @@ function _withoutBlock(parameters) {
 
 /** @param {Query} parameters @param {number} lemma @returns {ProfileSettings} */
 function _profileSettings(parameters, lemma) {
-  const first = report.meta.measures[0]?.name ?? 'frequency';
-  const sort = quantity(parameters.sort ?? first) ?? quantity(first) ?? /** @type {Quantity} */ (quantity('frequency'));
+  const sort = quantity(parameters.sort ?? '') ?? firstMeasure();
   return {
     lemma: parameters.lemma,
     kept: keptSettings(parameters),
     sort,
-    score: sort.name === 'frequency' && first === 'frequency' ? null : sort.name === 'frequency' ? quantity(first) : sort,
+    score: sort.name === 'frequency' ? firstMeasure() : sort,
     least: naturalNumber(parameters.least, Math.max(1, report.meta.choice.minFrequency)),
     show: naturalNumber(parameters.show, _usualShow),
     tag: parameters.tag ?? '',

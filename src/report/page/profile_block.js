@@ -7,7 +7,7 @@ const _mostRowsOfBlock = 1000;
  * @property {string} lemma
  * @property {Record<string, string | undefined>} kept what the profiles to which this one leads take over from its address
  * @property {Quantity} sort
- * @property {Quantity | null} score the measure that is shown beside the frequency
+ * @property {Quantity} score the measure that is shown beside the frequency
  * @property {number} least frequency
  * @property {number} show rows of a block
  * @property {string} tag that the word must have; empty for any
@@ -63,17 +63,17 @@ function _blockTable(block, settings, rows, scale) {
   /** @param {Quantity} by */
   const order = (by) => by.name === sort.name ? (by.isSmallBest ? 'ascending' : 'descending') : null;
   const frequency = /** @type {Quantity} */ (quantity('frequency'));
-  const scoreText = score ? barScale(score, rows).text : String;
+  const scoreText = barScale(score, rows).text;
   return element('table', {'aria-labelledby': `title-${block.id}`},
     element('thead', null, element('tr', null,
       element('th', {scope: 'col'}, report.n === 2 ? 'Collocate' : 'Words'),
       element('th', {scope: 'col'}, report.n === 2 ? 'Pair' : 'N-gram'),
       element('th', {scope: 'col', class: 'number frequency', 'aria-sort': order(frequency)}, 'Frequency'),
-      score && element('th', {scope: 'col', class: 'number', 'aria-sort': order(score)}, score.title))),
+      element('th', {scope: 'col', class: 'number', 'aria-sort': order(score)}, score.title))),
     element('tbody', null, ...rows.map((row) => element('tr', null,
       ..._wordsOfRow(block, settings, row),
       sort.name === 'frequency' ? meterCell(scale, row) : element('td', {class: 'number'}, formatCount(report.frequency[row])),
-      score && (score.name === sort.name ? meterCell(scale, row) : element('td', {class: 'number'}, scoreText(row)))))));
+      score.name === sort.name ? meterCell(scale, row) : element('td', {class: 'number'}, scoreText(row))))));
 }
 
 /**

@@ -5,7 +5,7 @@ const _openRelations = 15;
 /** @returns {HTMLElement} */
 function drawRelationBars() {
   const relations = relationCounts().sort((a, b) => b.rows - a.rows);
-  const largest = relations[0]?.rows ?? 1;
+  const largest = relations[0].rows;
   const part = (/** @type {RelationCount[]} */ some) => element('table', {class: 'bars'},
     tableHead(['Relation'], ['N-grams']), element('tbody', {}, ...some.map((one) => _relationBar(one, largest))));
   const bars = element('div', {}, part(relations.slice(0, _openRelations)));

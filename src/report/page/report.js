@@ -23,7 +23,7 @@
  * @property {number} vectors
  * @property {number} total
  * @property {Choice} choice
- * @property {Measure[]} measures
+ * @property {Measure[]} measures at least one
  * @property {{files: number, words: number, sentences: number, ngrams: number} | null} statistics
  * @property {{each: number | null, ngrams: number, sentences: number, cited: boolean} | null} examples
  * @property {ColumnPlace[]} columns
@@ -118,11 +118,6 @@ class Report {
   /** @param {string} text @returns {number} -1 when no N-gram has it */
   tagByText(text) {
     return this._tags.find(text);
-  }
-
-  /** @param {string} text @returns {number} -1 when no N-gram has it */
-  relationByText(text) {
-    return this._relations.find(text);
   }
 
   /**
