@@ -186,9 +186,11 @@ class Page:
         return self.driver.execute_async_script("navigator.clipboard.readText().then(arguments[0], error => arguments[0](String(error)))")
 
     def downloaded(self, ending):
-        """The name and the bytes of the file that comes, which is then taken away."""
+        """The name and the bytes of the file that comes, which is then taken away. None of the files of tests is empty."""
         def complete():
-            return [name for name in os.listdir(self.downloads) if name.endswith(ending)]
+            # An empty file keeps the name until another one, which is complete, is put in its place.
+            return [name for name in os.listdir(self.downloads)
+                    if name.endswith(ending) and os.path.getsize(os.path.join(self.downloads, name)) > 0]
 
         name = self.until(complete, f"a download with the name *{ending}")[0]
         path = os.path.join(self.downloads, name)
