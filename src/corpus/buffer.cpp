@@ -2,13 +2,13 @@
 
 namespace colx {
 
-Buffer::Buffer(Parser& parser, const ContextWindow& window)
-    : _parser(parser), _mode(window.mode), _radius(window.size) {}
+Buffer::Buffer(SentenceSource& source, const ContextWindow& window)
+    : _source(source), _mode(window.mode), _radius(window.size) {}
 
 void Buffer::_push(std::uint32_t count, ContextWindow::Mode mode) {
   std::uint64_t start = _dropped_words + _words.size();
-  if (!_parser.next(count, mode, _words)) return;
-  for (const SentenceExtent& sentence : _parser.sentences()) {
+  if (!_source.next(count, mode, _words)) return;
+  for (const SentenceExtent& sentence : _source.sentences()) {
     _sentences.push_back({start, sentence.length});
     start += sentence.length;
     ++_sentences_count;
@@ -30,7 +30,7 @@ WordRange Buffer::current() const {
 
 bool Buffer::next() {
   if (_words.empty()) return false;
-  if (!_parser.at_end()) {
+  if (!_source.at_end()) {
     if (_mode == ContextWindow::sentences) {
       _push(1, ContextWindow::sentences);
     } else if (_current + 1 < _sentences.size()) {

@@ -1,25 +1,25 @@
 #pragma once
 
 // A sliding window of whole sentences over one datafile: the current sentence and the sentences of its context window,
-// read ahead through the parser and dropped when they have left the window.
+// read ahead from their source and dropped when they have left the window.
 
 #include <cstddef>
 #include <cstdint>
 #include <deque>
 
 #include "base/config.h"
-#include "corpus/parser.h"
+#include "corpus/sentence_source.h"
 #include "corpus/word.h"
 #include "corpus/word_queue.h"
 
 namespace colx {
 
-// Serves the sentences of a parser one after another. To be used in this order: construct, _init, then current and next
+// Serves the sentences of a source one after another. To be used in this order: construct, _init, then current and next
 // in turn while next returns true. Passes on what the parser throws.
 class Buffer {
  public:
-  // The parser must outlive the buffer.
-  Buffer(Parser& parser, const ContextWindow& window);
+  // The source must outlive the buffer.
+  Buffer(SentenceSource& source, const ContextWindow& window);
 
   // Reads the first sentence and the window after it.
   void _init();
@@ -55,7 +55,7 @@ class Buffer {
   std::uint32_t _pop();
   std::uint64_t _start(const Sentence& sentence) const { return sentence.start - _dropped_words; }
 
-  Parser& _parser;
+  SentenceSource& _source;
   WordQueue _words;
   std::deque<Sentence> _sentences;
   std::size_t _current = 0;  // place in _sentences

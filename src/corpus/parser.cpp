@@ -56,7 +56,7 @@ bool Parser::next(std::uint32_t limit, ContextWindow::Mode mode, WordQueue& word
     length = 0;
   };
 
-  while (!_input.fail()) {
+  while (!_input.fail() && (length > 0 || begin < _stop)) {
     const int first = _input.peek();
     if (first == Input::end_of_input) break;
     ++_line;

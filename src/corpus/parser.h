@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <istream>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,7 @@
 #include "base/config.h"
 #include "base/warning_sink.h"
 #include "corpus/input.h"
+#include "corpus/sentence_source.h"
 #include "corpus/string_store.h"
 #include "corpus/text_cache.h"
 #include "corpus/word_forms.h"
@@ -25,38 +27,32 @@
 
 namespace colx {
 
-// A sentence that was read: how long it is and where it stood.
-struct SentenceExtent {
-  std::uint32_t length = 0;  // in words
-  std::uint32_t line = 0;  // of its first word, from 1, as warnings count them: a word makes one line however it stands
-  std::uint64_t begin = 0;  // in bytes of the input, from where its first word's line begins
-  std::uint64_t end = 0;    // to behind its last word's line; the line that ends the sentence is no part of it
-
-  friend bool operator==(const SentenceExtent&, const SentenceExtent&) = default;
-};
-
 // Reads the sentences of one stream, which it does not own, from where the stream stands, and interns their lemmas and
 // tags in the two stores. Reads ahead of what it has consumed.
 //
 // Ordinary lines, six fields each followed by a single separator and all of it in the buffer, are taken apart in one
 // pass; every other line is read field by field, which is slower and is the definition.
-class Parser {
+class Parser final : public SentenceSource {
  public:
   // Stream, stores and forms must outlive the parser. When there are `forms`, every word that is appended has its form
   // appended to them as well; there are none to be kept when it is null.
   Parser(std::istream& stream, StringStore<std::uint32_t>& lemmas, StringStore<std::uint8_t>& tags, WarningSink warn,
          WordForms* forms = nullptr);
 
-  // Appends the words of whole sentences to `words`, from where the last call stopped, and returns whether there was a
-  // sentence at all. Stops at the end of the input or at a sentence end once this call has read `limit` sentences or
-  // words, whichever `mode` counts. Passes on index_overflow and string_too_long of the stores.
-  bool next(std::uint32_t limit, ContextWindow::Mode mode, WordQueue& words);
+  // As SentenceSource says. Passes on index_overflow and string_too_long of the stores.
+  bool next(std::uint32_t limit, ContextWindow::Mode mode, WordQueue& words) override;
 
-  // The sentences that the last call of `next` appended, in reading order.
-  const std::vector<SentenceExtent>& sentences() const { return _sentences; }
+  const std::vector<SentenceExtent>& sentences() const override { return _sentences; }
 
-  // Tells whether the end of the input has been noticed.
-  bool at_end() const { return _input.eof(); }
+  bool at_end() const override { return _input.eof(); }
+
+  // Has `next` stop, with what it has read by then, at the first place where at least that many bytes of the input are
+  // consumed and no sentence is in hand, if it gets there: behind an empty line. Reading goes on from there when it is
+  // called again.
+  void stop_behind(std::int64_t bytes) { _stop = bytes; }
+
+  // Lines read so far, as warnings count them, modulo 2^32; while one is given out, the number of its line.
+  std::uint32_t lines() const { return _line; }
 
   // Bytes consumed so far, or a negative number when the input has failed.
   std::int64_t position() const { return _input.position(); }
@@ -88,6 +84,7 @@ class Parser {
   WarningSink _warning_sink;
   WordForms* _forms;
   std::uint32_t _line = 0;
+  std::int64_t _stop = std::numeric_limits<std::int64_t>::max();
   std::int64_t _incomplete_begin = 0;  // where the line begins that the input ended in
   std::vector<SentenceExtent> _sentences;
 

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <exception>
 #include <fstream>
+#include <iostream>
 #include <memory>
 #include <new>
 #include <ostream>
@@ -15,27 +16,19 @@
 #include "base/notifier.h"
 #include "base/termination.h"
 #include "model/ngram.h"
+#include "options/output_paths.h"
+#include "options/params.h"
+#include "options/start_up.h"
 #include "output/contexts.h"
 #include "output/statistics.h"
 #include "output/writer.h"
 #include "run/init.h"
-#include "run/output_paths.h"
-#include "run/params.h"
 #include "run/persistent.h"
 #include "run/processor.h"
 
 namespace colx {
 
 namespace {
-
-// Returns false, having said why, when the run cannot begin with these settings.
-bool _check_settings() {
-  if (settings::ready() && settings::correct()) return true;
-  notifier::error.fatal_error(settings::ready() ? "Some of the program parameters are in incorrect format!"
-                                                : "Some of the mandatory program parameters are missing!");
-  print_usage();
-  return false;
-}
 
 // A requested output file: opened before any datafile is read, so that a path that cannot be written is found before
 // the long work, and written after all of them.
@@ -82,7 +75,7 @@ struct OutputFiles {
 // when a check fails. Throws fatal_error.
 std::unique_ptr<OutputFiles> _start_up(std::vector<std::string>& files, std::uint32_t& total_size) try {
   notifier::progress.info("Performing start-up checks.");
-  if (!startup_init() || !read_and_check_input_datafiles(files, total_size)) return nullptr;
+  if (!startup_init() || !read_and_check_input_datafiles(files, total_size, notifier::error)) return nullptr;
   check_output_paths(files);
   auto outputs = std::make_unique<OutputFiles>();
   notifier::progress.elapsed("Finished performing start-up checks.");
@@ -99,7 +92,10 @@ std::unique_ptr<OutputFiles> _start_up(std::vector<std::string>& files, std::uin
 
 // Returns false, having said why, when a check fails. Throws fatal_error.
 bool _run() {
-  if (!_check_settings()) return false;
+  if (!check_settings(notifier::error)) {
+    print_usage(std::cout);
+    return false;
+  }
   std::vector<std::string> files;
   std::uint32_t total_size = 0;
   const std::unique_ptr<OutputFiles> outputs = _start_up(files, total_size);
@@ -135,7 +131,7 @@ int run(int argc, const char* const* argv) {
   end_with_words([](const char* reason) { _fail(reason); });
   try {
     if (argc <= 1) {
-      print_usage();
+      print_usage(std::cout);
       return EXIT_SUCCESS;
     }
     parse_params(argc, argv);

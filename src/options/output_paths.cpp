@@ -1,4 +1,4 @@
-#include "run/output_paths.h"
+#include "options/output_paths.h"
 
 #include <sys/stat.h>
 

@@ -1,9 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <iostream>
+#include <sstream>
 
-#include "run/params.h"
-#include "tests/support/stream_capture.h"
+#include "options/params.h"
 
 namespace colx {
 namespace {
@@ -68,9 +67,9 @@ Auxiliary options:
 )";
 
 TEST(PrintUsage, ListsEveryOptionAndClosesWithAnEmptyLine) {
-  const test::StreamCapture out(std::cout);
-  print_usage();
-  EXPECT_EQ(out.text(), usage);
+  std::ostringstream out;
+  print_usage(out);
+  EXPECT_EQ(out.str(), usage);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "run/params.h"
+#include "options/params.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "run/init.h"
+#include "options/start_up.h"
 
 #include <gtest/gtest.h>
 
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/config.h"
+#include "base/notifier.h"
 #include "tests/support/settings_guard.h"
 #include "tests/support/stream_capture.h"
 #include "tests/support/temporary_folder.h"
@@ -23,7 +24,7 @@ class DatafileList : public ::testing::Test {
   bool read(const std::string& content) {
     const std::string list = folder.write("list", content);
     settings::input_file = list.c_str();
-    return read_and_check_input_datafiles(files, total_size);
+    return read_and_check_input_datafiles(files, total_size, notifier::error);
   }
 
   const test::TemporaryFolder folder;
@@ -82,9 +83,9 @@ TEST_F(DatafileList, RefusesAListWithoutDatafiles) {
 TEST_F(DatafileList, RefusesAListThatIsNotThereOrADirectory) {
   const std::string missing = folder.path("missing");
   settings::input_file = missing.c_str();
-  EXPECT_FALSE(read_and_check_input_datafiles(files, total_size));
+  EXPECT_FALSE(read_and_check_input_datafiles(files, total_size, notifier::error));
   settings::input_file = folder.path().c_str();
-  EXPECT_FALSE(read_and_check_input_datafiles(files, total_size));
+  EXPECT_FALSE(read_and_check_input_datafiles(files, total_size, notifier::error));
   EXPECT_EQ(errors.text(), "FATAL ERROR: Cannot open the file: " + missing + "!\n" +
                                "FATAL ERROR: Cannot open the file: " + folder.path() + "!\n");
 }

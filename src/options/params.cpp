@@ -1,9 +1,8 @@
-#include "run/params.h"
+#include "options/params.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <iostream>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -18,7 +17,7 @@ namespace {
 // How much of a word, after its two leading characters, must agree with an option's name.
 enum class Match { prefix, whole_name, third_character };
 
-struct Option {
+struct NgrexOption {
   std::string_view name;
   Match match;
   std::string_view value;  // what the usage text calls the value; empty: the option takes none
@@ -53,8 +52,8 @@ std::string _explain_marks() {
          constants::insignificant_position_mark + "' determines insignificant position.";
 }
 
-const std::vector<Option>& _mandatory_options() {
-  static const std::vector<Option> options = {
+const std::vector<NgrexOption>& _mandatory_options() {
+  static const std::vector<NgrexOption> options = {
       {"-i",
        Match::prefix,
        "input-file-path",
@@ -75,8 +74,8 @@ const std::vector<Option>& _mandatory_options() {
   return options;
 }
 
-const std::vector<Option>& _auxiliary_options() {
-  static const std::vector<Option> options = {
+const std::vector<NgrexOption>& _auxiliary_options() {
+  static const std::vector<NgrexOption> options = {
       {"-c",
        Match::whole_name,
        "context-output-file",
@@ -186,7 +185,7 @@ const std::vector<Option>& _auxiliary_options() {
 }
 
 // `word` begins with '-', so its second character may be read; its third one only when the second agrees.
-bool _names(const char* word, const Option& option) {
+bool _names(const char* word, const NgrexOption& option) {
   if (word[1] != option.name[1]) return false;
   switch (option.match) {
     case Match::prefix:
@@ -199,22 +198,22 @@ bool _names(const char* word, const Option& option) {
   return false;
 }
 
-const Option* _find(const char* word) {
+const NgrexOption* _find(const char* word) {
   for (const auto* options : {&_mandatory_options(), &_auxiliary_options()}) {
-    for (const Option& option : *options) {
+    for (const NgrexOption& option : *options) {
       if (_names(word, option)) return &option;
     }
   }
   return nullptr;
 }
 
-void _print_options(const std::vector<Option>& options) {
-  for (const Option& option : options) {
-    std::cout << ' ' << option.name;
-    if (!option.value.empty()) std::cout << ' ' << option.value;
-    std::cout << '\n';
+void _print_options(std::ostream& out, const std::vector<NgrexOption>& options) {
+  for (const NgrexOption& option : options) {
+    out << ' ' << option.name;
+    if (!option.value.empty()) out << ' ' << option.value;
+    out << '\n';
     for (const std::string& line : option.description)
-      std::cout << "   " << line << '\n';
+      out << "   " << line << '\n';
   }
 }
 
@@ -225,26 +224,37 @@ unsigned long _ascii2size_t(const char* text) {
   return value < 0 ? 0 : static_cast<unsigned long>(value);
 }
 
+int take_option(int count, const char* const* words, int at) {
+  if (words[at][0] != '-') return 0;
+  const NgrexOption* const option = _find(words[at]);
+  if (option == nullptr) return 0;
+  if (option->value.empty()) {
+    option->apply(nullptr);
+    return 1;
+  }
+  const bool has_value = at + 1 < count;
+  option->apply(has_value ? words[at + 1] : nullptr);
+  return has_value ? 2 : 1;
+}
+
 void parse_params(int argc, const char* const* argv) {
-  for (int i = 0; i < argc; ++i) {
-    if (argv[i][0] != '-') continue;
-    const Option* option = _find(argv[i]);
-    if (option == nullptr) continue;
-    if (option->value.empty()) {
-      option->apply(nullptr);
-    } else {
-      ++i;
-      option->apply(i < argc ? argv[i] : nullptr);
-    }
+  for (int i = 0; i < argc;) {
+    const int taken = take_option(argc, argv, i);
+    i += taken == 0 ? 1 : taken;
   }
 }
 
-void print_usage() {
-  std::cout << "Usage: ngrex [options]\n\nMandatory options:\n";
-  _print_options(_mandatory_options());
-  std::cout << "\nAuxiliary options:\n";
-  _print_options(_auxiliary_options());
-  std::cout << std::endl;
+void print_options(std::ostream& out) {
+  out << "Mandatory options:\n";
+  _print_options(out, _mandatory_options());
+  out << "\nAuxiliary options:\n";
+  _print_options(out, _auxiliary_options());
+}
+
+void print_usage(std::ostream& out) {
+  out << "Usage: ngrex [options]\n\n";
+  print_options(out);
+  out << std::endl;
 }
 
 }  // namespace colx
