@@ -58,6 +58,8 @@ class UniRulesFilter : public Filter {
   // Tells whether some rule admits the tag, and counts it if asked to.
   bool match(const std::string& item, bool count);
 
+  const std::vector<std::string>& rules() const { return _rules; }
+
  private:
   std::vector<std::string> _rules;
 };

@@ -1,7 +1,5 @@
 #include "model/ngram_hash.h"
 
-#include "model/ngram.h"
-
 namespace colx {
 
 namespace {
@@ -30,18 +28,13 @@ constexpr Layout layouts[] = {
 
 constexpr std::uint32_t seed = 0xDEADBEEF;
 
-}  // namespace
-
-bool NGramHashCounter::check(unsigned n) {
-  return n < sizeof layouts / sizeof *layouts;
-}
-
-std::uint32_t NGramHashCounter::count_hash(const NGram& record, unsigned members_count) {
+template <typename MemberAt>
+std::uint32_t _count_hash(unsigned members_count, const MemberAt& member_at) {
   const Layout& layout = layouts[members_count];
   std::uint32_t hash = seed;
   unsigned offset = 0;
   for (unsigned m = 0; m < members_count; ++m) {
-    const NGram::Member member = record.member(m);
+    const NGram::Member member = member_at(m);
     const std::uint32_t dependency_and_parent =
         std::uint32_t(member.dependency() & layout.dependency_bitmask) | (member.parent() & layout.parent_bitmask);
     const std::uint32_t field = (dependency_and_parent << layout.dp_shift) | (member.lemma() & layout.lemma_bitmask);
@@ -49,6 +42,20 @@ std::uint32_t NGramHashCounter::count_hash(const NGram& record, unsigned members
     offset += layout.bits_per_member;
   }
   return hash;
+}
+
+}  // namespace
+
+bool NGramHashCounter::check(unsigned n) {
+  return n < sizeof layouts / sizeof *layouts;
+}
+
+std::uint32_t NGramHashCounter::count_hash(const NGram& record, unsigned members_count) {
+  return _count_hash(members_count, [&](unsigned m) { return record.member(m); });
+}
+
+std::uint32_t NGramHashCounter::count_hash(std::span<const NGram::Member> members) {
+  return _count_hash(static_cast<unsigned>(members.size()), [&](unsigned m) { return members[m]; });
 }
 
 }  // namespace colx

@@ -4,10 +4,11 @@
 // are written. It finds nothing.
 
 #include <cstdint>
+#include <span>
+
+#include "model/ngram.h"
 
 namespace colx {
-
-class NGram;
 
 // Hashes records by a few low bits of lemma, parent and dependency of each member; tags do not count. Which bits
 // depends on the number of members.
@@ -18,6 +19,9 @@ class NGramHashCounter {
 
   // Hashes a record of so many members.
   static std::uint32_t count_hash(const NGram& record, unsigned members_count);
+
+  // The same for the record that would have these members.
+  static std::uint32_t count_hash(std::span<const NGram::Member> members);
 };
 
 }  // namespace colx

@@ -37,8 +37,18 @@ void _write_rules(std::ostream& out, const std::vector<MultiRulesFilter::Rule>& 
 
 }  // namespace
 
+StoreSizes sizes_of(const WordTexts& texts, const NGramStore& ngrams) {
+  StoreSizes sizes;
+  sizes.lemmas = texts.lemmas.size();
+  sizes.tags = texts.tags.size();
+  sizes.records.push_back(1);
+  for (std::uint8_t type = 1; type <= NGram::_full_ngram_type; ++type)
+    sizes.records.push_back(ngrams.records(type).size());
+  return sizes;
+}
+
 void write_stats(std::ostream& out, const std::vector<NamedDataFileStats>& datafiles, bool filtered,
-                 const WordTexts& texts, const NGramStore& ngrams) {
+                 const StoreSizes& sizes) {
   NamedDataFileStats sums;
   for (const NamedDataFileStats& stats : datafiles) {
     out << "Statistics for datafile " << stats.name << ":\n";
@@ -53,13 +63,13 @@ void write_stats(std::ostream& out, const std::vector<NamedDataFileStats>& dataf
   _write_counts(out, sums, filtered);
 
   out << "Strings storage statistics:\n";
-  out << "# of unique lemmas: " << texts.lemmas.size() << '\n';
-  out << "# of unique tags: " << texts.tags.size() << "\n\n";
+  out << "# of unique lemmas: " << sizes.lemmas << '\n';
+  out << "# of unique tags: " << sizes.tags << "\n\n";
 
   out << _grams() << " storage statistics:\n";
   for (std::uint8_t type = 0; type <= NGram::_full_ngram_type; ++type) {
     // The empty N-gram is one and is not kept in a set.
-    const std::size_t count = type == 0 ? 1 : ngrams.records(type).size();
+    const std::uint64_t count = type == 0 ? 1 : sizes.records[type];
     out << "# of unique " << _grams() << " of type " << unsigned{type} << ": " << count << '\n';
   }
   out << std::endl;

@@ -2,6 +2,7 @@
 
 // The two statistics files. See docs/formats.md.
 
+#include <cstdint>
 #include <map>
 #include <ostream>
 #include <string>
@@ -14,10 +15,18 @@
 
 namespace colx {
 
+// How many things the stores of a run hold.
+struct StoreSizes {
+  std::uint64_t lemmas = 0;
+  std::uint64_t tags = 0;
+  std::vector<std::uint64_t> records;  // by type; that of type 0 does not matter
+};
+StoreSizes sizes_of(const WordTexts& texts, const NGramStore& ngrams);
+
 // Writes the counts of each datafile, in the given order, their sums and the sizes of the stores. What the
 // morphological filter let through and what it refused is shown when it was asked, that is, when it has rules.
 void write_stats(std::ostream& out, const std::vector<NamedDataFileStats>& datafiles, bool filtered,
-                 const WordTexts& texts, const NGramStore& ngrams);
+                 const StoreSizes& sizes);
 
 // Writes how many N-grams each rule of the filter let through, for each datafile and for the whole run.
 void write_morphologic_filter_stats(std::ostream& out, const MultiRulesFilter& filter,

@@ -107,7 +107,7 @@ bool _run() {
   const WordTexts texts{lemmas, tags};
   outputs->stats.write(
       "Writing statistics file.",
-      [&](std::ostream& out) { write_stats(out, overall_stats, morphologic_filter.is_on(), texts, ngrams); },
+      [&](std::ostream& out) { write_stats(out, overall_stats, morphologic_filter.is_on(), sizes_of(texts, ngrams)); },
       "Finished writing statistics file.");
   outputs->filter_stats.write(
       "Writing morphologic filter statistics file.",

@@ -1,12 +1,12 @@
 #include "run/processor.h"
 
 #include <fstream>
-#include <limits>
 #include <new>
 
 #include "base/errors.h"
 #include "base/files.h"
 #include "base/notifier.h"
+#include "corpus/store_overflow.h"
 #include "extraction/extractor.h"
 #include "output/utils.h"
 #include "run/persistent.h"
@@ -14,16 +14,6 @@
 namespace colx {
 
 namespace {
-
-std::string _explain_overflow() {
-  if (persistent::lemmas.size() == std::numeric_limits<std::uint32_t>::max()) {
-    return "Number of unique strings in lemmas store has overflowen numeric index type range!";
-  }
-  if (persistent::tags.size() == std::numeric_limits<std::uint8_t>::max()) {
-    return "Number of unique strings in morphologic tags store has overflowen numeric index type range!";
-  }
-  return "Undetermined index overflow exception!";
-}
 
 std::uint32_t _extract(std::ifstream& stream, NamedDataFileStats& stats) {
   try {
@@ -34,7 +24,7 @@ std::uint32_t _extract(std::ifstream& stream, NamedDataFileStats& stats) {
     if (stream.fail()) throw unreadable(stats.name);
     return size;
   } catch (const index_overflow&) {
-    throw fatal_error(_explain_overflow());
+    throw fatal_error(explain_overflow(persistent::lemmas, persistent::tags));
   } catch (const string_too_long& error) {
     throw fatal_error(std::string(error.what()) + " Found while processing datafile: " + stats.name + "!");
   }

@@ -21,7 +21,7 @@ class StatisticsTest : public ::testing::Test {
  protected:
   std::string stats() {
     std::ostringstream out;
-    write_stats(out, datafiles, _stores.morphologic_filter.is_on(), _stores.texts(), _stores.ngrams);
+    write_stats(out, datafiles, _stores.morphologic_filter.is_on(), sizes_of(_stores.texts(), _stores.ngrams));
     return out.str();
   }
   std::string filter_stats() {

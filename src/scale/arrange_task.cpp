@@ -1,0 +1,235 @@
+#include "scale/arrange_task.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include <fmt/format.h>
+
+#include "model/ngram_hash.h"
+#include "scale/number_task.h"
+#include "scale/patterns.h"
+#include "scale/records.h"
+#include "scale/reduce_task.h"
+#include "spill/encoding.h"
+
+namespace colx::scale {
+
+namespace {
+
+constexpr std::string_view candidates_kind = "cand";
+
+// In which pieces of the corpus the records lie that made the set grow.
+struct Growing {
+  struct Record {
+    std::size_t piece;
+    std::uint64_t number;  // within the piece, in the order of first sight
+  };
+  std::vector<Record> records;
+  std::vector<bool> wanted;  // by piece
+
+  Growing(const WorkFolder& folder, const Plan& plan, const Layout& layout) : wanted(most_pieces + 1, false) {
+    if (layout.listed == 0) return;
+    std::vector<std::uint64_t> counts(most_pieces + 1, 0);
+    for (std::size_t task = 0; task < plan.reduces; ++task) {
+      SegmentReader file(folder.file(reduce_name(task), "pieces"), pieces_kind);
+      const std::string_view bytes = file.read(0);
+      const char* from = bytes.data();
+      for (std::uint64_t& count : counts)
+        count += get_fixed<std::uint32_t>(from);
+    }
+    std::size_t piece = 0;
+    std::uint64_t before = 0;
+    for (const std::uint64_t number : Listing(layout.listed).growing_records()) {
+      while (before + counts[piece] <= number)
+        before += counts[piece++];
+      records.push_back({piece, number - before});
+      wanted[piece] = true;
+    }
+  }
+};
+
+class Arranger {
+ public:
+  Arranger(const WorkFolder& folder, const Plan& plan, std::size_t task)
+      : _folder(folder),
+        _plan(plan),
+        _task(task),
+        _layout(Layout::from(folder, plan)),
+        _growing(folder, plan, _layout),
+        _shift(piece_shift(_all_occurrences())),
+        _listing(std::max<std::uint64_t>(_layout.listed, 1)),
+        _file(folder.file(arrange_name(task), "arranged"), arranged_kind),
+        _counts(_layout.ranges, 0) {}
+
+  void run(TaskResult& done) {
+    _arrange_listed();
+    done.add_file("arranged", _file.finish());
+    done.add_file("candidates", _write_candidates());
+    done.add_file("patterns", _write_refused());
+    Manifest& manifest = done.manifest();
+    manifest.add("rounds", _rounds);
+    for (const std::uint64_t count : _counts)
+      manifest.add("range", count);
+  }
+
+ private:
+  // A record in memory, and where it goes.
+  struct Record {
+    std::uint64_t begin;  // in the bytes
+    std::uint32_t size;
+    std::uint32_t range;
+  };
+
+  std::uint64_t _all_occurrences() const {
+    const Numbering numbering = Numbering::from(_folder.result(number_name));
+    std::vector<bool> used;
+    for (const NumberedShard& shard : numbering.shards)
+      used.push_back(shard.used);
+    return Occurrences::from(_folder, used).all;
+  }
+
+  void _arrange_listed() {
+    SegmentReader listed(_folder.file(reduce_name(_task), "listed"), listed_kind);
+    const std::size_t most_bytes = std::max<std::size_t>(_plan.memory / 4, std::size_t{4} << 10);
+    const std::size_t members_size = settings::n * NGram::Member::size;
+    Members members;
+    for (std::size_t i = 0; i < listed.segments(); ++i) {
+      const std::string_view block = listed.read(i);
+      const char* const end = block.data() + block.size();
+      for (const char* from = block.data(); from != end;) {
+        const char* const begin = from;
+        load_members(from, settings::n, members);
+        from += members_size;
+        get_short(from);
+        const std::uint64_t first = get_short(from);
+        if (_growing.wanted[first >> _shift]) append_fixed(_candidates, first);
+        const std::uint32_t hash = NGramHashCounter::count_hash({members.data(), settings::n});
+        const std::size_t range = _layout.range_of(_listing.bucket(hash), _listing.buckets());
+        _records.push_back(
+            {_bytes.size(), static_cast<std::uint32_t>(from - begin), static_cast<std::uint32_t>(range)});
+        _bytes.append(begin, static_cast<std::size_t>(from - begin));
+        ++_counts[range];
+      }
+      if (_bytes.size() + _records.size() * 2 * sizeof(Record) > most_bytes) _write_round();
+    }
+    if (!_records.empty()) _write_round();
+  }
+
+  void _write_round() {
+    std::vector<std::size_t> begins(_layout.ranges + 1, 0);
+    for (const Record& record : _records)
+      begins[record.range + 1] += record.size;
+    for (std::size_t range = 1; range < begins.size(); ++range)
+      begins[range] += begins[range - 1];
+    std::string sorted(_bytes.size(), '\0');
+    std::vector<std::size_t> next(begins.begin(), begins.end() - 1);
+    for (const Record& record : _records) {
+      std::memcpy(sorted.data() + next[record.range], _bytes.data() + record.begin, record.size);
+      next[record.range] += record.size;
+    }
+    for (std::size_t range = 0; range < _layout.ranges; ++range)
+      _file.add({sorted.data() + begins[range], begins[range + 1] - begins[range]});
+    _bytes.clear();
+    _records.clear();
+    ++_rounds;
+  }
+
+  FileMark _write_candidates() {
+    SegmentWriter file(_folder.file(arrange_name(_task), "candidates"), candidates_kind);
+    file.add(_candidates);
+    return file.finish();
+  }
+
+  // The patterns of N-grams that are not listed themselves.
+  FileMark _write_refused() {
+    SegmentReader refused(_folder.file(reduce_name(_task), "refused"), refused_kind);
+    std::string bytes;
+    std::vector<std::size_t> places;
+    std::vector<std::uint64_t> counts;
+    const std::size_t members_size = settings::n * NGram::Member::size;
+    for (std::size_t i = 0; i < refused.segments(); ++i) {
+      const std::string_view block = refused.read(i);
+      const char* const end = block.data() + block.size();
+      for (const char* from = block.data(); from != end;) {
+        places.push_back(bytes.size());
+        bytes.append(from, members_size);
+        from += members_size;
+        counts.push_back(get_short(from));
+      }
+    }
+    bytes.append(sizeof(std::uint64_t), '\0');
+    std::vector<CountedRecord> records;
+    for (std::size_t i = 0; i < places.size(); ++i)
+      records.push_back({bytes.data() + places[i], counts[i]});
+    return write_patterns(_folder.file(arrange_name(_task), "patterns"), records, _layout.partition_bits);
+  }
+
+  const WorkFolder& _folder;
+  const Plan& _plan;
+  std::size_t _task;
+  Layout _layout;
+  Growing _growing;
+  unsigned _shift;
+  Listing _listing;
+  SegmentWriter _file;
+  std::vector<std::uint64_t> _counts;
+  std::string _bytes;
+  std::vector<Record> _records;
+  std::string _candidates;
+  std::size_t _rounds = 0;
+};
+
+}  // namespace
+
+ArrangeResult ArrangeResult::from(const Manifest& manifest) {
+  ArrangeResult result;
+  result.rounds = manifest.number("rounds");
+  for (const Manifest::Fields& line : manifest.all("range"))
+    result.records.push_back(to_number(line.at(1)));
+  return result;
+}
+
+std::string arrange_name(std::size_t task) {
+  return fmt::format("arrange-{}", task);
+}
+
+std::uint64_t arrange_key(const WorkFolder& folder, const Plan& plan) {
+  std::string key;
+  append_fixed(key, plan.memory);
+  for (std::size_t task = 0; task < plan.reduces; ++task)
+    append_fixed(key, folder.result(reduce_name(task)).mark());
+  return checksum(key);
+}
+
+void arrange(const WorkFolder& folder, const Plan& plan, std::size_t task) {
+  TaskResult done(folder, arrange_name(task), arrange_key(folder, plan));
+  Arranger(folder, plan, task).run(done);
+  done.save();
+}
+
+std::vector<std::uint64_t> growing_places(const WorkFolder& folder, const Plan& plan, const Layout& layout) {
+  const Growing growing(folder, plan, layout);
+  if (growing.records.empty()) return {};
+  std::vector<std::uint64_t> candidates;
+  for (std::size_t task = 0; task < plan.reduces; ++task) {
+    SegmentReader file(folder.file(arrange_name(task), "candidates"), candidates_kind);
+    const std::string_view bytes = file.read(0);
+    const char* from = bytes.data();
+    for (std::size_t i = 0; i < bytes.size() / sizeof(std::uint64_t); ++i)
+      candidates.push_back(get_fixed<std::uint64_t>(from));
+  }
+  std::sort(candidates.begin(), candidates.end());
+  const Numbering numbering = Numbering::from(folder.result(number_name));
+  std::vector<bool> used;
+  for (const NumberedShard& shard : numbering.shards)
+    used.push_back(shard.used);
+  const unsigned shift = piece_shift(Occurrences::from(folder, used).all);
+  std::vector<std::uint64_t> places;
+  for (const Growing::Record& record : growing.records) {
+    const auto begin = std::lower_bound(candidates.begin(), candidates.end(), std::uint64_t{record.piece} << shift);
+    places.push_back(begin[static_cast<std::ptrdiff_t>(record.number)]);
+  }
+  return places;
+}
+
+}  // namespace colx::scale

@@ -1,0 +1,39 @@
+#pragma once
+
+// Arranging: the distinct N-grams of one part of the reduction are distributed over the ranges of buckets in which they
+// will be listed. Those that the filter refuses leave their patterns here.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "scale/layout.h"
+#include "scale/plan.h"
+#include "spill/manifest.h"
+
+namespace colx::scale {
+
+// What a task says.
+struct ArrangeResult {
+  std::size_t rounds = 0;              // how often the memory was full: each round has a segment for every range
+  std::vector<std::uint64_t> records;  // by range
+
+  static ArrangeResult from(const Manifest& manifest);
+};
+
+// The file of arranged records, each with members, count and first place.
+inline constexpr std::string_view arranged_kind = "arra";
+
+std::string arrange_name(std::size_t task);
+
+// What the task depends on: all of the reduction.
+std::uint64_t arrange_key(const WorkFolder& folder, const Plan& plan);
+
+// Does one of plan.reduces tasks.
+void arrange(const WorkFolder& folder, const Plan& plan, std::size_t task);
+
+// When the records that made the set grow were first seen, from what the tasks have left.
+std::vector<std::uint64_t> growing_places(const WorkFolder& folder, const Plan& plan, const Layout& layout);
+
+}  // namespace colx::scale

@@ -1,0 +1,167 @@
+#include "scale/count_task.h"
+
+#include <algorithm>
+#include <memory>
+
+#include <fmt/format.h>
+
+#include "corpus/datafile_format.h"
+#include "corpus/string_store.h"
+#include "extraction/tag_filters.h"
+#include "scale/arrange_task.h"
+#include "scale/filters.h"
+#include "scale/number_task.h"
+#include "scale/order_task.h"
+#include "scale/patterns.h"
+#include "scale/sum_table.h"
+#include "spill/encoding.h"
+
+namespace colx::scale {
+
+namespace {
+
+// Counts the patterns of some pairs.
+class PatternCounter {
+ public:
+  PatternCounter(const WorkFolder& folder, const Plan& plan, const Layout& layout, std::size_t parts,
+                 const std::string& name)
+      : _plan(plan),
+        _layout(layout),
+        _parts(parts),
+        _tags(longest_text),
+        _frequencies(folder.file(name, "frequencies"), frequencies_kind),
+        _different(NGram::_types_count, 0) {
+    load_tags(folder, _tags);
+    add_morphologic_rules(plan, _rules);
+    _filter = std::make_unique<MorphologicFilter>(_rules, _tags);
+    const std::size_t buffer = std::clamp<std::size_t>(plan.memory / 4 / (parts + plan.reduces), 4096, 1 << 18);
+    for (std::size_t part = 0; part < parts; ++part)
+      _files.emplace_back(folder.file(order_name(part), "patterns"), patterns_kind, buffer);
+    for (std::size_t task = 0; task < plan.reduces; ++task)
+      _files.emplace_back(folder.file(arrange_name(task), "patterns"), patterns_kind, buffer);
+  }
+
+  void run(const Pairs& pairs, TaskResult& done) {
+    for (std::size_t pair = pairs.first; pair < pairs.end; ++pair) {
+      const auto type = static_cast<std::uint8_t>((pair >> _layout.partition_bits) + 1);
+      with_members_of(type, [&]<unsigned K>() { _count<K>(type, pair); });
+    }
+    done.add_file("frequencies", _frequencies.finish());
+    for (const std::uint64_t count : _different)
+      done.manifest().add("different", count);
+  }
+
+ private:
+  // How many patterns are numbered at the most, instead of being looked up once more.
+  std::size_t _most_numbers() const { return _plan.memory / 8 / sizeof(std::uint32_t); }
+
+  template <unsigned K>
+  static std::uint64_t _hash(const char* members, const Positions& positions) {
+    std::uint64_t hash = 0;
+    for (unsigned k = 0; k < K; ++k)
+      hash += member_hash(member_at(members, k), positions.at[k]);
+    return hash;
+  }
+
+  template <unsigned K>
+  void _count(std::uint8_t type, std::size_t pair) {
+    constexpr std::size_t size = K * NGram::Member::size;
+    const Positions positions(type);
+    static SumTable<K> table;
+    std::uint64_t bytes = 0;
+    for (const SegmentReader& file : _files)
+      bytes += file.size(pair);
+    table.clear(static_cast<std::size_t>(bytes / (size + 1) / 2));
+    const bool numbered = bytes / (size + 1) <= _most_numbers();
+    _numbers.clear();
+    for (SegmentReader& file : _files) {
+      const std::string_view segment = file.read(pair);
+      const char* const end = segment.data() + segment.size();
+      for (const char* from = segment.data(); from != end;) {
+        const std::uint32_t number = table.find_or_add(_hash<K>(from, positions), from);
+        from += size;
+        table[number].count += get_short(from);
+        if (numbered) _numbers.push_back(number);
+      }
+    }
+    _count_different(type, positions, table);
+
+    std::size_t next = 0;
+    for (std::size_t part = 0; part < _parts; ++part) {
+      _out.clear();
+      const std::string_view segment = _files[part].read(pair);
+      const char* const end = segment.data() + segment.size();
+      for (const char* from = segment.data(); from != end;) {
+        const std::uint32_t number = numbered ? _numbers[next++] : table.find_or_add(_hash<K>(from, positions), from);
+        from += size;
+        get_short(from);
+        append_short(_out, table[number].count);
+      }
+      _frequencies.add(_out);
+    }
+  }
+
+  // Patterns that the filter refuses are none to ngrex.
+  template <unsigned K>
+  void _count_different(std::uint8_t type, const Positions& positions, const SumTable<K>& table) {
+    if (!_filter->is_on()) {
+      _different[type] += table.size();
+      return;
+    }
+    for (const Sum<K>& sum : table.sums()) {
+      _batch.clear();
+      _batch.add();
+      for (unsigned k = 0; k < K; ++k)
+        _batch.set_last(positions.at[k], member_at(reinterpret_cast<const char*>(sum.members), k));
+      if (_filter->admits(_batch, 0, type)) ++_different[type];
+    }
+  }
+
+  const Plan& _plan;
+  const Layout& _layout;
+  std::size_t _parts;
+  StringStore<std::uint8_t> _tags;
+  MultiRulesFilter _rules;
+  std::unique_ptr<MorphologicFilter> _filter;
+  OccurrenceBatch _batch;
+  std::vector<SegmentReader> _files;
+  SegmentWriter _frequencies;
+  std::vector<std::uint64_t> _different;  // by type
+  std::vector<std::uint32_t> _numbers;
+  std::string _out;
+};
+
+}  // namespace
+
+std::vector<Pairs> count_tasks(const Plan& plan, const Layout& layout) {
+  const std::size_t pairs = pairs_count(layout.partition_bits);
+  const std::size_t tasks = std::clamp<std::size_t>(plan.reduces * 2, 1, pairs);
+  std::vector<Pairs> list;
+  for (std::size_t task = 0; task < tasks; ++task)
+    list.push_back({pairs * task / tasks, pairs * (task + 1) / tasks});
+  return list;
+}
+
+std::string count_name(std::size_t task) {
+  return fmt::format("count-{}", task);
+}
+
+std::uint64_t count_key(const WorkFolder& folder, const Plan& plan, const Pairs& pairs, std::size_t parts) {
+  std::string key;
+  append_fixed(key, pairs.first);
+  append_fixed(key, pairs.end);
+  for (std::size_t part = 0; part < parts; ++part)
+    append_fixed(key, folder.result(order_name(part)).mark());
+  for (std::size_t task = 0; task < plan.reduces; ++task)
+    append_fixed(key, folder.result(arrange_name(task)).mark());
+  return checksum(key);
+}
+
+void count_patterns(const WorkFolder& folder, const Plan& plan, const Layout& layout, const Pairs& pairs,
+                    std::size_t parts, std::size_t number) {
+  TaskResult done(folder, count_name(number), count_key(folder, plan, pairs, parts));
+  PatternCounter(folder, plan, layout, parts, count_name(number)).run(pairs, done);
+  done.save();
+}
+
+}  // namespace colx::scale

@@ -1,0 +1,36 @@
+#pragma once
+
+// Counting patterns: equal patterns come together, partition by partition, and every listed N-gram gets the frequencies
+// of its patterns, in the order in which the N-grams have left them.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "scale/layout.h"
+#include "scale/plan.h"
+#include "spill/manifest.h"
+
+namespace colx::scale {
+
+// The frequencies: for every pair of a type and a partition that a task has, a segment for each part.
+inline constexpr std::string_view frequencies_kind = "freq";
+
+// The pairs of one task.
+struct Pairs {
+  std::size_t first = 0;
+  std::size_t end = 0;
+};
+std::vector<Pairs> count_tasks(const Plan& plan, const Layout& layout);
+
+std::string count_name(std::size_t task);
+
+// What the tasks depend on: the patterns of all parts.
+std::uint64_t count_key(const WorkFolder& folder, const Plan& plan, const Pairs& pairs, std::size_t parts);
+
+// Does one task. Its manifest says how many different patterns of each type there are.
+void count_patterns(const WorkFolder& folder, const Plan& plan, const Layout& layout, const Pairs& pairs,
+                    std::size_t parts, std::size_t number);
+
+}  // namespace colx::scale

@@ -1,0 +1,278 @@
+#include "scale/number_task.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iostream>
+#include <limits>
+#include <optional>
+
+#include <fmt/format.h>
+
+#include "base/config.h"
+#include "base/errors.h"
+#include "base/notifier.h"
+#include "corpus/datafile_format.h"
+#include "scale/extracted_sentences.h"
+#include "scale/scan_task.h"
+#include "scale/shard_warnings.h"
+#include "scale/texts_file.h"
+#include "spill/damaged_file.h"
+
+namespace colx::scale {
+
+namespace {
+
+constexpr std::string_view numbers_kind = "numb";
+constexpr std::size_t numbers_of_block = std::size_t{64} << 10;
+
+// Puts shard after shard together.
+class Numberer {
+ public:
+  Numberer(const WorkFolder& folder, const Plan& plan)
+      : _folder(folder),
+        _plan(plan),
+        _shards(plan.shards.size()),
+        _datafiles(plan.datafiles.size()),
+        _lemmas(longest_text),
+        _tags(longest_text) {}
+
+  void run() {
+    for (std::size_t k = 0; k < _plan.shards.size() && _failure.empty();) {
+      std::size_t end = k;
+      while (end < _plan.shards.size() && _plan.shards[end].datafile == _plan.shards[k].datafile)
+        ++end;
+      _take_datafile(k, end);
+      k = end;
+    }
+  }
+
+  void save(std::uint64_t key) {
+    TaskResult done(_folder, number_name, key);
+    done.add_file("lemmas", _write_texts("lemmas", _lemmas));
+    done.add_file("tags", _write_texts("tags", _tags));
+    for (const auto& [name, mark] : _files)
+      done.add_file(name, mark);
+    Manifest& manifest = done.manifest();
+    manifest.add("lemmas", _lemmas.size());
+    manifest.add("tags", _tags.size());
+    for (const NumberedShard& shard : _shards)
+      manifest.add({"shard", shard.used ? "1" : "0", std::to_string(shard.extracted_sentences)});
+    for (const NumberedDatafile& datafile : _datafiles)
+      manifest.add({"datafile", datafile.opened ? "1" : "0", std::to_string(datafile.words),
+                    std::to_string(datafile.sentences)});
+    for (Manifest::Fields& message : _messages)
+      manifest.add(std::move(message));
+    if (!_failure.empty()) manifest.add({"failure", _failure});
+    done.save();
+  }
+
+ private:
+  void _warn(std::string text) { _messages.push_back({"warning", std::move(text)}); }
+
+  // Takes the shards of one datafile.
+  void _take_datafile(std::size_t begin, std::size_t end) {
+    const std::size_t d = _plan.shards[begin].datafile;
+    const Datafile& datafile = _plan.datafiles[d];
+    std::uint64_t expected = 0;
+    std::uint32_t lines_before = 0;
+    std::vector<std::string> words_files;
+    ScanResult last;
+    for (std::size_t k = begin; k < end && _failure.empty(); ++k) {
+      const std::optional<ScanResult> result = _agreed(k, expected);
+      if (!result) return;
+      if (!result->opened) {
+        _warn("Input datafile: " + datafile.path + " cannot be opened for reading! Skipping...");
+        return;
+      }
+      if (k == begin && !datafile.has_bar)
+        _warn("Progress bar initialization failed! Going on without progress bar display...");
+      _datafiles[d].opened = true;
+      _take_shard(k, *result, lines_before);
+      words_files.push_back(_folder.file(scan_name(k), "words"));
+      _datafiles[d].words += result->words;
+      _datafiles[d].sentences += result->sentences;
+      lines_before += result->lines;
+      expected = result->end;
+      if (result->sentences > 0) last = *result;
+      if (result->unreadable) _fail_to_read(last, datafile);
+      if (result->at_end) break;
+    }
+    if (_failure.empty()) _count_extracted(d, begin, end, words_files, last.last_at_end);
+  }
+
+  void _fail_to_read(const ScanResult& last, const Datafile& datafile) {
+    if (datafile.has_bar && last.last_unreadable) _warn("Progress bar update failed! Stopping progress bar display...");
+    _failure = unreadable(datafile.path).what();
+  }
+
+  // What is known of a shard that begins at a place, which is where the one before ends.
+  std::optional<ScanResult> _agreed(std::size_t shard, std::uint64_t expected) {
+    ScanResult result = ScanResult::from(_folder.result(scan_name(shard)));
+    if (result.opened && result.begin != expected) result = scan(_folder, _plan, shard, expected);
+    return result;
+  }
+
+  void _take_shard(std::size_t shard, const ScanResult& result, std::uint32_t lines_before) {
+    _shards[shard].used = true;
+    const std::size_t lemmas_before = _lemmas.size();
+    const std::size_t tags_before = _tags.size();
+    if (result.overflow || !_take_texts(shard)) {
+      _replay(shard, result, lines_before, lemmas_before, tags_before);
+      return;
+    }
+    if (lemmas_before <= most_distinct_lemmas && _lemmas.size() > most_distinct_lemmas) {
+      _replay(shard, result, lines_before, lemmas_before, tags_before);
+    } else if (result.warnings > 0) {
+      _messages.push_back({"told", std::to_string(shard), std::to_string(lines_before)});
+    }
+    if (_failure.empty() && !result.failure.empty())
+      _failure = result.failure +
+                 " Found while processing datafile: " + _plan.datafiles[_plan.shards[shard].datafile].path + "!";
+  }
+
+  // Reads the shard once more as ngrex would, because something happens in it that depends on what came before.
+  void _replay(std::size_t shard, const ScanResult& result, std::uint32_t lines_before, std::size_t lemmas_before,
+               std::size_t tags_before) {
+    StringStore<std::uint32_t> lemmas(longest_text);
+    for (std::size_t i = 0; i < lemmas_before; ++i)
+      lemmas.store(_lemmas[static_cast<std::uint32_t>(i)]);
+    StringStore<std::uint8_t> tags(longest_text);
+    for (std::size_t i = 0; i < tags_before; ++i)
+      tags.store(_tags[static_cast<std::uint8_t>(i)]);
+    const std::string file = fmt::format("replay-{}", shard);
+    ShardWarningsWriter warnings(_folder.file(number_name, file));
+    _failure = replay(_plan, shard, result.begin, lemmas, tags, warnings);
+    _files.emplace_back(file, warnings.finish());
+    _messages.push_back({"replay", file, std::to_string(lines_before)});
+  }
+
+  // Gives the texts of a shard their numbers. Returns false when there are too many.
+  bool _take_texts(std::size_t shard) try {
+    SegmentWriter numbers(numbers_file(_folder, shard), numbers_kind);
+    std::string tags;
+    for_each_text(_folder.file(scan_name(shard), "tags"),
+                  [&](std::string_view text) { tags += static_cast<char>(_tags.store(text)); });
+    numbers.add(tags);
+    std::string lemmas;
+    for_each_text(_folder.file(scan_name(shard), "lemmas"), [&](std::string_view text) {
+      append_fixed(lemmas, _lemmas.store(text));
+      if (lemmas.size() < numbers_of_block * sizeof(std::uint32_t)) return;
+      numbers.add(lemmas);
+      lemmas.clear();
+    });
+    numbers.add(lemmas);
+    _files.emplace_back(fmt::format("numbers-{}", shard), numbers.finish());
+    return true;
+  } catch (const index_overflow&) {
+    return false;
+  }
+
+  void _count_extracted(std::size_t datafile, std::size_t begin, std::size_t end,
+                        const std::vector<std::string>& words_files, bool last_at_end) {
+    std::uint64_t left = _datafiles[datafile].sentences;
+    if (settings::context_window.size != 0)
+      left = extracted_sentences(words_files, last_at_end, _plan.datafiles[datafile].has_bar);
+    for (std::size_t k = begin; k < end && _shards[k].used; ++k) {
+      const std::uint64_t held = ScanResult::from(_folder.result(scan_name(k))).sentences;
+      _shards[k].extracted_sentences = std::min(held, left);
+      left -= _shards[k].extracted_sentences;
+    }
+  }
+
+  template <typename Index>
+  FileMark _write_texts(std::string_view what, const StringStore<Index>& store) {
+    TextsWriter texts(_folder.file(number_name, what));
+    if (_failure.empty()) {
+      for (std::size_t i = 0; i < store.size(); ++i)
+        texts.add(store[static_cast<Index>(i)]);
+    }
+    return texts.finish();
+  }
+
+  const WorkFolder& _folder;
+  const Plan& _plan;
+  std::vector<NumberedShard> _shards;
+  std::vector<NumberedDatafile> _datafiles;
+  StringStore<std::uint32_t> _lemmas;
+  StringStore<std::uint8_t> _tags;
+  std::vector<Manifest::Fields> _messages;
+  std::vector<std::pair<std::string, FileMark>> _files;
+  std::string _failure;
+};
+
+}  // namespace
+
+Numbering Numbering::from(const Manifest& manifest) {
+  Numbering numbering;
+  for (const Manifest::Fields& line : manifest.all("shard"))
+    numbering.shards.push_back({line.at(1) == "1", to_number(line.at(2))});
+  for (const Manifest::Fields& line : manifest.all("datafile"))
+    numbering.datafiles.push_back({line.at(1) == "1", to_number(line.at(2)), to_number(line.at(3))});
+  numbering.lemmas = manifest.number("lemmas");
+  numbering.tags = manifest.number("tags");
+  if (manifest.find("failure") != nullptr) numbering.failure = manifest.text("failure");
+  return numbering;
+}
+
+std::uint64_t number_key(const WorkFolder& folder, const Plan& plan) {
+  std::string key;
+  append_fixed(key, plan.counting);
+  for (std::size_t k = 0; k < plan.shards.size(); ++k)
+    append_fixed(key, folder.result(scan_name(k)).mark());
+  for (const Datafile& datafile : plan.datafiles)
+    key += datafile.path + '\n' + (datafile.has_bar ? '1' : '0');
+  return checksum(key);
+}
+
+void number_shards(const WorkFolder& folder, const Plan& plan) {
+  Numberer numberer(folder, plan);
+  numberer.run();
+  numberer.save(number_key(folder, plan));  // some scans may be new
+}
+
+void tell_messages(const WorkFolder& folder, const Manifest& numbering) {
+  const Notifier error(std::cerr);
+  const auto warn = [&](std::string_view warning) { error.warning(warning); };
+  for (const Manifest::Fields& line : numbering.lines()) {
+    if (line[0] == "warning") error.warning(line.at(1));
+    if (line[0] == "told") {
+      for_each_warning(folder.file(scan_name(to_number(line.at(1))), "warnings"),
+                       static_cast<std::uint32_t>(to_number(line.at(2))), warn);
+    }
+    if (line[0] == "replay") {
+      for_each_warning(folder.file(number_name, line.at(1)), static_cast<std::uint32_t>(to_number(line.at(2))), warn);
+    }
+  }
+}
+
+std::string numbers_file(const WorkFolder& folder, std::size_t shard) {
+  return folder.file(number_name, fmt::format("numbers-{}", shard));
+}
+
+std::vector<std::uint8_t> tag_numbers(const WorkFolder& folder, std::size_t shard) {
+  SegmentReader file(numbers_file(folder, shard), numbers_kind);
+  const std::string_view bytes = file.read(0);
+  return {bytes.begin(), bytes.end()};
+}
+
+std::vector<std::uint32_t> lemma_numbers(const WorkFolder& folder, std::size_t shard) {
+  SegmentReader file(numbers_file(folder, shard), numbers_kind);
+  std::vector<std::uint32_t> numbers;
+  for (std::size_t i = 1; i < file.segments(); ++i) {
+    const std::string_view bytes = file.read(i);
+    const std::size_t count = numbers.size();
+    numbers.resize(count + bytes.size() / sizeof(std::uint32_t));
+    if (!bytes.empty()) std::memcpy(numbers.data() + count, bytes.data(), bytes.size());
+  }
+  return numbers;
+}
+
+void load_tags(const WorkFolder& folder, StringStore<std::uint8_t>& tags) {
+  for_each_text(folder.file(number_name, "tags"), [&](std::string_view text) { tags.store(text); });
+}
+
+void load_lemmas(const WorkFolder& folder, StringStore<std::uint32_t>& lemmas) {
+  for_each_text(folder.file(number_name, "lemmas"), [&](std::string_view text) { lemmas.store(text); });
+}
+
+}  // namespace colx::scale

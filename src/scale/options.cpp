@@ -1,0 +1,113 @@
+#include "scale/options.h"
+
+#include <algorithm>
+#include <array>
+#include <sstream>
+
+#include <fmt/format.h>
+
+#include "companion/descriptor.h"
+#include "companion/errors.h"
+#include "companion/memory_size.h"
+#include "options/params.h"
+
+namespace colx::scale {
+
+namespace {
+
+constexpr std::string_view commands[] = {"run", "write"};
+
+void _print_help(Options& options, const GivenOption& given);
+void _print_version(Options& options, const GivenOption& given);
+
+constexpr std::array<Option<Options>, 8> _rows = {{
+    {{"--jobs", "N", "processes at a time; the default is the number of processors"},
+     [](Options& options, const GivenOption& given) { options.jobs = whole_number(given, 1); }},
+    {{"--memory", "SIZE",
+      "memory for each process, such as 512M or 2G; the default is three quarters of what the "
+      "machine has, divided by the jobs"},
+     [](Options& options, const GivenOption& given) { options.memory = memory_size(given); }},
+    {{"--work", "DIR",
+      "folder of intermediate files, which is kept; the default is one beside the output, which is "
+      "removed at the end"},
+     [](Options& options, const GivenOption& given) { options.work = given.value; }},
+    {{"--shard", "SIZE", "bytes of a datafile that are a task of their own; the default depends on the corpus"},
+     [](Options& options, const GivenOption& given) { options.shard = memory_size(given); }},
+    {{"--task", "K", "number of the task, where the command is that of a single one"},
+     [](Options& options, const GivenOption& given) { options.task = whole_number(given, 0); }},
+    {{"--quiet", "", "draw no progress bar"}, [](Options& options, const GivenOption&) { options.quiet = true; }},
+    {{"--help", "", "print this help"}, _print_help, true},
+    {{"--version", "", "print the version"}, _print_version, true},
+}};
+
+constexpr auto _entries = entries_of(_rows);
+
+void _print_help(Options&, const GivenOption&) {
+  std::ostringstream ngrex_options;
+  print_options(ngrex_options);
+  write_to_standard_output(help(program) + "\n" + ngrex_options.str());
+}
+
+void _print_version(Options&, const GivenOption&) {
+  write_to_standard_output(version(program));
+}
+
+// Whether the word is an option of ngrex-scale's own that takes the next word as its value.
+bool _takes_value(const std::string& word) {
+  return std::any_of(_entries.begin(), _entries.end(),
+                     [&](const OptionEntry& entry) { return entry.names == word && !entry.value.empty(); });
+}
+
+// Parts the words of ngrex's options, which go to `theirs`, from our own. Throws usage_error for what is neither.
+std::vector<std::string> _part(const std::vector<std::string>& arguments, std::vector<std::string>& theirs) {
+  std::vector<const char*> words;
+  for (const std::string& argument : arguments)
+    words.push_back(argument.c_str());
+  const int count = static_cast<int>(words.size());
+  std::vector<std::string> own;
+  for (int i = 0; i < count;) {
+    const std::string& word = arguments[static_cast<std::size_t>(i)];
+    int taken = 1;
+    if (word.starts_with("--")) {
+      if (_takes_value(word) && i + 1 < count) ++taken;
+      own.insert(own.end(), words.begin() + i, words.begin() + i + taken);
+    } else if ((taken = take_option(count, words.data(), i)) > 0) {
+      theirs.insert(theirs.end(), words.begin() + i, words.begin() + i + taken);
+    } else {
+      throw usage_error(word.starts_with("-") ? fmt::format("there is no option {}", word)
+                                              : fmt::format("expected options only, found \"{}\"", word));
+    }
+    i += taken;
+  }
+  return own;
+}
+
+}  // namespace
+
+constexpr Program program = {
+    "ngrex-scale",
+    "",
+    "Counts as ngrex does, in many processes and beyond memory, and writes the same files.",
+    "COMMAND is run, which does all the work, or write, which writes the files again from a folder given by --work.\n"
+    "The options of ngrex mean what they mean there:",
+    _entries,
+    0};
+
+std::optional<Options> read_options(const std::vector<std::string>& arguments) {
+  Options options;
+  static std::vector<std::string> words;  // the settings point into them
+  words = arguments;
+  if (!words.empty() && !words.front().starts_with("-")) {
+    options.command = words.front();
+    words.erase(words.begin());
+  }
+  const std::vector<std::string> own = _part(words, options.words);
+  std::vector<std::string> files;
+  if (apply_command_line(program, _rows, own, options, files)) return std::nullopt;
+  if (std::find(std::begin(commands), std::end(commands), options.command) == std::end(commands))
+    throw usage_error(options.command.empty() ? "expected a command, found none"
+                                              : fmt::format("there is no command {}", options.command));
+  return options;
+}
+
+}  // namespace colx::scale

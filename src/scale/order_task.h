@@ -1,0 +1,26 @@
+#pragma once
+
+// Ordering: the N-grams of some ranges of buckets are put in the order in which they are listed, and leave their
+// patterns.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "scale/layout.h"
+#include "scale/plan.h"
+
+namespace colx::scale {
+
+// The file of ordered records, by blocks, each with members and count.
+inline constexpr std::string_view ordered_kind = "orde";
+
+std::string order_name(std::size_t part);
+
+// What the tasks depend on: all that is arranged, and the cut into parts.
+std::uint64_t order_key(const WorkFolder& folder, const Plan& plan, const Part& part);
+
+// Does the task of one part. Its patterns stand in the file "patterns".
+void order(const WorkFolder& folder, const Plan& plan, const Layout& layout, const Part& part, std::size_t number);
+
+}  // namespace colx::scale

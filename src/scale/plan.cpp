@@ -1,0 +1,222 @@
+#include "scale/plan.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <fstream>
+
+#include <fmt/format.h>
+
+#include "base/config.h"
+#include "base/files.h"
+#include "companion/descriptor.h"
+#include "companion/errors.h"
+#include "companion/new_file.h"
+#include "options/params.h"
+#include "spill/encoding.h"
+
+namespace colx::scale {
+
+namespace {
+
+constexpr std::uint64_t least_shard = std::uint64_t{1} << 20;
+constexpr std::uint64_t largest_shard = std::uint64_t{256} << 20;
+constexpr unsigned most_bucket_bits = 18;
+constexpr std::uint64_t records_of_a_bucket = 8192;
+
+Manifest::Fields _with_key(std::string key, const std::vector<std::string>& values) {
+  Manifest::Fields fields{std::move(key)};
+  fields.insert(fields.end(), values.begin(), values.end());
+  return fields;
+}
+
+std::string _name(const WorkFolder& folder) {
+  return folder.file("plan", "done");
+}
+
+// How many bytes of a stream there are, by seeking as ngrex does; negative when that cannot be told.
+std::streamoff _length(std::ifstream& stream) {
+  stream.seekg(0, std::ios::end);
+  const std::streamoff end = stream.tellg();
+  stream.clear();
+  return end;
+}
+
+// Copies what can be read only once. Returns the bytes copied.
+std::uint64_t _copy(const std::string& from, const std::string& to) {
+  const Descriptor input = open_for_reading(from == "-" ? "./-" : from);
+  NewFile output(to);
+  std::vector<char> buffer(std::size_t{1} << 20);
+  std::uint64_t size = 0;
+  for (std::size_t count; (count = input.read_some(buffer.data(), buffer.size(), from)) != 0; size += count)
+    output.write({buffer.data(), count});
+  output.commit();
+  return size;
+}
+
+Datafile _look_at(const WorkFolder& folder, const std::string& path, std::size_t number) {
+  Datafile datafile;
+  datafile.path = path;
+  datafile.source = path;
+  std::ifstream stream = open_input(path);
+  if (!stream.is_open()) return datafile;  // scanning it will tell
+  datafile.has_bar = _length(stream) >= 0;
+  struct stat status {};
+  if (::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode)) {
+    datafile.size = static_cast<std::uint64_t>(status.st_size);
+    std::string version;
+    append_fixed(version, status.st_size);
+    append_fixed(version, status.st_mtim.tv_sec);
+    append_fixed(version, status.st_mtim.tv_nsec);
+    append_fixed(version, status.st_ino);
+    datafile.version = checksum(version);
+  } else {
+    stream.close();
+    datafile.source = folder.file(fmt::format("copy-{}", number), "datafile");
+    datafile.size = _copy(path, datafile.source);
+    datafile.version = checksum(datafile.source);
+  }
+  return datafile;
+}
+
+// A size between the least and the largest, in shards enough for everybody to have several.
+std::uint64_t _usual_shard_size(std::uint64_t total, const PlanWishes& wishes) {
+  const std::uint64_t even = total / (std::max<std::uint64_t>(wishes.jobs, 1) * 2) + 1;
+  return std::clamp(even, least_shard, largest_shard);
+}
+
+std::vector<Shard> _cut(const std::vector<Datafile>& datafiles, std::uint64_t shard_size, bool inside) {
+  std::vector<Shard> shards;
+  for (std::size_t d = 0; d < datafiles.size(); ++d) {
+    const std::uint64_t size = datafiles[d].size;
+    const std::uint64_t pieces = inside ? std::max<std::uint64_t>((size + shard_size - 1) / shard_size, 1) : 1;
+    for (std::uint64_t piece = 0; piece < pieces; ++piece) {
+      const bool is_last = piece + 1 == pieces;
+      shards.push_back({d, piece * shard_size, is_last ? size : (piece + 1) * shard_size, is_last});
+    }
+  }
+  return shards;
+}
+
+// Tells apart what makes the counts different: N, mask, rules, and the contexts with their window.
+std::uint64_t _counting(const Plan& plan) {
+  Manifest options;
+  options.add("n", settings::n);
+  const char* const mask = settings::morphologic_tag_mask;
+  options.add({"mask", mask == nullptr ? "" : mask});
+  options.add("contexts", settings::context_tracing_on());
+  options.add("mode", settings::context_window.mode);
+  options.add("size", settings::context_window.size);
+  for (const std::vector<std::string>& rule : plan.morphologic_rules)
+    options.add(_with_key("rule", rule));
+  for (const std::string& rule : plan.context_rules)
+    options.add({"context_rule", rule});
+  return options.mark();
+}
+
+}  // namespace
+
+std::uint64_t Plan::key_of_shard(std::size_t shard) const {
+  const Shard& piece = shards[shard];
+  const Datafile& datafile = datafiles[piece.datafile];
+  std::string key;
+  append_fixed(key, counting);
+  append_fixed(key, datafile.version);
+  append_fixed(key, datafile.size);
+  append_fixed(key, piece.begin);
+  append_fixed(key, piece.end);
+  append_fixed(key, piece.is_last);
+  return checksum(key + datafile.source);
+}
+
+void Plan::apply_options() const {
+  std::vector<const char*> argv;
+  argv.reserve(words.size());
+  for (const std::string& word : words)
+    argv.push_back(word.c_str());
+  const int count = static_cast<int>(argv.size());
+  for (int i = 0; i < count;)
+    i += std::max(take_option(count, argv.data(), i), 1);
+}
+
+void Plan::save(const WorkFolder& folder) const {
+  Manifest manifest;
+  manifest.add({"task", "plan"});
+  for (const std::string& word : words)
+    manifest.add({"word", word});
+  for (const std::vector<std::string>& rule : morphologic_rules)
+    manifest.add(_with_key("rule", rule));
+  for (const std::string& rule : context_rules)
+    manifest.add({"context_rule", rule});
+  manifest.add("shard_size", shard_size);
+  manifest.add("memory", memory);
+  manifest.add("bucket_bits", bucket_bits);
+  manifest.add("reduces", reduces);
+  manifest.add("counting", counting);
+  for (const Datafile& datafile : datafiles)
+    manifest.add({"datafile", datafile.path, datafile.source, std::to_string(datafile.size),
+                  std::to_string(datafile.version), datafile.has_bar ? "1" : "0"});
+  for (const Shard& shard : shards)
+    manifest.add({"shard", std::to_string(shard.datafile), std::to_string(shard.begin), std::to_string(shard.end),
+                  shard.is_last ? "1" : "0"});
+  manifest.save(_name(folder));
+}
+
+std::optional<Plan> Plan::load(const WorkFolder& folder) {
+  const std::optional<Manifest> manifest = Manifest::load(_name(folder));
+  if (!manifest) return std::nullopt;
+  Plan plan;
+  for (const Manifest::Fields& line : manifest->all("word"))
+    plan.words.push_back(line.at(1));
+  for (const Manifest::Fields& line : manifest->all("rule"))
+    plan.morphologic_rules.emplace_back(line.begin() + 1, line.end());
+  for (const Manifest::Fields& line : manifest->all("context_rule"))
+    plan.context_rules.push_back(line.at(1));
+  plan.shard_size = manifest->number("shard_size");
+  plan.memory = manifest->number("memory");
+  plan.bucket_bits = static_cast<unsigned>(manifest->number("bucket_bits"));
+  plan.reduces = manifest->number("reduces");
+  plan.counting = manifest->number("counting");
+  for (const Manifest::Fields& line : manifest->all("datafile"))
+    plan.datafiles.push_back({line.at(1), line.at(2), to_number(line.at(3)), to_number(line.at(4)), line.at(5) == "1"});
+  for (const Manifest::Fields& line : manifest->all("shard"))
+    plan.shards.push_back({to_number(line.at(1)), to_number(line.at(2)), to_number(line.at(3)), line.at(4) == "1"});
+  return plan;
+}
+
+bool only_first_sentence() {
+  return settings::context_window.mode == ContextWindow::words && settings::context_window.size == 0;
+}
+
+void make_plan(const WorkFolder& folder, const std::vector<std::string>& paths, const PlanWishes& wishes, Plan& plan) {
+  const std::optional<Plan> before = Plan::load(folder);
+  plan.counting = _counting(plan);
+  if (before && before->counting != plan.counting)
+    throw usage_error(fmt::format("the folder {} holds counts for other options", folder.path()));
+  plan.memory = wishes.memory;
+  std::uint64_t total = 0;
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    plan.datafiles.push_back(_look_at(folder, paths[i], i));
+    total += plan.datafiles.back().size;
+  }
+  // Cuts stay as they were, so that what has been counted stays counted.
+  plan.shard_size = before ? before->shard_size : wishes.shard_size;
+  if (wishes.shard_size != 0) plan.shard_size = wishes.shard_size;
+  if (plan.shard_size == 0) plan.shard_size = _usual_shard_size(total, wishes);
+  // A window reaches over cuts, and one of no words lets a datafile be read up to its first sentence only.
+  const bool inside = !settings::context_tracing_on() && !only_first_sentence();
+  plan.shards = _cut(plan.datafiles, plan.shard_size, inside);
+
+  // A word takes twenty bytes or more; of larger N-grams there are some more than words.
+  const std::uint64_t records = total / 20 * (settings::n > 2 ? 2U * (settings::n - 2U) : 1U);
+  while (plan.bucket_bits < most_bucket_bits && (records >> plan.bucket_bits) > records_of_a_bucket)
+    ++plan.bucket_bits;
+  if (before) plan.bucket_bits = before->bucket_bits;
+  const std::uint64_t bytes_of_record = 6ULL * settings::n + 64;
+  const std::uint64_t by_memory = records * bytes_of_record / std::max<std::uint64_t>(plan.memory / 2, 1) + 1;
+  plan.reduces = std::clamp<std::uint64_t>(std::max<std::uint64_t>(by_memory, wishes.jobs), 1,
+                                           std::uint64_t{1} << plan.bucket_bits);
+  plan.save(folder);
+}
+
+}  // namespace colx::scale

@@ -1,0 +1,140 @@
+#include "scale/scale.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <new>
+#include <optional>
+#include <thread>
+
+#include <fmt/format.h>
+
+#include "base/config.h"
+#include "base/errors.h"
+#include "base/notifier.h"
+#include "companion/errors.h"
+#include "companion/memory_size.h"
+#include "companion/new_file.h"
+#include "model/ngram.h"
+#include "options/output_paths.h"
+#include "options/start_up.h"
+#include "scale/number_task.h"
+#include "scale/options.h"
+#include "scale/pipeline.h"
+#include "scale/plan.h"
+#include "scale/write_task.h"
+
+namespace colx::scale {
+
+namespace {
+
+// A run that ends as one of ngrex would, everything having been said.
+struct Ended {};
+
+// Finds out whether an output can be written before the long work, and touches nothing.
+void _check_output(const char* path, const char* failure) {
+  if (path == nullptr) return;
+  struct stat status {};
+  const bool is_there = ::stat(path, &status) == 0;
+  // Opening a pipe or a device may do something to whoever is at its other end.
+  if (is_there && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) return;
+  try {
+    if (*path == '\0') throw output_error("");
+    const NewFile file(path);
+  } catch (const output_error&) {
+    throw fatal_error(std::string(failure) + path + "!");
+  }
+}
+
+void _check_outputs() {
+  _check_output(settings::output_file, "Cannot open output file: ");
+  _check_output(settings::context_output_file, "Cannot open context output file: ");
+  _check_output(settings::stats_file, "Cannot open file to save statistics: ");
+  _check_output(settings::morphologic_filter_stats_file, "Cannot open file to save morphologic filter statistics: ");
+}
+
+// A folder beside the output; where that is no file, in the folder for temporary files.
+std::string _usual_folder() {
+  struct stat status {};
+  const std::string output = settings::output_file;
+  const bool is_file = ::stat(output.c_str(), &status) != 0 || S_ISREG(status.st_mode);
+  if (is_file) return output + ".ngrex-scale";
+  const char* const chosen = std::getenv("TMPDIR");
+  const std::string folder = chosen == nullptr || *chosen == '\0' ? "/tmp" : chosen;
+  return fmt::format("{}/ngrex-scale-{}", folder, ::getpid());
+}
+
+// Uses a folder as it was asked for. One that was not named is removed at the end of a run that has ended well.
+class UsedFolder {
+ public:
+  explicit UsedFolder(const std::optional<std::string>& named)
+      : _named(named.has_value()), _folder(named ? *named : _usual_folder()), _lock(_folder) {}
+
+  const WorkFolder& folder() const { return _folder; }
+
+  void finish() const {
+    std::error_code none;
+    if (!_named) std::filesystem::remove_all(_folder.path(), none);
+  }
+
+ private:
+  bool _named;
+  WorkFolder _folder;
+  FolderLock _lock;
+};
+
+std::size_t _jobs(const Options& options) {
+  return options.jobs != 0 ? options.jobs : std::max(std::thread::hardware_concurrency(), 1U);
+}
+
+void _run(const Options& options, const Notifier& error) {
+  if (!check_settings(error)) throw Ended();
+  NGram::init();
+  MultiRulesFilter morphologic_filter;
+  UniRulesFilter context_filter;
+  std::vector<std::string> paths;
+  std::uint32_t total_size = 0;
+  if (!load_rules(morphologic_filter, context_filter, error) ||
+      !read_and_check_input_datafiles(paths, total_size, error))
+    throw Ended();
+  check_output_paths(paths);
+  _check_outputs();
+
+  const UsedFolder used(options.work);
+  Plan plan;
+  plan.words = options.words;
+  plan.morphologic_rules = morphologic_filter.rules();
+  plan.context_rules = context_filter.rules();
+  const std::size_t jobs = _jobs(options);
+  PlanWishes wishes;
+  wishes.jobs = jobs;
+  wishes.shard_size = options.shard;
+  wishes.memory = options.memory != 0 ? options.memory : memory_of_machine() / 4 * 3 / jobs;
+  make_plan(used.folder(), paths, wishes, plan);
+  count_all(used.folder(), plan, jobs);
+  write_files(used.folder(), plan);
+  used.finish();
+}
+
+}  // namespace
+
+int scale(const std::vector<std::string>& arguments) {
+  const std::optional<Options> options = read_options(arguments);
+  if (!options) return EXIT_SUCCESS;
+  const Notifier error(std::cerr);
+  try {
+    _run(*options, error);
+    return EXIT_SUCCESS;
+  } catch (const Ended&) {
+    return EXIT_FAILURE;
+  } catch (const fatal_error& failure) {
+    error.fatal_error(failure.what());
+    return EXIT_FAILURE;
+  }
+}
+
+}  // namespace colx::scale

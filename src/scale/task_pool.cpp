@@ -1,0 +1,150 @@
+#include "scale/task_pool.h"
+
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <map>
+#include <new>
+#include <stdexcept>
+
+#include <fmt/format.h>
+
+#include "base/errors.h"
+#include "companion/descriptor.h"
+#include "companion/errors.h"
+#include "spill/damaged_file.h"
+
+namespace colx::scale {
+
+namespace {
+
+// How a process ends, and the first letter of what it says then.
+constexpr int failed = 3;
+constexpr char damaged_letter = 'D';
+constexpr char fatal_letter = 'F';
+constexpr char other_letter = 'O';
+
+// What a process says of its failure goes through a pipe.
+void _say(const Descriptor& pipe, char letter, const std::string& text) {
+  try {
+    pipe.write_fully(letter + text, "a pipe");
+  } catch (const std::exception&) {
+    // Then it ends without a word.
+  }
+}
+
+[[noreturn]] void _be_task(const Task& task, const Descriptor& pipe) {
+  ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  try {
+    task.body();
+    ::_exit(EXIT_SUCCESS);
+  } catch (const damaged_file& error) {
+    _say(pipe, damaged_letter, error.path() + '\n' + error.what());
+  } catch (const fatal_error& error) {
+    _say(pipe, fatal_letter, error.what());
+  } catch (const std::bad_alloc&) {
+    _say(pipe, fatal_letter, out_of_memory("in the task " + task.name).what());
+  } catch (const std::exception& error) {
+    _say(pipe, other_letter, error.what());
+  }
+  ::_exit(failed);
+}
+
+// The processes that are at work.
+class Processes {
+ public:
+  Processes() = default;
+  ~Processes() {
+    for (const auto& [pid, process] : _running)
+      ::kill(pid, SIGKILL);
+    while (!_running.empty()) {
+      const auto first = _running.begin();
+      ::waitpid(first->first, nullptr, 0);
+      _running.erase(first);
+    }
+  }
+  Processes(const Processes&) = delete;
+  Processes& operator=(const Processes&) = delete;
+
+  std::size_t size() const { return _running.size(); }
+
+  void start(const Task& task) {
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC) != 0) throw output_error(fmt::format("cannot make a pipe: {}", system_reason()));
+    Descriptor reading(ends[0]);
+    Descriptor writing(ends[1]);
+    const pid_t pid = ::fork();
+    if (pid < 0) throw output_error(fmt::format("cannot make a process: {}", system_reason()));
+    if (pid == 0) _be_task(task, writing);
+    _running.emplace(pid, Running{task.name, std::move(reading)});
+  }
+
+  // Waits for one to end, and throws its failure.
+  void wait() {
+    int status = 0;
+    pid_t pid;
+    do
+      pid = ::waitpid(-1, &status, 0);
+    while (pid < 0 && errno == EINTR);
+    const auto found = _running.find(pid);
+    if (found == _running.end()) return;
+    Running process = std::move(found->second);
+    _running.erase(found);
+    if (WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS) return;
+    if (WIFSIGNALED(status))
+      throw std::runtime_error(fmt::format("the task {} was ended by signal {}", process.name, WTERMSIG(status)));
+    _throw_failure(process);
+  }
+
+ private:
+  struct Running {
+    std::string name;
+    Descriptor pipe;
+  };
+
+  [[noreturn]] static void _throw_failure(const Running& process) {
+    std::string text;
+    char bytes[4096];
+    for (std::size_t count; (count = process.pipe.read_some(bytes, sizeof bytes, "a pipe")) != 0;)
+      text.append(bytes, count);
+    if (text.empty()) throw std::runtime_error(fmt::format("the task {} failed", process.name));
+    const std::string rest = text.substr(1);
+    if (text[0] == fatal_letter) throw fatal_error(rest);
+    const std::size_t line_end = rest.find('\n');
+    if (text[0] == damaged_letter && line_end != std::string::npos) {
+      const std::string path = rest.substr(0, line_end);
+      const std::string usual = fmt::format("intermediate file {} ", path);
+      throw damaged_file(path, rest.substr(line_end + 1 + usual.size()));
+    }
+    throw std::runtime_error(rest);
+  }
+
+  std::map<pid_t, Running> _running;
+};
+
+bool _is_done(const WorkFolder& folder, const Task& task) {
+  const std::optional<Manifest> manifest = folder.done(task.name);
+  return manifest && manifest->number("key") == task.key;
+}
+
+}  // namespace
+
+void do_tasks(const WorkFolder& folder, const std::vector<Task>& tasks, std::size_t jobs) {
+  Processes processes;
+  for (const Task& task : tasks) {
+    if (_is_done(folder, task)) continue;
+    folder.forget(task.name);
+    while (processes.size() >= jobs)
+      processes.wait();
+    processes.start(task);
+  }
+  while (processes.size() > 0)
+    processes.wait();
+}
+
+}  // namespace colx::scale

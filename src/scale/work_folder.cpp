@@ -1,0 +1,86 @@
+#include "scale/work_folder.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+
+#include <fmt/format.h>
+
+#include "companion/errors.h"
+#include "spill/damaged_file.h"
+
+namespace colx::scale {
+
+namespace {
+
+constexpr std::string_view done_name = "done";
+
+}  // namespace
+
+std::optional<Manifest> WorkFolder::done(const std::string& task) const {
+  try {
+    std::optional<Manifest> manifest = Manifest::load(file(task, done_name));
+    if (!manifest) return std::nullopt;
+    for (const Manifest::Fields& line : manifest->all("file")) {
+      if (mark_of(file(task, line.at(1))) != FileMark{to_number(line.at(2)), to_number(line.at(3))})
+        return std::nullopt;
+    }
+    return manifest;
+  } catch (const damaged_file&) {
+    return std::nullopt;
+  }
+}
+
+Manifest WorkFolder::result(const std::string& task) const {
+  std::optional<Manifest> manifest = Manifest::load(file(task, done_name));
+  if (!manifest) throw damaged_file(file(task, done_name), "is missing");
+  return *std::move(manifest);
+}
+
+void WorkFolder::forget(const std::string& task) const {
+  ::unlink(file(task, done_name).c_str());
+  const std::string prefix = task + ".";
+  for (const auto& entry : std::filesystem::directory_iterator(_path)) {
+    if (entry.path().filename().string().starts_with(prefix)) ::unlink(entry.path().c_str());
+  }
+}
+
+std::string WorkFolder::maker(const std::string& file) const {
+  if (!file.starts_with(_path + "/")) return "";
+  const std::string name = file.substr(_path.size() + 1);
+  const std::size_t dot = name.find('.');
+  return dot == std::string::npos ? "" : name.substr(0, dot);
+}
+
+TaskResult::TaskResult(const WorkFolder& folder, std::string task, std::uint64_t key)
+    : _folder(folder), _task(std::move(task)) {
+  _manifest.add({"task", _task});
+  _manifest.add("key", key);
+}
+
+void TaskResult::add_file(std::string_view what, const FileMark& mark) {
+  _manifest.add({"file", std::string(what), std::to_string(mark.size), std::to_string(mark.checksum)});
+}
+
+void TaskResult::save() const {
+  _manifest.save(_folder.file(_task, done_name));
+}
+
+FolderLock::FolderLock(const WorkFolder& folder) {
+  if (::mkdir(folder.path().c_str(), 0777) != 0 && errno != EEXIST)
+    throw output_error(fmt::format("cannot make the folder {}: {}", folder.path(), system_reason()));
+  const std::string name = folder.path() + "/lock";
+  const int number = ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  if (number < 0) throw output_error(fmt::format("cannot open {} for writing: {}", name, system_reason()));
+  _file = Descriptor(number);
+  if (::flock(number, LOCK_EX | LOCK_NB) != 0) {
+    if (errno == EWOULDBLOCK) throw output_error(fmt::format("another run works in {}", folder.path()));
+    throw output_error(fmt::format("cannot lock {}: {}", name, system_reason()));
+  }
+}
+
+}  // namespace colx::scale

@@ -1,0 +1,76 @@
+#pragma once
+
+// The folder of intermediate files. A task of the name N leaves files N.something and, when it is done, the manifest
+// N.done, which lists them.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "companion/descriptor.h"
+#include "spill/manifest.h"
+#include "spill/segment_file.h"
+
+namespace colx::scale {
+
+// Names in one folder.
+class WorkFolder {
+ public:
+  explicit WorkFolder(std::string path) : _path(std::move(path)) {}
+
+  const std::string& path() const { return _path; }
+
+  // The path of a file of a task.
+  std::string file(const std::string& task, std::string_view what) const {
+    return _path + "/" + task + "." + std::string(what);
+  }
+
+  // What a task has left, when it is done and all files that it lists are there and are those that it lists. Nothing
+  // when it has to be done, whatever the reason.
+  std::optional<Manifest> done(const std::string& task) const;
+
+  // The same, where it must be there. Throws damaged_file.
+  Manifest result(const std::string& task) const;
+
+  // Removes what a task has left, and what another attempt at it may have left.
+  void forget(const std::string& task) const;
+
+  // The task that makes a file of the folder; empty for a file that is none of a task.
+  std::string maker(const std::string& file) const;
+
+ private:
+  std::string _path;
+};
+
+// What a task says when it is done.
+class TaskResult {
+ public:
+  TaskResult(const WorkFolder& folder, std::string task, std::uint64_t key);
+
+  // Lists a file of the task.
+  void add_file(std::string_view what, const FileMark& mark);
+
+  Manifest& manifest() { return _manifest; }
+
+  // Says that the task is done.
+  void save() const;
+
+ private:
+  const WorkFolder& _folder;
+  std::string _task;
+  Manifest _manifest;
+};
+
+// One process at a time works in a folder: holds it as long as it lives, and with it whoever it forks.
+class FolderLock {
+ public:
+  // Makes the folder if it is not there. Throws output_error when another process holds it.
+  explicit FolderLock(const WorkFolder& folder);
+
+ private:
+  Descriptor _file;
+};
+
+}  // namespace colx::scale

@@ -1,0 +1,263 @@
+#include "scale/write_task.h"
+
+#include <algorithm>
+#include <limits>
+#include <map>
+#include <ostream>
+#include <streambuf>
+#include <string>
+
+#include "base/config.h"
+#include "base/errors.h"
+#include "companion/new_file.h"
+#include "corpus/datafile_format.h"
+#include "corpus/datafile_stats.h"
+#include "corpus/string_store.h"
+#include "output/members.h"
+#include "output/result_lines.h"
+#include "output/statistics.h"
+#include "output/text_buffer.h"
+#include "scale/count_task.h"
+#include "scale/filters.h"
+#include "scale/layout.h"
+#include "scale/map_task.h"
+#include "scale/number_task.h"
+#include "scale/order_task.h"
+#include "scale/patterns.h"
+#include "scale/reduce_task.h"
+#include "spill/encoding.h"
+
+namespace colx::scale {
+
+namespace {
+
+// A new file as a stream buffer.
+class NewFileBuffer : public std::streambuf {
+ public:
+  explicit NewFileBuffer(const NewFile& file) : _file(file) {}
+
+ protected:
+  std::streamsize xsputn(const char* text, std::streamsize size) override {
+    _file.write({text, static_cast<std::size_t>(size)});
+    return size;
+  }
+  int_type overflow(int_type c) override {
+    const char letter = traits_type::to_char_type(c);
+    _file.write({&letter, 1});
+    return c;
+  }
+
+ private:
+  const NewFile& _file;
+};
+
+// Writes a file that stands under its name when it is complete.
+template <typename WriteContent>
+void _write_file(const char* path, const WriteContent& write_content) {
+  if (path == nullptr) return;
+  try {
+    NewFile file(path);
+    NewFileBuffer buffer(file);
+    std::ostream stream(&buffer);
+    stream.exceptions(std::ios::badbit);
+    write_content(stream);
+    file.commit();
+  } catch (const output_error&) {
+    throw fatal_error(std::string("Cannot write to file: ") + path + "!");
+  }
+}
+
+std::uint32_t _wrapped(std::uint64_t number) {
+  return static_cast<std::uint32_t>(number);
+}
+
+std::uint32_t _saturated(std::uint64_t number) {
+  return static_cast<std::uint32_t>(std::min<std::uint64_t>(number, std::numeric_limits<std::uint32_t>::max()));
+}
+
+// Gives the frequencies of the patterns of listed records, part by part.
+class Frequencies {
+ public:
+  Frequencies(const WorkFolder& folder, const std::vector<Pairs>& tasks, std::size_t parts)
+      : _parts(parts), _tasks(tasks) {
+    for (std::size_t task = 0; task < tasks.size(); ++task)
+      _files.emplace_back(folder.file(count_name(task), "frequencies"), frequencies_kind, std::size_t{16} << 10);
+  }
+
+  void load(std::size_t part) {
+    _bytes.clear();
+    std::vector<std::size_t> begins;
+    for (std::size_t task = 0; task < _tasks.size(); ++task) {
+      for (std::size_t pair = _tasks[task].first; pair < _tasks[task].end; ++pair) {
+        begins.push_back(_bytes.size());
+        _bytes.append(_files[task].read((pair - _tasks[task].first) * _parts + part));
+      }
+    }
+    _next.clear();
+    for (const std::size_t begin : begins)
+      _next.push_back(_bytes.data() + begin);
+  }
+
+  std::uint64_t next(std::size_t pair) { return get_short(_next[pair]); }
+
+ private:
+  std::size_t _parts;
+  std::vector<Pairs> _tasks;
+  std::vector<SegmentReader> _files;
+  std::string _bytes;
+  std::vector<const char*> _next;  // by pair
+};
+
+// What has been counted, ready to be written.
+class Results {
+ public:
+  Results(const WorkFolder& folder, const Plan& plan)
+      : _folder(folder),
+        _plan(plan),
+        _numbering(Numbering::from(folder.result(number_name))),
+        _layout(Layout::from(folder, plan)),
+        _parts(parts_of(folder, plan, _layout).size()) {
+    for (const NumberedShard& shard : _numbering.shards)
+      _used.push_back(shard.used);
+    _occurrences = Occurrences::from(folder, _used).all;
+  }
+
+  void write_statistics(std::ostream& out) const {
+    StoreSizes sizes;
+    sizes.lemmas = _numbering.lemmas;
+    sizes.tags = _numbering.tags;
+    sizes.records.assign(NGram::_types_count, 0);
+    sizes.records[NGram::_full_ngram_type] = _layout.listed;
+    for (std::size_t task = 0; task < count_tasks(_plan, _layout).size(); ++task) {
+      const std::vector<Manifest::Fields> lines = _folder.result(count_name(task)).all("different");
+      for (std::size_t type = 1; type < NGram::_full_ngram_type; ++type)
+        sizes.records[type] += to_number(lines.at(type).at(1));
+    }
+    write_stats(out, _datafiles(), !_plan.morphologic_rules.empty(), sizes);
+  }
+
+  void write_filter_statistics(std::ostream& out) const {
+    MultiRulesFilter filter;
+    add_morphologic_rules(_plan, filter);
+    std::map<std::string, Filter::Stats> by_datafile;
+    for (std::size_t d = 0; d < _plan.datafiles.size() && filter.is_on(); ++d) {
+      if (!_numbering.datafiles[d].opened) continue;
+      Filter::Stats stats = filter.file_stats;
+      for (const std::size_t k : _shards_of(d)) {
+        const MapResult result = MapResult::from(_folder.result(map_name(k)));
+        for (std::size_t rule = 0; rule < stats.matched.size(); ++rule) {
+          stats.matched[rule] += _wrapped(result.matched[rule]);
+          filter.stats.matched[rule] += _wrapped(result.matched[rule]);
+        }
+      }
+      by_datafile.emplace(_plan.datafiles[d].path, stats);
+    }
+    write_morphologic_filter_stats(out, filter, by_datafile);
+  }
+
+  void write_output(std::ostream& out) const {
+    StringStore<std::uint32_t> lemmas(longest_text);
+    StringStore<std::uint8_t> tags(longest_text);
+    load_lemmas(_folder, lemmas);
+    load_tags(_folder, tags);
+    TextBuffer text(out);
+    ResultLines result_lines;
+    Frequencies frequencies(_folder, count_tasks(_plan, _layout), _parts);
+    for (std::size_t part = 0; part < _parts; ++part) {
+      frequencies.load(part);
+      _write_part(part, frequencies, {lemmas, tags}, result_lines, text);
+    }
+    text << '\n';
+    text.flush();
+  }
+
+ private:
+  std::vector<std::size_t> _shards_of(std::size_t datafile) const {
+    std::vector<std::size_t> shards;
+    for (std::size_t k = 0; k < _plan.shards.size(); ++k)
+      if (_plan.shards[k].datafile == datafile && _used[k]) shards.push_back(k);
+    return shards;
+  }
+
+  std::vector<NamedDataFileStats> _datafiles() const {
+    std::vector<NamedDataFileStats> list;
+    for (std::size_t d = 0; d < _plan.datafiles.size(); ++d) {
+      const NumberedDatafile& numbered = _numbering.datafiles[d];
+      if (!numbered.opened) continue;
+      NamedDataFileStats& stats = list.emplace_back();
+      stats.name = _plan.datafiles[d].path;
+      std::uint64_t extracted = 0;
+      std::uint64_t passed = 0;
+      for (const std::size_t k : _shards_of(d)) {
+        const MapResult result = MapResult::from(_folder.result(map_name(k)));
+        extracted += result.occurrences;
+        passed += result.passed;
+      }
+      stats.extracted_count = _wrapped(extracted);
+      stats.passed_count = _wrapped(passed);
+      stats.filtered_count = _wrapped(extracted - passed);
+      // A datafile without sentences adds nothing, one that has some adds all that was read.
+      stats.words_count = _wrapped(numbered.words);
+      stats.sentences_count = _wrapped(numbered.sentences);
+    }
+    return list;
+  }
+
+  void _write_part(std::size_t part, Frequencies& frequencies, const WordTexts& texts, ResultLines& result_lines,
+                   TextBuffer& text) const {
+    SegmentReader file(_folder.file(order_name(part), "ordered"), ordered_kind);
+    const std::size_t full = NGram::_full_ngram_type;
+    std::vector<Positions> positions;
+    for (std::size_t type = 0; type < full; ++type)
+      positions.emplace_back(static_cast<std::uint8_t>(type));
+    std::vector<std::uint32_t> values(full + 1);
+    values[0] = _saturated(_occurrences);
+    std::array<std::uint64_t, constants::max_grammity> hashes;
+    Members members;
+    for (std::size_t i = 0; i < file.segments(); ++i) {
+      const std::string_view block = file.read(i);
+      const char* const end = block.data() + block.size();
+      for (const char* from = block.data(); from != end;) {
+        load_members(from, settings::n, members);
+        from += settings::n * NGram::Member::size;
+        values[full] = _saturated(get_short(from));
+        for (unsigned m = 0; m < settings::n; ++m)
+          hashes[m] = member_hash(members[m], m);
+        for (std::size_t type = 1; type < full; ++type) {
+          std::uint64_t hash = 0;
+          for (unsigned k = 0; k < positions[type].count; ++k)
+            hash += hashes[positions[type].at[k]];
+          const std::size_t partition = bucket_of(hash, _layout.partition_bits);
+          values[type] =
+              _saturated(frequencies.next(pair_of(static_cast<std::uint8_t>(type), partition, _layout.partition_bits)));
+        }
+        if (values[full] < settings::sieves.frequency) continue;
+        const std::string_view results = result_lines.get(values);
+        if (results.empty()) continue;
+        for (unsigned m = 0; m < settings::n; ++m)
+          _print_member(text, texts, m + 1, members[m]);
+        text << results;
+      }
+    }
+  }
+
+  const WorkFolder& _folder;
+  const Plan& _plan;
+  Numbering _numbering;
+  Layout _layout;
+  std::size_t _parts;
+  std::vector<bool> _used;
+  std::uint64_t _occurrences = 0;
+};
+
+}  // namespace
+
+void write_files(const WorkFolder& folder, const Plan& plan) {
+  const Results results(folder, plan);
+  _write_file(settings::stats_file, [&](std::ostream& out) { results.write_statistics(out); });
+  _write_file(settings::morphologic_filter_stats_file,
+              [&](std::ostream& out) { results.write_filter_statistics(out); });
+  _write_file(settings::output_file, [&](std::ostream& out) { results.write_output(out); });
+}
+
+}  // namespace colx::scale

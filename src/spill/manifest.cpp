@@ -1,0 +1,141 @@
+#include "spill/manifest.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <stdexcept>
+
+#include <fmt/format.h>
+
+#include "companion/descriptor.h"
+#include "companion/errors.h"
+#include "spill/damaged_file.h"
+#include "spill/segment_file.h"
+
+namespace colx {
+
+namespace {
+
+constexpr std::string_view last_key = "checksum";
+
+void _append_escaped(std::string& text, std::string_view field) {
+  for (const char c : field) {
+    if (static_cast<unsigned char>(c) < ' ' || c == '%')
+      text += fmt::format("%{:02x}", static_cast<unsigned>(static_cast<unsigned char>(c)));
+    else
+      text += c;
+  }
+}
+
+std::string _unescaped(std::string_view field) {
+  std::string text;
+  for (std::size_t i = 0; i < field.size(); ++i) {
+    if (field[i] == '%' && i + 2 < field.size()) {
+      text += static_cast<char>(std::stoi(std::string(field.substr(i + 1, 2)), nullptr, 16));
+      i += 2;
+    } else {
+      text += field[i];
+    }
+  }
+  return text;
+}
+
+std::string _whole(const std::string& path, const Descriptor& file) {
+  std::string text;
+  char bytes[std::size_t{16} << 10];
+  for (std::size_t count; (count = file.read_some(bytes, sizeof bytes, path)) != 0;)
+    text.append(bytes, count);
+  return text;
+}
+
+}  // namespace
+
+const Manifest::Fields* Manifest::find(std::string_view key) const {
+  const auto found = std::find_if(_lines.begin(), _lines.end(), [&](const Fields& line) { return line[0] == key; });
+  return found == _lines.end() ? nullptr : &*found;
+}
+
+const std::string& Manifest::text(std::string_view key) const {
+  const Fields* const line = find(key);
+  if (line == nullptr || line->size() < 2) throw std::out_of_range("no line " + std::string(key));
+  return (*line)[1];
+}
+
+std::uint64_t Manifest::number(std::string_view key) const {
+  return to_number(text(key));
+}
+
+std::vector<Manifest::Fields> Manifest::all(std::string_view key) const {
+  std::vector<Fields> found;
+  std::copy_if(_lines.begin(), _lines.end(), std::back_inserter(found),
+               [&](const Fields& line) { return line[0] == key; });
+  return found;
+}
+
+std::string Manifest::_as_text() const {
+  std::string text;
+  for (const Fields& line : _lines) {
+    for (std::size_t i = 0; i < line.size(); ++i) {
+      if (i > 0) text += '\t';
+      _append_escaped(text, line[i]);
+    }
+    text += '\n';
+  }
+  return text;
+}
+
+std::uint64_t Manifest::mark() const {
+  return checksum(_as_text());
+}
+
+void Manifest::save(const std::string& path) const {
+  const std::string temporary = fmt::format("{}.{}.part", path, ::getpid());
+  const std::string text = _as_text();
+  const int number = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  if (number < 0) throw output_error(fmt::format("cannot open {} for writing: {}", temporary, system_reason()));
+  Descriptor file(number);
+  try {
+    file.write_fully(text + fmt::format("{}\t{}\n", last_key, checksum(text)), temporary);
+    file.close(temporary);
+    if (::rename(temporary.c_str(), path.c_str()) != 0)
+      throw output_error(fmt::format("cannot rename {} to {}: {}", temporary, path, system_reason()));
+  } catch (...) {
+    ::unlink(temporary.c_str());
+    throw;
+  }
+}
+
+std::optional<Manifest> Manifest::load(const std::string& path) {
+  const int number = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (number < 0) {
+    if (errno == ENOENT) return std::nullopt;
+    throw input_error(fmt::format("cannot open {} for reading: {}", path, system_reason()));
+  }
+  const std::string whole = _whole(path, Descriptor(number));
+  const std::size_t last = whole.rfind('\n', whole.empty() ? 0 : whole.size() - 2);
+  const std::size_t end = last == std::string::npos ? 0 : last + 1;
+  const std::string text = whole.substr(0, end);
+  if (whole.substr(end) != fmt::format("{}\t{}\n", last_key, checksum(text))) throw damaged_file(path, "is damaged");
+  Manifest manifest;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t line_end = text.find('\n', begin);
+    Fields fields;
+    for (std::size_t field = begin; field <= line_end;) {
+      const std::size_t field_end = std::min(text.find('\t', field), line_end);
+      fields.push_back(_unescaped(std::string_view(text).substr(field, field_end - field)));
+      field = field_end + 1;
+    }
+    manifest.add(std::move(fields));
+    begin = line_end + 1;
+  }
+  return manifest;
+}
+
+std::uint64_t to_number(const std::string& field) {
+  return std::stoull(field);
+}
+
+}  // namespace colx

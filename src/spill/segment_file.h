@@ -1,0 +1,111 @@
+#pragma once
+
+// Intermediate files: what one process leaves to another, on disk. A file is a row of segments, runs of bytes that are
+// written and read as wholes, each with its checksum; an index at the end says where they are. A file stands under its
+// name only when it is complete, and nobody takes a cut or damaged one for the whole.
+//
+//   header   8 bytes "ngrexseg", version (32 bits), kind (4 letters)
+//   segments one after another
+//   index    for each segment: where it ends in the file, its checksum (64 bits each)
+//   trailer  number of segments, checksum of header and index (64 bits each), 8 bytes "gesxergn"
+//
+// All numbers are little-endian. Checksums find damage, not malice. Memory: one segment and a buffer, on either side,
+// and the index.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "companion/descriptor.h"
+
+namespace colx {
+
+// What identifies a complete file beside its name.
+struct FileMark {
+  std::uint64_t size = 0;
+  std::uint64_t checksum = 0;  // of header and index, and so of everything
+
+  friend bool operator==(const FileMark&, const FileMark&) = default;
+};
+
+// Writes a file segment by segment. Throws output_error.
+class SegmentWriter {
+ public:
+  // `kind` is four letters that tell files of different content apart. Nothing stands under the name before `finish`; a
+  // writer that is not finished leaves nothing behind.
+  SegmentWriter(std::string path, std::string_view kind);
+  ~SegmentWriter();
+
+  SegmentWriter(const SegmentWriter&) = delete;
+  SegmentWriter& operator=(const SegmentWriter&) = delete;
+
+  // Adds a segment, and returns its number, from 0.
+  std::size_t add(std::string_view bytes);
+
+  // How many segments there are.
+  std::size_t segments() const { return _index.size(); }
+
+  // Completes the file and gives it its name.
+  FileMark finish();
+
+ private:
+  void _write(std::string_view bytes);
+  void _flush();
+
+  std::string _path;
+  std::string _temporary;
+  Descriptor _file;
+  std::string _header;
+  std::string _buffer;
+  std::uint64_t _end = 0;
+  std::vector<std::pair<std::uint64_t, std::uint64_t>> _index;  // end and checksum
+};
+
+// Reads segments. Throws damaged_file for a file that is not there, cut, damaged or of another kind, and input_error
+// when the system fails.
+class SegmentReader {
+ public:
+  // Reads ahead in pieces of `buffer` bytes, so that segments read in their order cost few calls.
+  SegmentReader(std::string path, std::string_view kind, std::size_t buffer = std::size_t{64} << 10);
+
+  std::size_t segments() const { return _ends.size(); }
+
+  // Bytes of a segment.
+  std::uint64_t size(std::size_t segment) const { return _ends[segment] - _begin(segment); }
+
+  // The bytes of a segment, checked; valid until the next call.
+  std::string_view read(std::size_t segment);
+
+  const std::string& path() const { return _path; }
+  FileMark mark() const { return _mark; }
+
+  // Throws damaged_file for content that makes no sense although it is what was written.
+  [[noreturn]] void refuse(const std::string& reason) const;
+
+ private:
+  std::uint64_t _begin(std::size_t segment) const;
+  void _load(std::uint64_t begin, std::uint64_t end);
+
+  std::string _path;
+  Descriptor _file;
+  FileMark _mark;
+  std::vector<std::uint64_t> _ends;
+  std::vector<std::uint64_t> _checksums;
+  std::size_t _ahead;
+  std::uint64_t _segments_end = 0;  // in the file
+  std::vector<char> _buffer;
+  std::uint64_t _held_begin = 0;  // what of the file stands in the buffer
+  std::uint64_t _held_end = 0;
+};
+
+// What identifies the file of that name, for somebody who only wants to know whether it is the one that was written:
+// looks at its size and its end. Throws as SegmentReader does.
+FileMark mark_of(const std::string& path);
+
+// The checksum of a run of bytes.
+std::uint64_t checksum(std::string_view bytes);
+
+}  // namespace colx
