@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <map>
 #include <new>
+#include <set>
 #include <stdexcept>
 
 #include <fmt/format.h>
@@ -135,13 +136,20 @@ bool _is_done(const WorkFolder& folder, const Task& task) {
 }  // namespace
 
 void do_tasks(const WorkFolder& folder, const std::vector<Task>& tasks, std::size_t jobs) {
-  Processes processes;
+  std::vector<const Task*> waiting;
+  std::set<std::string> names;
   for (const Task& task : tasks) {
     if (_is_done(folder, task)) continue;
-    folder.forget(task.name);
+    waiting.push_back(&task);
+    names.insert(task.name);
+  }
+  if (waiting.empty()) return;
+  folder.forget(names);
+  Processes processes;
+  for (const Task* task : waiting) {
     while (processes.size() >= jobs)
       processes.wait();
-    processes.start(task);
+    processes.start(*task);
   }
   while (processes.size() > 0)
     processes.wait();

@@ -41,11 +41,12 @@ Manifest WorkFolder::result(const std::string& task) const {
   return *std::move(manifest);
 }
 
-void WorkFolder::forget(const std::string& task) const {
-  ::unlink(file(task, done_name).c_str());
-  const std::string prefix = task + ".";
+void WorkFolder::forget(const std::set<std::string>& tasks) const {
+  // The manifests first, so that no task counts as done whose files are going.
+  for (const std::string& task : tasks)
+    ::unlink(file(task, done_name).c_str());
   for (const auto& entry : std::filesystem::directory_iterator(_path)) {
-    if (entry.path().filename().string().starts_with(prefix)) ::unlink(entry.path().c_str());
+    if (tasks.count(maker(entry.path().string())) > 0) ::unlink(entry.path().c_str());
   }
 }
 

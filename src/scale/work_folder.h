@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,7 +36,8 @@ class WorkFolder {
   Manifest result(const std::string& task) const;
 
   // Removes what a task has left, and what another attempt at it may have left.
-  void forget(const std::string& task) const;
+  void forget(const std::string& task) const { forget(std::set<std::string>{task}); }
+  void forget(const std::set<std::string>& tasks) const;
 
   // The task that makes a file of the folder; empty for a file that is none of a task.
   std::string maker(const std::string& file) const;

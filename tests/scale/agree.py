@@ -1,0 +1,127 @@
+#!/usr/bin/env python3
+"""Compares ngrex-scale with ngrex, byte for byte, on random corpora and command lines.
+
+  agree.py --program NGREX --scale NGREX_SCALE [--seed S] [--cases K] [--first C] [--keep DIR] [--no-contexts]
+
+The cases are those of tests/differential, and each is run with cuts, memory and jobs drawn at random: shards from a few
+bytes to everything, memory so small that every step goes to disk, one to five processes. Compared are the exit status,
+standard error and, when the run ends well, every file. The first disagreement is shown and its folder kept.
+"""
+
+import argparse
+import os
+import random
+import shlex
+import shutil
+import subprocess
+import sys
+import tempfile
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "differential"))
+import differential  # noqa: E402
+import ngrex_reference  # noqa: E402
+
+TAKES_VALUE = ("i", "o", "n", "d", "m", "p", "s", "c", "cf", "cs", "cw", "f", "fs", "tc", "te", "tf", "tl", "tm", "tp", "tt", "tz")
+
+
+def understood(arguments):
+  """Whether all words are options of ngrex with their values, so that ngrex-scale does not refuse the line."""
+  i = 0
+  while i < len(arguments):
+    word = arguments[i]
+    if not word.startswith("-") or len(word) < 2 or word.startswith("--"):
+      return False
+    second, third = word[1], word[2:3]
+    if second in "cf" and third and (second, third) not in (("c", "f"), ("c", "s"), ("c", "w"), ("f", "s")):
+      return False
+    if second == "t":
+      if third not in tuple("acefmloptz") + ("",) or not third:
+        return False
+      i += 1 if third in "ao" else 2
+      continue
+    if second not in "iondmpscf":
+      return False
+    i += 2
+  return True
+
+
+def own_options(r, size):
+  options = ["--jobs", str(r.choice([1, 1, 2, 3, 5]))]
+  # Each shard is some processes, so that their number decides how long a case takes.
+  shard = r.choice([1, 20, 200, 200, 1000, 5000, size // 3, size])
+  options += ["--shard", str(max(shard, size // 40, 1))]
+  options += ["--memory", r.choice(["1", "1K", "20K", "100K", "1M", "64M"])]
+  if r.random() < 0.3:
+    options.append("--quiet")
+  return options
+
+
+def run(program, arguments, case, folder):
+  source = {"input": case.stdin} if case.stdin is not None else {"stdin": subprocess.DEVNULL}
+  done = subprocess.run([program, *arguments], cwd=folder, capture_output=True, check=False, timeout=120, **source)
+  return differential.Outcome(done.returncode, b"", done.stderr, folder)
+
+
+def has_contexts(arguments):
+  return "-c" in arguments
+
+
+def main():
+  parser = argparse.ArgumentParser()
+  parser.add_argument("--program", required=True)
+  parser.add_argument("--scale", required=True)
+  parser.add_argument("--seed", type=int, default=None)
+  parser.add_argument("--cases", type=int, default=100)
+  parser.add_argument("--first", type=int, default=0)
+  parser.add_argument("--keep", default=None)
+  parser.add_argument("--no-contexts", action="store_true")
+  options = parser.parse_args()
+  program, scale = os.path.abspath(options.program), os.path.abspath(options.scale)
+  environment_seed = os.environ.get("NGREX_TEST_SEED")
+  seed = options.seed
+  if seed is None:
+    seed = int(environment_seed) if environment_seed else random.SystemRandom().randrange(1 << 32)
+  print(f"seed {seed}", flush=True)
+  base = tempfile.mkdtemp(prefix="ngrex-scale-agree-")
+  agreed = left_out = 0
+  for number in range(options.first, options.first + options.cases):
+    case = differential.Generator(seed, number).make()
+    if not understood(case.arguments) or (options.no_contexts and has_contexts(case.arguments)):
+      left_out += 1
+      continue
+    r = random.Random(f"{seed}/{number}/scale")
+    size = sum(len(content) for content in case.files.values() if content)
+    folders = [os.path.join(base, name) for name in ("ngrex", "scale")]
+    for folder in folders:
+      os.makedirs(folder)
+      differential.write_folder(folder, case.files)
+    arguments = ["run", *own_options(r, size), *case.arguments]
+    expected = run(program, case.arguments, case, folders[0])
+    got = run(scale, arguments, case, folders[1])
+    if expected.status != 0:
+      # What a run that fails leaves is its own affair: ngrex empties its outputs, ngrex-scale leaves what was there.
+      expected.files = got.files = {}
+    else:
+      # A folder of intermediate files is removed at the end.
+      assert not [name for name in got.files if b"ngrex-scale" in name], sorted(got.files)
+    lines = differential.differences(expected, got)
+    if lines:
+      kept = options.keep or tempfile.mkdtemp(prefix="ngrex-scale-disagreement-")
+      differential.write_folder(os.path.join(kept, "case"), case.files)
+      for folder in folders:
+        shutil.copytree(folder, os.path.join(kept, os.path.basename(folder)), dirs_exist_ok=True)
+      shutil.rmtree(base)
+      print(f"case {number} of seed {seed} disagrees; folder {kept}")
+      print("command: ngrex-scale " + shlex.join(arguments) + (" with standard input from a pipe" if case.stdin else ""))
+      print("\n".join(lines[:80]))
+      return 1
+    agreed += 1
+    for folder in folders:
+      shutil.rmtree(folder)
+  shutil.rmtree(base)
+  print(f"{agreed} cases agree, {left_out} left out (seed {seed})")
+  return 0
+
+
+if __name__ == "__main__":
+  sys.exit(main())
