@@ -2,11 +2,22 @@
 
 #include <utility>
 
+#include "scale/number_files.h"
+#include "scale/scan_task.h"
+
 namespace colx::scale {
 
-DatafileSentences::DatafileSentences(std::vector<std::string> words_files, bool last_at_end)
-    : _files(std::move(words_files)), _last_at_end(last_at_end) {
+DatafileSentences::DatafileSentences(const WorkFolder& folder, std::vector<std::size_t> shards, bool last_at_end,
+                                     bool numbered)
+    : _folder(folder), _shards(std::move(shards)), _numbered(numbered), _last_at_end(last_at_end) {
   _look_ahead();
+}
+
+void DatafileSentences::_open_shard(std::size_t shard) {
+  _reader = std::make_unique<ShardWordsReader>(_folder.file(scan_name(shard), "words"));
+  if (!_numbered) return;
+  _lemma_numbers = lemma_numbers(_folder, shard);
+  _tag_numbers = tag_numbers(_folder, shard);
 }
 
 void DatafileSentences::_look_ahead() {
@@ -14,11 +25,16 @@ void DatafileSentences::_look_ahead() {
   for (;;) {
     if (_reader != nullptr && _reader->next(sentence)) {
       _ahead.assign(sentence.begin(), sentence.end());
+      for (PackedWord& word : _ahead) {
+        if (!_numbered) break;
+        word.lemma = _lemma_numbers[word.lemma];
+        word.tag = _tag_numbers[word.tag];
+      }
       _any_ahead = true;
       return;
     }
-    if (_file == _files.size()) break;
-    _reader = std::make_unique<ShardWordsReader>(_files[_file++]);
+    if (_next_shard == _shards.size()) break;
+    _open_shard(_shards[_next_shard++]);
   }
   _any_ahead = false;
 }

@@ -6,8 +6,9 @@
 
 namespace colx::scale {
 
-std::uint64_t extracted_sentences(const std::vector<std::string>& words_files, bool last_at_end, bool has_bar) {
-  DatafileSentences source(words_files, last_at_end);
+std::uint64_t extracted_sentences(const WorkFolder& folder, const std::vector<std::size_t>& shards, bool last_at_end,
+                                  bool has_bar) {
+  DatafileSentences source(folder, shards, last_at_end, false);
   Buffer buffer(source, settings::context_window);
   buffer._init();
   if (buffer.empty()) return 0;

@@ -5,14 +5,16 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <vector>
+
+#include "scale/work_folder.h"
 
 namespace colx::scale {
 
-// Counts them for a datafile whose sentences stand in these files, one after another. `last_at_end` says that the end
+// Counts them for a datafile of these shards. `last_at_end` says that the end
 // was noticed while the last sentence was read, `has_bar` that a progress bar is drawn. The window is that of the
 // settings.
-std::uint64_t extracted_sentences(const std::vector<std::string>& words_files, bool last_at_end, bool has_bar);
+std::uint64_t extracted_sentences(const WorkFolder& folder, const std::vector<std::size_t>& shards, bool last_at_end,
+                                  bool has_bar);
 
 }  // namespace colx::scale

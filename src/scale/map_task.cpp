@@ -6,6 +6,7 @@
 
 #include "base/config.h"
 #include "corpus/datafile_format.h"
+#include "corpus/dependencies.h"
 #include "corpus/string_store.h"
 #include "extraction/ntree.h"
 #include "extraction/occurrence_members.h"

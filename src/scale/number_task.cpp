@@ -1,7 +1,6 @@
 #include "scale/number_task.h"
 
 #include <algorithm>
-#include <cstring>
 #include <iostream>
 #include <limits>
 #include <optional>
@@ -13,6 +12,7 @@
 #include "base/notifier.h"
 #include "corpus/datafile_format.h"
 #include "scale/extracted_sentences.h"
+#include "scale/number_files.h"
 #include "scale/scan_task.h"
 #include "scale/shard_warnings.h"
 #include "scale/texts_file.h"
@@ -22,7 +22,6 @@ namespace colx::scale {
 
 namespace {
 
-constexpr std::string_view numbers_kind = "numb";
 constexpr std::size_t numbers_of_block = std::size_t{64} << 10;
 
 // Puts shard after shard together.
@@ -75,7 +74,7 @@ class Numberer {
     const Datafile& datafile = _plan.datafiles[d];
     std::uint64_t expected = 0;
     std::uint32_t lines_before = 0;
-    std::vector<std::string> words_files;
+    std::vector<std::size_t> shards;
     ScanResult last;
     for (std::size_t k = begin; k < end && _failure.empty(); ++k) {
       const std::optional<ScanResult> result = _agreed(k, expected);
@@ -88,7 +87,7 @@ class Numberer {
         _warn("Progress bar initialization failed! Going on without progress bar display...");
       _datafiles[d].opened = true;
       _take_shard(k, *result, lines_before);
-      words_files.push_back(_folder.file(scan_name(k), "words"));
+      shards.push_back(k);
       _datafiles[d].words += result->words;
       _datafiles[d].sentences += result->sentences;
       lines_before += result->lines;
@@ -97,7 +96,7 @@ class Numberer {
       if (result->unreadable) _fail_to_read(last, datafile);
       if (result->at_end) break;
     }
-    if (_failure.empty()) _count_extracted(d, begin, end, words_files, last.last_at_end);
+    if (_failure.empty()) _count_extracted(d, shards, last.last_at_end);
   }
 
   void _fail_to_read(const ScanResult& last, const Datafile& datafile) {
@@ -167,12 +166,11 @@ class Numberer {
     return false;
   }
 
-  void _count_extracted(std::size_t datafile, std::size_t begin, std::size_t end,
-                        const std::vector<std::string>& words_files, bool last_at_end) {
+  void _count_extracted(std::size_t datafile, const std::vector<std::size_t>& shards, bool last_at_end) {
     std::uint64_t left = _datafiles[datafile].sentences;
     if (settings::context_window.size != 0)
-      left = extracted_sentences(words_files, last_at_end, _plan.datafiles[datafile].has_bar);
-    for (std::size_t k = begin; k < end && _shards[k].used; ++k) {
+      left = extracted_sentences(_folder, shards, last_at_end, _plan.datafiles[datafile].has_bar);
+    for (const std::size_t k : shards) {
       const std::uint64_t held = ScanResult::from(_folder.result(scan_name(k))).sentences;
       _shards[k].extracted_sentences = std::min(held, left);
       left -= _shards[k].extracted_sentences;
@@ -243,36 +241,6 @@ void tell_messages(const WorkFolder& folder, const Manifest& numbering) {
       for_each_warning(folder.file(number_name, line.at(1)), static_cast<std::uint32_t>(to_number(line.at(2))), warn);
     }
   }
-}
-
-std::string numbers_file(const WorkFolder& folder, std::size_t shard) {
-  return folder.file(number_name, fmt::format("numbers-{}", shard));
-}
-
-std::vector<std::uint8_t> tag_numbers(const WorkFolder& folder, std::size_t shard) {
-  SegmentReader file(numbers_file(folder, shard), numbers_kind);
-  const std::string_view bytes = file.read(0);
-  return {bytes.begin(), bytes.end()};
-}
-
-std::vector<std::uint32_t> lemma_numbers(const WorkFolder& folder, std::size_t shard) {
-  SegmentReader file(numbers_file(folder, shard), numbers_kind);
-  std::vector<std::uint32_t> numbers;
-  for (std::size_t i = 1; i < file.segments(); ++i) {
-    const std::string_view bytes = file.read(i);
-    const std::size_t count = numbers.size();
-    numbers.resize(count + bytes.size() / sizeof(std::uint32_t));
-    if (!bytes.empty()) std::memcpy(numbers.data() + count, bytes.data(), bytes.size());
-  }
-  return numbers;
-}
-
-void load_tags(const WorkFolder& folder, StringStore<std::uint8_t>& tags) {
-  for_each_text(folder.file(number_name, "tags"), [&](std::string_view text) { tags.store(text); });
-}
-
-void load_lemmas(const WorkFolder& folder, StringStore<std::uint32_t>& lemmas) {
-  for_each_text(folder.file(number_name, "lemmas"), [&](std::string_view text) { lemmas.store(text); });
 }
 
 }  // namespace colx::scale

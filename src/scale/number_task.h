@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "corpus/string_store.h"
+#include "scale/number_files.h"
 #include "scale/plan.h"
 #include "spill/manifest.h"
 
@@ -38,8 +38,6 @@ struct Numbering {
   static Numbering from(const Manifest& manifest);
 };
 
-inline const std::string number_name = "number";
-
 // Does the task. Shards that did not begin where the one before ends are scanned again.
 void number_shards(const WorkFolder& folder, const Plan& plan);
 
@@ -48,16 +46,5 @@ std::uint64_t number_key(const WorkFolder& folder, const Plan& plan);
 
 // Says on standard error what ngrex would have warned of while it read the datafiles.
 void tell_messages(const WorkFolder& folder, const Manifest& numbering);
-
-// The numbers of the corpus that the lemmas of a shard have, by their numbers in the shard.
-std::vector<std::uint32_t> lemma_numbers(const WorkFolder& folder, std::size_t shard);
-std::vector<std::uint8_t> tag_numbers(const WorkFolder& folder, std::size_t shard);
-
-// The file that holds them, and what tells its content.
-std::string numbers_file(const WorkFolder& folder, std::size_t shard);
-
-// Loads the texts of the corpus.
-void load_tags(const WorkFolder& folder, StringStore<std::uint8_t>& tags);
-void load_lemmas(const WorkFolder& folder, StringStore<std::uint32_t>& lemmas);
 
 }  // namespace colx::scale

@@ -2,8 +2,11 @@
 
 #include <vector>
 
+#include "base/config.h"
 #include "base/errors.h"
+#include "companion/errors.h"
 #include "scale/arrange_task.h"
+#include "scale/context_task.h"
 #include "scale/count_task.h"
 #include "scale/layout.h"
 #include "scale/map_task.h"
@@ -21,7 +24,7 @@ namespace {
 // After so many damaged files the disk, or the program, is to blame.
 constexpr int most_attempts = 64;
 
-// One attempt at all stages.
+// One attempt at all stages; without jobs, a look at whether all is done.
 class Pipeline {
  public:
   Pipeline(const WorkFolder& folder, const Plan& plan, std::size_t jobs) : _folder(folder), _plan(plan), _jobs(jobs) {}
@@ -30,8 +33,8 @@ class Pipeline {
     std::vector<Task> tasks;
     for (std::size_t k = 0; k < _plan.shards.size(); ++k)
       tasks.push_back({scan_name(k), _plan.key_of_shard(k), [this, k] { scan(_folder, _plan, k); }});
-    do_tasks(_folder, tasks, _jobs);
-    do_tasks(_folder, {{number_name, number_key(_folder, _plan), [this] { number_shards(_folder, _plan); }}}, _jobs);
+    _do(tasks);
+    _do({{number_name, number_key(_folder, _plan), [this] { number_shards(_folder, _plan); }}});
     const Manifest manifest = _folder.result(number_name);
     _numbering = Numbering::from(manifest);
     for (const NumberedShard& shard : _numbering.shards)
@@ -48,19 +51,19 @@ class Pipeline {
       tasks.push_back({map_name(k), map_key(_folder, _plan, k, sentences),
                        [this, k, sentences] { map_shard(_folder, _plan, k, sentences); }});
     }
-    do_tasks(_folder, tasks, _jobs);
+    _do(tasks);
 
     tasks.clear();
     for (std::size_t task = 0; task < _plan.reduces; ++task)
       tasks.push_back({reduce_name(task), reduce_key(_folder, _plan, _used, task),
                        [this, task] { reduce(_folder, _plan, _used, task); }});
-    do_tasks(_folder, tasks, _jobs);
+    _do(tasks);
 
     tasks.clear();
     for (std::size_t task = 0; task < _plan.reduces; ++task)
       tasks.push_back(
           {arrange_name(task), arrange_key(_folder, _plan), [this, task] { arrange(_folder, _plan, task); }});
-    do_tasks(_folder, tasks, _jobs);
+    _do(tasks);
 
     const Layout layout = Layout::from(_folder, _plan);
     const std::vector<Part> parts = parts_of(_folder, _plan, layout);
@@ -68,7 +71,7 @@ class Pipeline {
     for (std::size_t part = 0; part < parts.size(); ++part)
       tasks.push_back({order_name(part), order_key(_folder, _plan, parts[part]),
                        [this, &layout, &parts, part] { order(_folder, _plan, layout, parts[part], part); }});
-    do_tasks(_folder, tasks, _jobs);
+    _do(tasks);
 
     const std::vector<Pairs> pairs = count_tasks(_plan, layout);
     tasks.clear();
@@ -77,10 +80,21 @@ class Pipeline {
                        [this, &layout, &parts, &pairs, task] {
                          count_patterns(_folder, _plan, layout, pairs[task], parts.size(), task);
                        }});
-    do_tasks(_folder, tasks, _jobs);
+    if (settings::context_tracing_on())
+      tasks.push_back({context_name, context_key(_folder), [this] { collect_contexts(_folder, _plan); }});
+    _do(tasks);
   }
 
  private:
+  void _do(const std::vector<Task>& tasks) const {
+    if (_jobs > 0) {
+      do_tasks(_folder, tasks, _jobs);
+    } else if (!all_done(_folder, tasks)) {
+      throw input_error("the counts in the folder " + _folder.path() +
+                        " are not complete: ngrex-scale run has not ended");
+    }
+  }
+
   const WorkFolder& _folder;
   const Plan& _plan;
   std::size_t _jobs;
@@ -90,7 +104,7 @@ class Pipeline {
 
 }  // namespace
 
-void count_all(const WorkFolder& folder, const Plan& plan, std::size_t jobs) {
+void count_all(const WorkFolder& folder, const Plan& plan, std::size_t jobs, const std::function<void()>& use) {
   bool told = false;
   for (int attempt = 1;; ++attempt) {
     try {
@@ -98,6 +112,7 @@ void count_all(const WorkFolder& folder, const Plan& plan, std::size_t jobs) {
       pipeline.read(!told);
       told = true;
       pipeline.count();
+      use();
       return;
     } catch (const damaged_file& error) {
       const std::string maker = folder.maker(error.path());
@@ -105,6 +120,12 @@ void count_all(const WorkFolder& folder, const Plan& plan, std::size_t jobs) {
       folder.forget(maker);
     }
   }
+}
+
+void check_counted(const WorkFolder& folder, const Plan& plan) {
+  Pipeline pipeline(folder, plan, 0);
+  pipeline.read(false);
+  pipeline.count();
 }
 
 }  // namespace colx::scale

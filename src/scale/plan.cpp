@@ -54,7 +54,32 @@ std::uint64_t _copy(const std::string& from, const std::string& to) {
   return size;
 }
 
-Datafile _look_at(const WorkFolder& folder, const std::string& path, std::size_t number) {
+// The checksum of all bytes of a file. Throws input_error.
+std::uint64_t _content(const std::string& path) {
+  const Descriptor file = open_for_reading(path == "-" ? "./-" : path);
+  std::vector<char> piece(std::size_t{1} << 20);
+  std::string sums;
+  for (std::size_t held = 0;;) {
+    const std::size_t count = file.read_some(piece.data() + held, piece.size() - held, path);
+    held += count;
+    if (count > 0 && held < piece.size()) continue;
+    append_fixed(sums, checksum({piece.data(), held}));
+    if (count == 0) return checksum(sums);
+    held = 0;
+  }
+}
+
+// What is known of a datafile that has not changed since.
+const Datafile* _as_before(const std::optional<Plan>& before, const Datafile& datafile) {
+  if (!before) return nullptr;
+  const auto found = std::find_if(before->datafiles.begin(), before->datafiles.end(), [&](const Datafile& known) {
+    return known.path == datafile.path && known.stamp == datafile.stamp && known.stamp != 0;
+  });
+  return found == before->datafiles.end() ? nullptr : &*found;
+}
+
+Datafile _look_at(const WorkFolder& folder, const std::string& path, std::size_t number,
+                  const std::optional<Plan>& before) {
   Datafile datafile;
   datafile.path = path;
   datafile.source = path;
@@ -64,17 +89,22 @@ Datafile _look_at(const WorkFolder& folder, const std::string& path, std::size_t
   struct stat status {};
   if (::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode)) {
     datafile.size = static_cast<std::uint64_t>(status.st_size);
-    std::string version;
-    append_fixed(version, status.st_size);
-    append_fixed(version, status.st_mtim.tv_sec);
-    append_fixed(version, status.st_mtim.tv_nsec);
-    append_fixed(version, status.st_ino);
-    datafile.version = checksum(version);
+    std::string stamp;
+    append_fixed(stamp, status.st_size);
+    append_fixed(stamp, status.st_mtim.tv_sec);
+    append_fixed(stamp, status.st_mtim.tv_nsec);
+    append_fixed(stamp, status.st_ino);
+    datafile.stamp = checksum(stamp);
   } else {
     stream.close();
     datafile.source = folder.file(fmt::format("copy-{}", number), "datafile");
     datafile.size = _copy(path, datafile.source);
-    datafile.version = checksum(datafile.source);
+  }
+  const Datafile* const known = _as_before(before, datafile);
+  try {
+    datafile.version = known != nullptr ? known->version : _content(datafile.source);
+  } catch (const input_error&) {
+    // The scan will find the fault where it is.
   }
   return datafile;
 }
@@ -155,7 +185,7 @@ void Plan::save(const WorkFolder& folder) const {
   manifest.add("counting", counting);
   for (const Datafile& datafile : datafiles)
     manifest.add({"datafile", datafile.path, datafile.source, std::to_string(datafile.size),
-                  std::to_string(datafile.version), datafile.has_bar ? "1" : "0"});
+                  std::to_string(datafile.version), std::to_string(datafile.stamp), datafile.has_bar ? "1" : "0"});
   for (const Shard& shard : shards)
     manifest.add({"shard", std::to_string(shard.datafile), std::to_string(shard.begin), std::to_string(shard.end),
                   shard.is_last ? "1" : "0"});
@@ -178,7 +208,8 @@ std::optional<Plan> Plan::load(const WorkFolder& folder) {
   plan.reduces = manifest->number("reduces");
   plan.counting = manifest->number("counting");
   for (const Manifest::Fields& line : manifest->all("datafile"))
-    plan.datafiles.push_back({line.at(1), line.at(2), to_number(line.at(3)), to_number(line.at(4)), line.at(5) == "1"});
+    plan.datafiles.push_back({line.at(1), line.at(2), to_number(line.at(3)), to_number(line.at(4)),
+                              to_number(line.at(5)), line.at(6) == "1"});
   for (const Manifest::Fields& line : manifest->all("shard"))
     plan.shards.push_back({to_number(line.at(1)), to_number(line.at(2)), to_number(line.at(3)), line.at(4) == "1"});
   return plan;
@@ -196,7 +227,7 @@ void make_plan(const WorkFolder& folder, const std::vector<std::string>& paths, 
   plan.memory = wishes.memory;
   std::uint64_t total = 0;
   for (std::size_t i = 0; i < paths.size(); ++i) {
-    plan.datafiles.push_back(_look_at(folder, paths[i], i));
+    plan.datafiles.push_back(_look_at(folder, paths[i], i, before));
     total += plan.datafiles.back().size;
   }
   // Cuts stay as they were, so that what has been counted stays counted.

@@ -18,7 +18,8 @@ struct Datafile {
   std::string path;           // as messages and statistics name it
   std::string source;         // where its bytes are: itself, or a copy of what can be read only once
   std::uint64_t size = 0;     // in bytes
-  std::uint64_t version = 0;  // changes when the content may have changed
+  std::uint64_t version = 0;  // checksum of the content
+  std::uint64_t stamp = 0;    // by which it is seen that the content may have changed
   bool has_bar = true;        // whether ngrex would draw a progress bar over it, that is, knows how long it is
 
   friend bool operator==(const Datafile&, const Datafile&) = default;

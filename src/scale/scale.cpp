@@ -21,12 +21,14 @@
 #include "companion/new_file.h"
 #include "model/ngram.h"
 #include "options/output_paths.h"
+#include "options/params.h"
 #include "options/start_up.h"
 #include "scale/number_task.h"
 #include "scale/options.h"
 #include "scale/pipeline.h"
 #include "scale/plan.h"
 #include "scale/write_task.h"
+#include "spill/damaged_file.h"
 
 namespace colx::scale {
 
@@ -115,9 +117,68 @@ void _run(const Options& options, const Notifier& error) {
   wishes.shard_size = options.shard;
   wishes.memory = options.memory != 0 ? options.memory : memory_of_machine() / 4 * 3 / jobs;
   make_plan(used.folder(), paths, wishes, plan);
-  count_all(used.folder(), plan, jobs);
-  write_files(used.folder(), plan);
+  count_all(used.folder(), plan, jobs, [&] { write_files(used.folder(), plan); });
   used.finish();
+}
+
+// Sets every setting that says how files are written to its start value.
+void _forget_writing() {
+  settings::output_file = nullptr;
+  settings::context_output_file = nullptr;
+  settings::stats_file = nullptr;
+  settings::morphologic_filter_stats_file = nullptr;
+  settings::precision = constants::default_precision;
+  settings::all_thresholds_together = false;
+  settings::thresholds = Thresholds();
+  settings::sieves = Sieves();
+}
+
+// Whether a word is one of the options that say how files are written, rather than what is counted.
+bool _is_of_writing(const std::string& option) {
+  constexpr std::string_view letters = "opst";
+  return letters.find(option[1]) != std::string_view::npos || option == "-c" || option.starts_with("-fs");
+}
+
+// Sets the settings from options that say how files are written. Throws usage_error for others.
+void _apply(const std::vector<std::string>& words) {
+  std::vector<const char*> argv;
+  for (const std::string& word : words)
+    argv.push_back(word.c_str());
+  const int count = static_cast<int>(argv.size());
+  for (int i = 0; i < count;) {
+    if (!_is_of_writing(argv[static_cast<std::size_t>(i)]))
+      throw usage_error(
+          fmt::format("write takes no {}: what is counted is in the folder", words[static_cast<std::size_t>(i)]));
+    i += std::max(take_option(count, argv.data(), i), 1);
+  }
+}
+
+void _write(const Options& options, const Notifier& error) {
+  if (!options.work) throw usage_error("expected the folder of intermediate files, --work DIR, found none");
+  const WorkFolder folder(*options.work);
+  std::optional<Plan> plan;
+  try {
+    plan = Plan::load(folder);
+  } catch (const std::out_of_range&) {
+    throw damaged_file(folder.file("plan", "done"), "makes no sense");
+  }
+  if (!plan) throw input_error(fmt::format("the folder {} holds no counts", folder.path()));
+  const FolderLock lock(folder);
+  plan->apply_options();
+  const bool with_contexts = settings::context_tracing_on();
+  NGram::init();
+  check_counted(folder, *plan);
+  _forget_writing();
+  _apply(options.words);
+  if (settings::context_tracing_on() && !with_contexts)
+    throw usage_error(fmt::format("-c: the folder {} holds no contexts", folder.path()));
+  if (!check_settings(error)) throw Ended();
+  std::vector<std::string> paths;
+  for (const Datafile& datafile : plan->datafiles)
+    paths.push_back(datafile.path);
+  check_output_paths(paths);
+  _check_outputs();
+  write_files(folder, *plan);
 }
 
 }  // namespace
@@ -127,7 +188,11 @@ int scale(const std::vector<std::string>& arguments) {
   if (!options) return EXIT_SUCCESS;
   const Notifier error(std::cerr);
   try {
-    _run(*options, error);
+    if (options->command == "write") {
+      _write(*options, error);
+    } else {
+      _run(*options, error);
+    }
     return EXIT_SUCCESS;
   } catch (const Ended&) {
     return EXIT_FAILURE;

@@ -135,6 +135,10 @@ bool _is_done(const WorkFolder& folder, const Task& task) {
 
 }  // namespace
 
+bool all_done(const WorkFolder& folder, const std::vector<Task>& tasks) {
+  return std::all_of(tasks.begin(), tasks.end(), [&](const Task& task) { return _is_done(folder, task); });
+}
+
 void do_tasks(const WorkFolder& folder, const std::vector<Task>& tasks, std::size_t jobs) {
   std::vector<const Task*> waiting;
   std::set<std::string> names;

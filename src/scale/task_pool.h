@@ -23,4 +23,7 @@ struct Task {
 // and its failure is thrown here: damaged_file, fatal_error, or what else it was as std::runtime_error.
 void do_tasks(const WorkFolder& folder, const std::vector<Task>& tasks, std::size_t jobs);
 
+// Whether all tasks are done.
+bool all_done(const WorkFolder& folder, const std::vector<Task>& tasks);
+
 }  // namespace colx::scale

@@ -17,6 +17,7 @@
 #include "output/result_lines.h"
 #include "output/statistics.h"
 #include "output/text_buffer.h"
+#include "scale/context_task.h"
 #include "scale/count_task.h"
 #include "scale/filters.h"
 #include "scale/layout.h"
@@ -258,6 +259,7 @@ void write_files(const WorkFolder& folder, const Plan& plan) {
   _write_file(settings::morphologic_filter_stats_file,
               [&](std::ostream& out) { results.write_filter_statistics(out); });
   _write_file(settings::output_file, [&](std::ostream& out) { results.write_output(out); });
+  _write_file(settings::context_output_file, [&](std::ostream& out) { write_context_file(folder, out); });
 }
 
 }  // namespace colx::scale

@@ -86,7 +86,7 @@ def main():
   agreed = left_out = 0
   for number in range(options.first, options.first + options.cases):
     case = differential.Generator(seed, number).make()
-    if not understood(case.arguments) or (options.no_contexts and has_contexts(case.arguments)):
+    if not case.arguments or not understood(case.arguments) or (options.no_contexts and has_contexts(case.arguments)):
       left_out += 1
       continue
     r = random.Random(f"{seed}/{number}/scale")

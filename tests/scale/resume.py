@@ -1,0 +1,243 @@
+#!/usr/bin/env python3
+"""What becomes of the folder of intermediate files: killed and resumed runs, damaged files, two runs at a time, files
+written again, longer lists and changed datafiles. Whatever happens, the files are those of ngrex.
+
+  resume.py --program NGREX --scale NGREX_SCALE [--seed S]
+"""
+
+import argparse
+import os
+import random
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+LEMMAS = ["dog", "cat", "run", "big", "house", "see", "tree", "well_x", "rain", "heavy"]
+TAGS = ["NN", "VB", "AA"]
+RELATIONS = ["Sb", "Obj", "Atr", "Pred"]
+
+
+def sentence(r):
+  length = r.randint(1, 9)
+  lines = []
+  for order in range(1, length + 1):
+    if r.random() < 0.01:
+      order = 77  # a warning
+    lines.append(f"{order}\tw\t{r.choice(LEMMAS)}{r.choice(['', '', str(r.randint(0, 40))])}\t{r.choice(TAGS)}\t"
+                 f"{r.randint(0, length)}\t{r.choice(RELATIONS)}\n")
+  return "".join(lines) + "\n"
+
+
+def corpus(r, size):
+  return "".join(sentence(r) for _ in range(size))
+
+
+class Bench:
+  """A folder with a corpus, and the two programs in it."""
+
+  def __init__(self, ngrex, scale, folder, seed):
+    self.ngrex, self.scale, self.folder = ngrex, scale, folder
+    self.random = random.Random(seed)
+    for name, size in (("a", 120), ("b", 30), ("c", 60)):
+      self.write(name, corpus(self.random, size))
+    self.write("rules", "NN -\nVB AA\n")
+    self.write("list", "a\nb\n")
+
+  def write(self, name, text):
+    with open(os.path.join(self.folder, name), "w", encoding="utf-8") as file:
+      file.write(text)
+
+  def path(self, name):
+    return os.path.join(self.folder, name)
+
+  def read(self, name):
+    with open(self.path(name), "rb") as file:
+      return file.read()
+
+  def run(self, *words, status=0):
+    done = subprocess.run(words, cwd=self.folder, capture_output=True, check=False, timeout=300,
+                          stdin=subprocess.DEVNULL)
+    assert done.returncode == status, (words, done.returncode, done.stderr)
+    return done.stderr
+
+  def expect(self, *options):
+    """The files and standard error of ngrex."""
+    err = self.run(self.ngrex, *options, "-o", "out.n", "-s", "stats.n")
+    return self.read("out.n"), self.read("stats.n"), err
+
+  def scaled(self, *options):
+    err = self.run(self.scale, "run", "-o", "out.s", "-s", "stats.s", "--work", "work", "--jobs", "2", "--shard", "1500",
+                   "--memory", "20K", *options)
+    return self.read("out.s"), self.read("stats.s"), err
+
+  def intermediate(self):
+    return sorted(os.listdir(self.path("work")))
+
+  def times(self, ending=".done"):
+    return {name: os.stat(self.path("work/" + name)).st_mtime_ns for name in self.intermediate()
+            if name.endswith(ending) and name != "plan.done"}
+
+  def forget(self):
+    subprocess.run(["rm", "-rf", self.path("work")], check=True)
+
+
+def check_kills(bench, options):
+  """Killed at moments that lie closer and closer to the end, the run goes on from what is done."""
+  expected = bench.expect(*options)
+  bench.forget()
+  command = [bench.scale, "run", "-o", "out.s", "-s", "stats.s", "--work", "work", "--jobs", "2", "--shard", "1500",
+             "--memory", "20K", *options]
+  kills = 0
+  for wanted in range(1, 400, 7):
+    process = subprocess.Popen(command, cwd=bench.folder, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                               stderr=subprocess.DEVNULL, start_new_session=True)
+    while process.poll() is None:
+      if os.path.isdir(bench.path("work")) and sum(n.endswith(".done") for n in os.listdir(bench.path("work"))) >= wanted:
+        break
+      time.sleep(0.002)
+    if process.poll() is not None:
+      break
+    os.kill(process.pid, signal.SIGKILL)
+    process.wait()
+    kills += 1
+    # Its tasks die with it; the folder is free as soon as they have.
+    for _ in range(1000):
+      probe = subprocess.run(["flock", "-n", bench.path("work/lock"), "true"], check=False)
+      if probe.returncode == 0:
+        break
+      time.sleep(0.005)
+  assert kills >= 3, kills
+  assert bench.scaled(*options) == expected
+  return kills
+
+
+def check_nothing_done_twice(bench, options):
+  expected = bench.expect(*options)
+  assert bench.scaled(*options) == expected
+  before = bench.times()
+  assert bench.scaled(*options) == expected
+  assert bench.times() == before
+
+
+def damage(bench, name, how):
+  path = bench.path("work/" + name)
+  content = bytearray(open(path, "rb").read())
+  if how == "missing":
+    os.remove(path)
+    return
+  if how == "cut":
+    content = content[:len(content) // 2]
+  elif how == "empty":
+    content = b""
+  elif how == "foreign":
+    content = b"1\tdog\tNN\t0\tSb\n" * 20
+  else:
+    content[bench.random.randrange(len(content))] ^= 1 << bench.random.randrange(8)
+  with open(path, "wb") as file:
+    file.write(content)
+
+
+def check_damage(bench, options):
+  """Whatever is damaged is made again, and write refuses it by name."""
+  expected = bench.expect(*options)
+  assert bench.scaled(*options) == expected
+  names = [name for name in bench.intermediate() if name not in ("lock", "plan.done")]
+  for name in bench.random.sample(names, 40):
+    how = bench.random.choice(["missing", "cut", "empty", "foreign", "bit", "bit"])
+    damage(bench, name, how)
+    if name.startswith(("count-", "order-")) and how != "bit":
+      err = bench.run(bench.scale, "write", "--work", "work", "-o", "other", status=1)
+      assert b"not complete" in err or name.encode() in err, (name, how, err)
+    got = bench.scaled(*options)
+    assert got == expected, (name, how)
+  # Damage that only shows when a task reads the file: its maker is asked again.
+  name = next(name for name in names if name.startswith("order-") and name.endswith(".ordered"))
+  path = bench.path("work/" + name)
+  content = bytearray(open(path, "rb").read())
+  content[20] ^= 1
+  with open(path, "wb") as file:
+    file.write(content)
+  err = bench.run(bench.scale, "write", "--work", "work", "-o", "other", status=1)
+  assert name.encode() in err, err
+  assert bench.scaled(*options) == expected
+
+
+def check_lock(bench, options):
+  holder = subprocess.Popen(["flock", bench.path("work/lock"), "sleep", "60"])
+  while subprocess.run(["flock", "-n", bench.path("work/lock"), "true"], check=False).returncode == 0:
+    time.sleep(0.01)
+  err = bench.run(bench.scale, "run", *options, "-o", "out.s", "--work", "work", status=1)
+  assert b"another run works in work" in err, err
+  holder.kill()
+  holder.wait()
+  subprocess.run(["flock", bench.path("work/lock"), "true"], check=False, timeout=70)
+
+
+def check_write(bench, options):
+  """Files under other sieves are those of ngrex, and nothing is counted for them."""
+  assert bench.scaled(*options) == bench.expect(*options)
+  before = bench.times()
+  for extra in (["-tf", "2"], ["-tl", "3", "-p", "4"], ["-ta", "-tc", "5", "-tl", "1"], ["-te", "0.5"]):
+    bench.run(bench.ngrex, *options, *extra, "-o", "out.n")
+    bench.run(bench.scale, "write", "--work", "work", *extra, "-o", "out.w")
+    assert bench.read("out.w") == bench.read("out.n"), extra
+  assert bench.times() == before
+  err = bench.run(bench.scale, "write", "--work", "work", "-n", "3", "-o", "out.w", status=2)
+  assert b"write takes no -n" in err, err
+  err = bench.run(bench.scale, "write", "--work", "nowhere", "-o", "out.w", status=1)
+  assert b"holds no counts" in err, err
+  other = ["3" if word == "2" else word for word in options]
+  err = bench.run(bench.scale, "run", *other, "-o", "out.s", "--work", "work", status=2)
+  assert b"holds counts for other options" in err, err
+
+
+def check_lists(bench, options):
+  """A longer list is counted where it is new; a changed datafile is counted again, one that was only touched is not."""
+  assert bench.scaled(*options) == bench.expect(*options)
+  maps = {name: at for name, at in bench.times().items() if name.startswith(("scan-", "map-"))}
+  bench.write("list", "a\nb\nc\n")
+  assert bench.scaled(*options) == bench.expect(*options)
+  now = bench.times()
+  assert all(now[name] == at for name, at in maps.items())
+  os.utime(bench.path("b"), ns=(1, 1))
+  scans = {name: at for name, at in now.items() if name.startswith("scan-")}
+  assert bench.scaled(*options) == bench.expect(*options)
+  now = bench.times()
+  assert all(now[name] == at for name, at in scans.items())
+  text = bench.read("b").decode()
+  bench.write("b", text.replace("dog", "pig") + corpus(bench.random, 5))
+  assert bench.scaled(*options) == bench.expect(*options)
+  bench.write("b", text.replace("dog", "cow"))
+  assert bench.scaled(*options) == bench.expect(*options)
+  bench.write("list", "b\na\n")
+  assert bench.scaled(*options) == bench.expect(*options)
+
+
+def main():
+  parser = argparse.ArgumentParser()
+  parser.add_argument("--program", required=True)
+  parser.add_argument("--scale", required=True)
+  parser.add_argument("--seed", type=int, default=None)
+  arguments = parser.parse_args()
+  environment_seed = os.environ.get("NGREX_TEST_SEED")
+  seed = arguments.seed
+  if seed is None:
+    seed = int(environment_seed) if environment_seed else random.SystemRandom().randrange(1 << 32)
+  print(f"seed {seed}", flush=True)
+  options = ["-i", "list", "-n", "2", "-m", "**", "-f", "rules"]
+  plain = ["-i", "list", "-n", "2"]
+  for check, line in ((check_kills, options), (check_nothing_done_twice, plain), (check_damage, plain),
+                      (check_lock, plain), (check_write, options), (check_lists, plain)):
+    with tempfile.TemporaryDirectory(prefix="ngrex-scale-resume-") as folder:
+      bench = Bench(os.path.abspath(arguments.program), os.path.abspath(arguments.scale), folder, seed)
+      if check is check_lock:
+        bench.scaled(*line)
+      result = check(bench, line)
+      print(check.__name__, "holds" + (f" ({result})" if result else ""), flush=True)
+  return 0
+
+
+if __name__ == "__main__":
+  sys.exit(main())
