@@ -48,6 +48,10 @@ _ngrex_value_of() {
     ngrex-report:--sort) echo "list: $columns $(printf '+%s ' $columns) $(printf -- '-%s ' $columns)" ;;
     ngrex-report:--top | ngrex-report:--min-frequency | ngrex-report:--where | ngrex-report:--memory | ngrex-report:--title | ngrex-report:--examples) echo text ;;
     ngrex-report:-[dm] | ngrex-report:--context-words | ngrex-report:--prefix | ngrex-report:--mask) echo text ;;
+    ngrex-scale:-n) echo '2 3 4 5 6 7' ;;
+    ngrex-scale:-cs) echo '0 1 2' ;;
+    ngrex-scale:-[cdfios] | ngrex-scale:-cf | ngrex-scale:-fs | ngrex-scale:--work) echo files ;;
+    ngrex-scale:-[mp] | ngrex-scale:-cw | ngrex-scale:-t[cefmlptz] | ngrex-scale:--jobs | ngrex-scale:--memory | ngrex-scale:--shard) echo text ;;
   esac
 }
 
@@ -75,7 +79,16 @@ _ngrex_complete() {
       options='-o --output --measures --sort --memory --top --min-frequency --where --ignore-case --title -s --statistics
         -i --list -d --prefix -m --mask -f --rules --context-sentences --context-words --examples --sentences -h --help --version'
       ;;
+    ngrex-scale)
+      options='--jobs --memory --work --shard --help --version
+        -c -cf -cs -cw -d -f -fs -i -m -n -o -p -s -ta -tc -te -tf -tl -tm -to -tp -tt -tz'
+      ;;
   esac
+
+  if [[ $program == ngrex-scale && $COMP_CWORD == 1 && $current != -* ]]; then
+    mapfile -t COMPREPLY < <(compgen -W 'run write' -- "$current")
+    return
+  fi
 
   # Bash makes words of their own of "=" and what is behind it.
   if [[ $previous == '=' || $current == '=' ]]; then
@@ -105,4 +118,4 @@ _ngrex_complete() {
   esac
 }
 
-complete -o filenames -F _ngrex_complete ngrex ngrex-examples ngrex-import ngrex-report ngrex-table
+complete -o filenames -F _ngrex_complete ngrex ngrex-examples ngrex-import ngrex-report ngrex-scale ngrex-table

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "companion/command_line.h"
+#include "companion/memory_size.h"
 #include "rows/memory_size.h"
 #include "rows/ordered_rows.h"
 #include "rows/row_filter.h"

@@ -20,8 +20,8 @@ constexpr std::string_view commands[] = {"run", "write"};
 void _print_help(Options& options, const GivenOption& given);
 void _print_version(Options& options, const GivenOption& given);
 
-constexpr std::array<Option<Options>, 8> _rows = {{
-    {{"--jobs", "N", "processes at a time; the default is the number of processors"},
+constexpr std::array<Option<Options>, 6> _rows = {{
+    {{"--jobs", "K", "processes at a time; the default is the number of processors"},
      [](Options& options, const GivenOption& given) { options.jobs = whole_number(given, 1); }},
     {{"--memory", "SIZE",
       "memory for each process, such as 512M or 2G; the default is three quarters of what the "
@@ -33,9 +33,6 @@ constexpr std::array<Option<Options>, 8> _rows = {{
      [](Options& options, const GivenOption& given) { options.work = given.value; }},
     {{"--shard", "SIZE", "bytes of a datafile that are a task of their own; the default depends on the corpus"},
      [](Options& options, const GivenOption& given) { options.shard = memory_size(given); }},
-    {{"--task", "K", "number of the task, where the command is that of a single one"},
-     [](Options& options, const GivenOption& given) { options.task = whole_number(given, 0); }},
-    {{"--quiet", "", "draw no progress bar"}, [](Options& options, const GivenOption&) { options.quiet = true; }},
     {{"--help", "", "print this help"}, _print_help, true},
     {{"--version", "", "print the version"}, _print_version, true},
 }};
@@ -58,8 +55,9 @@ bool _takes_value(const std::string& word) {
                      [&](const OptionEntry& entry) { return entry.names == word && !entry.value.empty(); });
 }
 
-// Parts the words of ngrex's options, which go to `theirs`, from our own. Throws usage_error for what is neither.
-std::vector<std::string> _part(const std::vector<std::string>& arguments, std::vector<std::string>& theirs) {
+// Parts the words of ngrex's options and the command, which go to `options`, from our own. Throws usage_error for what
+// is neither.
+std::vector<std::string> _part(const std::vector<std::string>& arguments, Options& options) {
   std::vector<const char*> words;
   for (const std::string& argument : arguments)
     words.push_back(argument.c_str());
@@ -72,7 +70,10 @@ std::vector<std::string> _part(const std::vector<std::string>& arguments, std::v
       if (_takes_value(word) && i + 1 < count) ++taken;
       own.insert(own.end(), words.begin() + i, words.begin() + i + taken);
     } else if ((taken = take_option(count, words.data(), i)) > 0) {
-      theirs.insert(theirs.end(), words.begin() + i, words.begin() + i + taken);
+      options.words.insert(options.words.end(), words.begin() + i, words.begin() + i + taken);
+    } else if (options.command.empty() && !word.empty() && !word.starts_with("-")) {
+      options.command = word;
+      taken = 1;
     } else {
       throw usage_error(word.starts_with("-") ? fmt::format("there is no option {}", word)
                                               : fmt::format("expected options only, found \"{}\"", word));
@@ -86,7 +87,7 @@ std::vector<std::string> _part(const std::vector<std::string>& arguments, std::v
 
 constexpr Program program = {
     "ngrex-scale",
-    "",
+    "COMMAND",
     "Counts as ngrex does, in many processes and beyond memory, and writes the same files.",
     "COMMAND is run, which does all the work, or write, which writes the files again from a folder given by --work.\n"
     "The options of ngrex mean what they mean there:",
@@ -97,11 +98,7 @@ std::optional<Options> read_options(const std::vector<std::string>& arguments) {
   Options options;
   static std::vector<std::string> words;  // the settings point into them
   words = arguments;
-  if (!words.empty() && !words.front().starts_with("-")) {
-    options.command = words.front();
-    words.erase(words.begin());
-  }
-  const std::vector<std::string> own = _part(words, options.words);
+  const std::vector<std::string> own = _part(words, options);
   std::vector<std::string> files;
   if (apply_command_line(program, _rows, own, options, files)) return std::nullopt;
   if (std::find(std::begin(commands), std::end(commands), options.command) == std::end(commands))

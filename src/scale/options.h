@@ -18,9 +18,7 @@ struct Options {
   std::size_t jobs = 0;    // processes at a time; 0: not said
   std::size_t memory = 0;  // bytes for each process; 0: not said
   std::optional<std::string> work;
-  std::uint64_t shard = 0;  // bytes; 0: not said
-  std::optional<std::size_t> task;
-  bool quiet = false;
+  std::uint64_t shard = 0;         // bytes; 0: not said
   std::vector<std::string> words;  // the options of ngrex
 };
 

@@ -6,7 +6,6 @@
 
 #include <fmt/format.h>
 
-#include "companion/memory_size.h"
 #include "companion/errors.h"
 #include "rows/association.h"
 #include "table/combinations.h"

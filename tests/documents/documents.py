@@ -18,7 +18,7 @@ import subprocess
 import sys
 import tempfile
 
-PROGRAMS = ["ngrex", "ngrex-examples", "ngrex-import", "ngrex-report", "ngrex-table"]
+PROGRAMS = ["ngrex", "ngrex-examples", "ngrex-import", "ngrex-report", "ngrex-scale", "ngrex-table"]
 COMMAND = re.compile(r"(\./)?build/release/|mkdir |head |awk |sqlite3 ")
 
 CODE = ("import pandas", "pairs <-")

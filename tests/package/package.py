@@ -14,7 +14,7 @@ import subprocess
 import sys
 import tempfile
 
-PROGRAMS = ["ngrex", "ngrex-examples", "ngrex-import", "ngrex-report", "ngrex-table"]
+PROGRAMS = ["ngrex", "ngrex-examples", "ngrex-import", "ngrex-report", "ngrex-scale", "ngrex-table"]
 NEEDED = ["cpack", "dpkg-deb", "dpkg-shlibdeps", "file", "gzip"]
 
 failures = []

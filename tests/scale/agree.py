@@ -51,8 +51,6 @@ def own_options(r, size):
   shard = r.choice([1, 20, 200, 200, 1000, 5000, size // 3, size])
   options += ["--shard", str(max(shard, size // 40, 1))]
   options += ["--memory", r.choice(["1", "1K", "20K", "100K", "1M", "64M"])]
-  if r.random() < 0.3:
-    options.append("--quiet")
   return options
 
 
