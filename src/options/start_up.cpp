@@ -79,8 +79,7 @@ bool load_rules(MultiRulesFilter& morphologic_filter, UniRulesFilter& context_fi
   return true;
 }
 
-bool read_and_check_input_datafiles(std::vector<std::string>& files, std::uint32_t& total_size,
-                                    const Notifier& error) {
+bool read_and_check_input_datafiles(std::vector<std::string>& files, std::uint32_t& total_size, const Notifier& error) {
   const std::string prefix = settings::dir == nullptr ? "" : settings::dir;
   bool all_opened = true;
   const auto check = [&](ListedDatafile datafile) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "base/config.h"
-#include "scale/arrange_task.h"
 #include "scale/reduce_task.h"
 
 namespace colx::scale {
@@ -48,26 +47,6 @@ Layout Layout::from(const WorkFolder& folder, const Plan& plan) {
   while (layout.partition_bits < most_partition_bits && (patterns >> layout.partition_bits) > of_a_partition)
     ++layout.partition_bits;
   return layout;
-}
-
-std::vector<Part> parts_of(const WorkFolder& folder, const Plan& plan, const Layout& layout) {
-  std::vector<std::uint64_t> sizes(layout.ranges, 0);
-  for (std::size_t task = 0; task < plan.reduces; ++task) {
-    const ArrangeResult result = ArrangeResult::from(folder.result(arrange_name(task)));
-    for (std::size_t range = 0; range < layout.ranges; ++range)
-      sizes[range] += result.records[range];
-  }
-  std::vector<Part> parts{{0, 0}};
-  std::uint64_t held = 0;
-  for (std::size_t range = 0; range < layout.ranges; ++range) {
-    if (held > 0 && held + sizes[range] > layout.most_records) {
-      parts.push_back({range, range});
-      held = 0;
-    }
-    parts.back().end_range = range + 1;
-    held += sizes[range];
-  }
-  return parts;
 }
 
 }  // namespace colx::scale

@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 #include "model/listing.h"
 #include "scale/plan.h"
@@ -27,14 +26,5 @@ struct Layout {
 
   static Layout from(const WorkFolder& folder, const Plan& plan);
 };
-
-// The ranges of buckets that are put in order together.
-struct Part {
-  std::size_t first_range = 0;
-  std::size_t end_range = 0;
-};
-
-// The parts, one behind the other, by the sizes of the ranges in the arranged files.
-std::vector<Part> parts_of(const WorkFolder& folder, const Plan& plan, const Layout& layout);
 
 }  // namespace colx::scale

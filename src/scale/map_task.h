@@ -24,9 +24,6 @@ struct MapResult {
   static MapResult from(const Manifest& manifest);
 };
 
-// What tells a file of counted N-grams.
-inline constexpr std::string_view run_kind = "runs";
-
 // The name of the task, and of its files of runs.
 std::string map_name(std::size_t shard);
 std::string run_file(const WorkFolder& folder, std::size_t shard, std::size_t run);

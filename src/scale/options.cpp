@@ -59,6 +59,7 @@ bool _takes_value(const std::string& word) {
 // is neither.
 std::vector<std::string> _part(const std::vector<std::string>& arguments, Options& options) {
   std::vector<const char*> words;
+  words.reserve(arguments.size());
   for (const std::string& argument : arguments)
     words.push_back(argument.c_str());
   const int count = static_cast<int>(words.size());
@@ -85,14 +86,13 @@ std::vector<std::string> _part(const std::vector<std::string>& arguments, Option
 
 }  // namespace
 
-constexpr Program program = {
-    "ngrex-scale",
-    "COMMAND",
-    "Counts as ngrex does, in many processes and beyond memory, and writes the same files.",
-    "COMMAND is run, which does all the work, or write, which writes the files again from a folder given by --work.\n"
-    "The options of ngrex mean what they mean there:",
-    _entries,
-    0};
+constexpr Program program = {"ngrex-scale",
+                             "COMMAND",
+                             "Counts as ngrex does, in many processes and beyond memory, and writes the same files.",
+                             "COMMAND is run, which does all the work, or write, which writes the files again\n"
+                             "from a folder given by --work. The options of ngrex mean what they mean there:",
+                             _entries,
+                             0};
 
 std::optional<Options> read_options(const std::vector<std::string>& arguments) {
   Options options;

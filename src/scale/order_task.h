@@ -8,6 +8,7 @@
 #include <string>
 
 #include "scale/layout.h"
+#include "scale/parts.h"
 #include "scale/plan.h"
 
 namespace colx::scale {

@@ -12,6 +12,7 @@
 #include "scale/map_task.h"
 #include "scale/number_task.h"
 #include "scale/order_task.h"
+#include "scale/parts.h"
 #include "scale/reduce_task.h"
 #include "scale/scan_task.h"
 #include "scale/task_pool.h"

@@ -13,6 +13,7 @@
 #include "scale/number_task.h"
 #include "scale/records.h"
 #include "scale/records_writer.h"
+#include "scale/run_table.h"
 #include "scale/sum_table.h"
 #include "spill/encoding.h"
 

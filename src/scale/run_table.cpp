@@ -4,7 +4,6 @@
 #include <string>
 
 #include "base/config.h"
-#include "scale/map_task.h"
 #include "scale/records.h"
 #include "spill/encoding.h"
 

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "model/occurrence_batch.h"
@@ -13,6 +15,9 @@
 #include "util/pool.h"
 
 namespace colx::scale {
+
+// What tells a file of counted N-grams.
+inline constexpr std::string_view run_kind = "runs";
 
 // Counts batches of occurrences, which it numbers.
 class RunTable {

@@ -142,6 +142,7 @@ bool _is_of_writing(const std::string& option) {
 // Sets the settings from options that say how files are written. Throws usage_error for others.
 void _apply(const std::vector<std::string>& words) {
   std::vector<const char*> argv;
+  argv.reserve(words.size());
   for (const std::string& word : words)
     argv.push_back(word.c_str());
   const int count = static_cast<int>(argv.size());

@@ -24,7 +24,7 @@ struct Sum {
 template <unsigned K>
 class SumTable {
  public:
-  static constexpr std::size_t members_size = 6 * K;
+  static constexpr std::size_t members_size = std::size_t{6} * K;
 
   // Forgets everything, and makes room for about as many records.
   void clear(std::size_t expected) {

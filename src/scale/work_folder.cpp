@@ -46,7 +46,7 @@ void WorkFolder::forget(const std::set<std::string>& tasks) const {
   for (const std::string& task : tasks)
     ::unlink(file(task, done_name).c_str());
   for (const auto& entry : std::filesystem::directory_iterator(_path)) {
-    if (tasks.count(maker(entry.path().string())) > 0) ::unlink(entry.path().c_str());
+    if (tasks.contains(maker(entry.path().string()))) ::unlink(entry.path().c_str());
   }
 }
 

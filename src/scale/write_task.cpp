@@ -24,6 +24,7 @@
 #include "scale/map_task.h"
 #include "scale/number_task.h"
 #include "scale/order_task.h"
+#include "scale/parts.h"
 #include "scale/patterns.h"
 #include "scale/reduce_task.h"
 #include "spill/encoding.h"

@@ -42,7 +42,7 @@ TEST_F(ShardTextTest, WithoutAnEmptyLineTheCutIsAtTheEnd) {
 TEST_F(ShardTextTest, ReadsFromItsPlaceToTheEndOfTheFile) {
   const std::string text = std::string(50000, 'a') + std::string(50000, 'b');
   const Descriptor file = open_for_reading(folder.write("text", text));
-  for (const std::uint64_t soft_end : {0, 100, 60000, 200000}) {
+  for (const std::uint64_t soft_end : {0U, 100U, 60000U, 200000U}) {
     ShardText shard(file, 30000, soft_end);
     std::string read;
     char piece[20000];
