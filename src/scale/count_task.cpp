@@ -35,10 +35,11 @@ class PatternCounter {
     add_morphologic_rules(plan, _rules);
     _filter = std::make_unique<MorphologicFilter>(_rules, _tags);
     const std::size_t buffer = std::clamp<std::size_t>(plan.memory / 4 / (parts + plan.reduces), 4096, 1 << 18);
+    const SegmentReader::Hold hold = SegmentReader::hold_for(parts + plan.reduces);
     for (std::size_t part = 0; part < parts; ++part)
-      _files.emplace_back(folder.file(order_name(part), "patterns"), patterns_kind, buffer);
+      _files.emplace_back(folder.file(order_name(part), "patterns"), patterns_kind, buffer, hold);
     for (std::size_t task = 0; task < plan.reduces; ++task)
-      _files.emplace_back(folder.file(arrange_name(task), "patterns"), patterns_kind, buffer);
+      _files.emplace_back(folder.file(arrange_name(task), "patterns"), patterns_kind, buffer, hold);
   }
 
   void run(const Pairs& pairs, TaskResult& done) {

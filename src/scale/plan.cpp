@@ -242,6 +242,10 @@ void make_plan(const WorkFolder& folder, const std::vector<std::string>& paths, 
   const std::uint64_t records = total / 20 * (settings::n > 2 ? 2U * (settings::n - 2U) : 1U);
   while (plan.bucket_bits < most_bucket_bits && (records >> plan.bucket_bits) > records_of_a_bucket)
     ++plan.bucket_bits;
+  // The indexes of all runs are in memory when the runs are added up.
+  constexpr std::uint64_t bytes_of_entry = 16;
+  while (plan.bucket_bits > 0 && (plan.shards.size() * bytes_of_entry << plan.bucket_bits) > plan.memory / 8)
+    --plan.bucket_bits;
   if (before) plan.bucket_bits = before->bucket_bits;
   const std::uint64_t bytes_of_record = 6ULL * settings::n + 64;
   const std::uint64_t by_memory = records * bytes_of_record / std::max<std::uint64_t>(plan.memory / 2, 1) + 1;

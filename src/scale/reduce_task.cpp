@@ -48,7 +48,8 @@ class Reducer {
     const std::size_t buffer = std::clamp<std::size_t>(plan.memory / 4 / std::max<std::size_t>(runs, 1), 4096, 1 << 20);
     for (std::size_t k = 0; k < used.size(); ++k) {
       for (std::size_t run = 0; run < _occurrences.runs[k]; ++run)
-        _sources.push_back({SegmentReader(run_file(folder, k, run), run_kind, buffer), _occurrences.before[k]});
+        _sources.push_back({SegmentReader(run_file(folder, k, run), run_kind, buffer, SegmentReader::hold_for(runs)),
+                            _occurrences.before[k]});
     }
   }
 

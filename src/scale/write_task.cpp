@@ -83,7 +83,8 @@ class Frequencies {
   Frequencies(const WorkFolder& folder, const std::vector<Pairs>& tasks, std::size_t parts)
       : _parts(parts), _tasks(tasks) {
     for (std::size_t task = 0; task < tasks.size(); ++task)
-      _files.emplace_back(folder.file(count_name(task), "frequencies"), frequencies_kind, std::size_t{16} << 10);
+      _files.emplace_back(folder.file(count_name(task), "frequencies"), frequencies_kind, std::size_t{16} << 10,
+                          SegmentReader::hold_for(tasks.size()));
   }
 
   void load(std::size_t part) {

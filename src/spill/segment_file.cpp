@@ -132,8 +132,8 @@ FileMark SegmentWriter::finish() {
   return {_end, sum};
 }
 
-SegmentReader::SegmentReader(std::string path, std::string_view kind, std::size_t buffer)
-    : _path(std::move(path)), _file(_open(_path)), _ahead(buffer) {
+SegmentReader::SegmentReader(std::string path, std::string_view kind, std::size_t buffer, Hold hold)
+    : _path(std::move(path)), _file(_open(_path)), _hold(hold), _ahead(buffer) {
   _mark.size = _size_of(_file, _path);
   const Trailer trailer = _read_trailer(_file, _path, _mark.size);
   _mark.checksum = trailer.checksum;
@@ -156,6 +156,7 @@ SegmentReader::SegmentReader(std::string path, std::string_view kind, std::size_
     if (end < _begin(i) || end > _segments_end) refuse("is cut");
     _ends.push_back(end);
   }
+  if (_hold == Hold::closed) _file = Descriptor();
 }
 
 std::uint64_t SegmentReader::_begin(std::size_t segment) const {
@@ -173,7 +174,11 @@ void SegmentReader::_load(std::uint64_t begin, std::uint64_t end) {
   const auto size = static_cast<std::size_t>(wanted - begin);
   if (_buffer.size() < size) _buffer.resize(size);
   _held_begin = _held_end = 0;
-  _read_fully(_file, _path, begin, _buffer.data(), size);
+  if (_hold == Hold::open) {
+    _read_fully(_file, _path, begin, _buffer.data(), size);
+  } else {
+    _read_fully(_open(_path), _path, begin, _buffer.data(), size);
+  }
   _held_begin = begin;
   _held_end = wanted;
 }

@@ -68,8 +68,15 @@ class SegmentWriter {
 // when the system fails.
 class SegmentReader {
  public:
+  // Whether the file stays open between reads, or is opened for each of them: for whoever has very many.
+  enum class Hold { open, closed };
+
+  // The way to hold so many files at a time.
+  static Hold hold_for(std::size_t files) { return files <= most_open ? Hold::open : Hold::closed; }
+
   // Reads ahead in pieces of `buffer` bytes, so that segments read in their order cost few calls.
-  SegmentReader(std::string path, std::string_view kind, std::size_t buffer = std::size_t{64} << 10);
+  SegmentReader(std::string path, std::string_view kind, std::size_t buffer = std::size_t{64} << 10,
+                Hold hold = Hold::open);
 
   std::size_t segments() const { return _ends.size(); }
 
@@ -86,11 +93,14 @@ class SegmentReader {
   [[noreturn]] void refuse(const std::string& reason) const;
 
  private:
+  static constexpr std::size_t most_open = 256;
+
   std::uint64_t _begin(std::size_t segment) const;
   void _load(std::uint64_t begin, std::uint64_t end);
 
   std::string _path;
   Descriptor _file;
+  Hold _hold;
   FileMark _mark;
   std::vector<std::uint64_t> _ends;
   std::vector<std::uint64_t> _checksums;

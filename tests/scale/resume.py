@@ -8,6 +8,7 @@ written again, longer lists and changed datafiles. Whatever happens, the files a
 import argparse
 import os
 import random
+import resource
 import signal
 import subprocess
 import sys
@@ -40,7 +41,7 @@ class Bench:
   def __init__(self, ngrex, scale, folder, seed):
     self.ngrex, self.scale, self.folder = ngrex, scale, folder
     self.random = random.Random(seed)
-    for name, size in (("a", 120), ("b", 30), ("c", 60)):
+    for name, size in (("a", 320), ("b", 80), ("c", 60)):
       self.write(name, corpus(self.random, size))
     self.write("rules", "NN -\nVB AA\n")
     self.write("list", "a\nb\n")
@@ -68,7 +69,7 @@ class Bench:
     return self.read("out.n"), self.read("stats.n"), err
 
   def scaled(self, *options):
-    err = self.run(self.scale, "run", "-o", "out.s", "-s", "stats.s", "--work", "work", "--jobs", "2", "--shard", "1500",
+    err = self.run(self.scale, "run", "-o", "out.s", "-s", "stats.s", "--work", "work", "--jobs", "2", "--shard", "4000",
                    "--memory", "20K", *options)
     return self.read("out.s"), self.read("stats.s"), err
 
@@ -87,7 +88,7 @@ def check_kills(bench, options):
   """Killed at moments that lie closer and closer to the end, the run goes on from what is done."""
   expected = bench.expect(*options)
   bench.forget()
-  command = [bench.scale, "run", "-o", "out.s", "-s", "stats.s", "--work", "work", "--jobs", "2", "--shard", "1500",
+  command = [bench.scale, "run", "-o", "out.s", "-s", "stats.s", "--work", "work", "--jobs", "2", "--shard", "4000",
              "--memory", "20K", *options]
   kills = 0
   for wanted in range(1, 400, 7):
@@ -215,6 +216,22 @@ def check_lists(bench, options):
   assert bench.scaled(*options) == bench.expect(*options)
 
 
+def check_many_shards(bench, options):
+  """More runs than files that may be open."""
+  def limit():
+    resource.setrlimit(resource.RLIMIT_NOFILE, (280, 280))
+
+  bench.write("a", corpus(bench.random, 1500))
+  expected = bench.expect(*options)
+  size = len(bench.read("a")) + len(bench.read("b"))
+  done = subprocess.run([bench.scale, "run", *options, "-o", "out.s", "-s", "stats.s", "--work", "work", "--jobs", "2",
+                         "--shard", str(size // 400), "--memory", "1M"], cwd=bench.folder, capture_output=True,
+                        check=False, timeout=300, stdin=subprocess.DEVNULL, preexec_fn=limit)
+  assert done.returncode == 0, done.stderr[-500:]
+  assert len([name for name in bench.intermediate() if name.startswith("map-") and ".run-" in name]) > 280
+  assert (bench.read("out.s"), bench.read("stats.s"), done.stderr) == expected
+
+
 def main():
   parser = argparse.ArgumentParser()
   parser.add_argument("--program", required=True)
@@ -229,7 +246,7 @@ def main():
   options = ["-i", "list", "-n", "2", "-m", "**", "-f", "rules"]
   plain = ["-i", "list", "-n", "2"]
   for check, line in ((check_kills, options), (check_nothing_done_twice, plain), (check_damage, plain),
-                      (check_lock, plain), (check_write, options), (check_lists, plain)):
+                      (check_lock, plain), (check_write, options), (check_lists, plain), (check_many_shards, plain)):
     with tempfile.TemporaryDirectory(prefix="ngrex-scale-resume-") as folder:
       bench = Bench(os.path.abspath(arguments.program), os.path.abspath(arguments.scale), folder, seed)
       if check is check_lock:

@@ -51,13 +51,15 @@ class SegmentFileTest : public ::testing::Test {
 TEST_F(SegmentFileTest, GivesSegmentsBackInAnyOrder) {
   const std::vector<std::string> segments = {"first", "", std::string(300000, 'x'), std::string("\0\1\n", 3)};
   const FileMark mark = write(segments);
-  SegmentReader reader(path, "test", 16);
-  ASSERT_EQ(reader.segments(), segments.size());
-  for (const std::size_t i : std::vector<std::size_t>{0, 1, 2, 3, 2, 0, 3, 1}) {
-    EXPECT_EQ(reader.read(i), segments[i]);
-    EXPECT_EQ(reader.size(i), segments[i].size());
+  for (const auto hold : {SegmentReader::Hold::open, SegmentReader::Hold::closed}) {
+    SegmentReader reader(path, "test", 16, hold);
+    ASSERT_EQ(reader.segments(), segments.size());
+    for (const std::size_t i : std::vector<std::size_t>{0, 1, 2, 3, 2, 0, 3, 1}) {
+      EXPECT_EQ(reader.read(i), segments[i]);
+      EXPECT_EQ(reader.size(i), segments[i].size());
+    }
+    EXPECT_EQ(reader.mark(), mark);
   }
-  EXPECT_EQ(reader.mark(), mark);
   EXPECT_EQ(mark_of(path), mark);
 }
 
