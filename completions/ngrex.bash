@@ -51,7 +51,7 @@ _ngrex_value_of() {
     ngrex-scale:-n) echo '2 3 4 5 6 7' ;;
     ngrex-scale:-cs) echo '0 1 2' ;;
     ngrex-scale:-[cdfios] | ngrex-scale:-cf | ngrex-scale:-fs | ngrex-scale:--work) echo files ;;
-    ngrex-scale:-[mp] | ngrex-scale:-cw | ngrex-scale:-t[cefmlptz] | ngrex-scale:--jobs | ngrex-scale:--memory | ngrex-scale:--shard) echo text ;;
+    ngrex-scale:-[mp] | ngrex-scale:-cw | ngrex-scale:-t[cefmlptz] | ngrex-scale:--jobs | ngrex-scale:--memory | ngrex-scale:--shard | ngrex-scale:--task | ngrex-scale:--of) echo text ;;
   esac
 }
 
@@ -80,13 +80,13 @@ _ngrex_complete() {
         -i --list -d --prefix -m --mask -f --rules --context-sentences --context-words --examples --sentences -h --help --version'
       ;;
     ngrex-scale)
-      options='--jobs --memory --work --shard --help --version
+      options='--jobs --memory --work --shard --task --of --help --version
         -c -cf -cs -cw -d -f -fs -i -m -n -o -p -s -ta -tc -te -tf -tl -tm -to -tp -tt -tz'
       ;;
   esac
 
   if [[ $program == ngrex-scale && $COMP_CWORD == 1 && $current != -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W 'run write' -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W 'run write plan scan number map reduce arrange order count' -- "$current")
     return
   fi
 

@@ -10,17 +10,18 @@
 #include "companion/errors.h"
 #include "companion/memory_size.h"
 #include "options/params.h"
+#include "scale/steps.h"
 
 namespace colx::scale {
 
 namespace {
 
-constexpr std::string_view commands[] = {"run", "write"};
+constexpr std::string_view commands[] = {"run", "plan", "write"};
 
 void _print_help(Options& options, const GivenOption& given);
 void _print_version(Options& options, const GivenOption& given);
 
-constexpr std::array<Option<Options>, 6> _rows = {{
+constexpr std::array<Option<Options>, 8> _rows = {{
     {{"--jobs", "K", "processes at a time; the default is the number of processors"},
      [](Options& options, const GivenOption& given) { options.jobs = whole_number(given, 1); }},
     {{"--memory", "SIZE",
@@ -33,6 +34,10 @@ constexpr std::array<Option<Options>, 6> _rows = {{
      [](Options& options, const GivenOption& given) { options.work = given.value; }},
     {{"--shard", "SIZE", "bytes of a datafile that are a task of their own; the default depends on the corpus"},
      [](Options& options, const GivenOption& given) { options.shard = memory_size(given); }},
+    {{"--task", "K", "of a step the first task to be done, counted from 0, which is the default"},
+     [](Options& options, const GivenOption& given) { options.task = whole_number(given, 0); }},
+    {{"--of", "N", "of a step every N-th task from --task on; the default is 1"},
+     [](Options& options, const GivenOption& given) { options.of = whole_number(given, 1); }},
     {{"--help", "", "print this help"}, _print_help, true},
     {{"--version", "", "print the version"}, _print_version, true},
 }};
@@ -90,7 +95,11 @@ constexpr Program program = {"ngrex-scale",
                              "COMMAND",
                              "Counts as ngrex does, in many processes and beyond memory, and writes the same files.",
                              "COMMAND is run, which does all the work, or write, which writes the files again\n"
-                             "from a folder given by --work. The options of ngrex mean what they mean there:",
+                             "from a folder given by --work. An engine that spreads the work over machines\n"
+                             "takes plan, with the options of run, and then the steps one after another: scan,\n"
+                             "number, map, reduce, arrange, order and count, each of which has tasks that can\n"
+                             "be done at the same time.\n"
+                             "The options of ngrex mean what they mean there:",
                              _entries,
                              0};
 
@@ -101,7 +110,10 @@ std::optional<Options> read_options(const std::vector<std::string>& arguments) {
   const std::vector<std::string> own = _part(words, options);
   std::vector<std::string> files;
   if (apply_command_line(program, _rows, own, options, files)) return std::nullopt;
-  if (std::find(std::begin(commands), std::end(commands), options.command) == std::end(commands))
+  const auto among = [&](const auto& names) {
+    return std::find(std::begin(names), std::end(names), options.command) != std::end(names);
+  };
+  if (!among(commands) && !among(step_names))
     throw usage_error(options.command.empty() ? "expected a command, found none"
                                               : fmt::format("there is no command {}", options.command));
   return options;

@@ -23,12 +23,11 @@
 #include "options/output_paths.h"
 #include "options/params.h"
 #include "options/start_up.h"
-#include "scale/number_task.h"
 #include "scale/options.h"
 #include "scale/pipeline.h"
 #include "scale/plan.h"
+#include "scale/single_step.h"
 #include "scale/write_task.h"
-#include "spill/damaged_file.h"
 
 namespace colx::scale {
 
@@ -93,7 +92,9 @@ std::size_t _jobs(const Options& options) {
   return options.jobs != 0 ? options.jobs : std::max(std::thread::hardware_concurrency(), 1U);
 }
 
-void _run(const Options& options, const Notifier& error) {
+// Makes the plan and hands it on, with its folder, to `use`.
+template <typename Use>
+void _plan(const Options& options, const Notifier& error, const Use& use) {
   if (!check_settings(error)) throw Ended();
   NGram::init();
   MultiRulesFilter morphologic_filter;
@@ -117,8 +118,14 @@ void _run(const Options& options, const Notifier& error) {
   wishes.shard_size = options.shard;
   wishes.memory = options.memory != 0 ? options.memory : memory_of_machine() / 4 * 3 / jobs;
   make_plan(used.folder(), paths, wishes, plan);
-  count_all(used.folder(), plan, jobs, [&] { write_files(used.folder(), plan); });
-  used.finish();
+  use(used, plan);
+}
+
+void _run(const Options& options, const Notifier& error) {
+  _plan(options, error, [&](const UsedFolder& used, const Plan& plan) {
+    count_all(used.folder(), plan, _jobs(options), [&] { write_files(used.folder(), plan); });
+    used.finish();
+  });
 }
 
 // Sets every setting that says how files are written to its start value.
@@ -155,31 +162,36 @@ void _apply(const std::vector<std::string>& words) {
 }
 
 void _write(const Options& options, const Notifier& error) {
-  if (!options.work) throw usage_error("expected the folder of intermediate files, --work DIR, found none");
   const WorkFolder folder(*options.work);
-  std::optional<Plan> plan;
-  try {
-    plan = Plan::load(folder);
-  } catch (const std::out_of_range&) {
-    throw damaged_file(folder.file("plan", "done"), "makes no sense");
-  }
-  if (!plan) throw input_error(fmt::format("the folder {} holds no counts", folder.path()));
+  const Plan plan = load_plan(folder);
   const FolderLock lock(folder);
-  plan->apply_options();
+  plan.apply_options();
   const bool with_contexts = settings::context_tracing_on();
   NGram::init();
-  check_counted(folder, *plan);
+  check_counted(folder, plan);
   _forget_writing();
   _apply(options.words);
   if (settings::context_tracing_on() && !with_contexts)
     throw usage_error(fmt::format("-c: the folder {} holds no contexts", folder.path()));
   if (!check_settings(error)) throw Ended();
   std::vector<std::string> paths;
-  for (const Datafile& datafile : plan->datafiles)
+  for (const Datafile& datafile : plan.datafiles)
     paths.push_back(datafile.path);
   check_output_paths(paths);
   _check_outputs();
-  write_files(folder, *plan);
+  write_files(folder, plan);
+}
+
+void _do(const Options& options, const Notifier& error) {
+  if (options.command != "run" && !options.work)
+    throw usage_error("expected the folder of intermediate files, --work DIR, found none");
+  if (options.command == "run") return _run(options, error);
+  if (options.command == "plan") return _plan(options, error, [](const UsedFolder&, const Plan&) {});
+  if (options.command == "write") return _write(options, error);
+  if (!options.words.empty())
+    throw usage_error(
+        fmt::format("{} takes no {}: what is to be done is in the folder", options.command, options.words[0]));
+  do_step(WorkFolder(*options.work), options.command, options.task, options.of);
 }
 
 }  // namespace
@@ -189,11 +201,7 @@ int scale(const std::vector<std::string>& arguments) {
   if (!options) return EXIT_SUCCESS;
   const Notifier error(std::cerr);
   try {
-    if (options->command == "write") {
-      _write(*options, error);
-    } else {
-      _run(*options, error);
-    }
+    _do(*options, error);
     return EXIT_SUCCESS;
   } catch (const Ended&) {
     return EXIT_FAILURE;

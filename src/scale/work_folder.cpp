@@ -71,17 +71,29 @@ void TaskResult::save() const {
   _manifest.save(_folder.file(_task, done_name));
 }
 
-FolderLock::FolderLock(const WorkFolder& folder) {
+FolderLock::FolderLock(const WorkFolder& folder, Use use) {
   if (::mkdir(folder.path().c_str(), 0777) != 0 && errno != EEXIST)
     throw output_error(fmt::format("cannot make the folder {}: {}", folder.path(), system_reason()));
   const std::string name = folder.path() + "/lock";
   const int number = ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
   if (number < 0) throw output_error(fmt::format("cannot open {} for writing: {}", name, system_reason()));
   _file = Descriptor(number);
-  if (::flock(number, LOCK_EX | LOCK_NB) != 0) {
+  if (::flock(number, (use == Use::alone ? LOCK_EX : LOCK_SH) | LOCK_NB) != 0) {
     if (errno == EWOULDBLOCK) throw output_error(fmt::format("another run works in {}", folder.path()));
     throw output_error(fmt::format("cannot lock {}: {}", name, system_reason()));
   }
+}
+
+TaskLock::TaskLock(const WorkFolder& folder, const std::string& task) {
+  const std::string name = folder.file("lock", task);
+  const int number = ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  if (number < 0) throw output_error(fmt::format("cannot open {} for writing: {}", name, system_reason()));
+  _file = Descriptor(number);
+  int result = 0;
+  do
+    result = ::flock(number, LOCK_EX);
+  while (result != 0 && errno == EINTR);
+  if (result != 0) throw output_error(fmt::format("cannot lock {}: {}", name, system_reason()));
 }
 
 }  // namespace colx::scale

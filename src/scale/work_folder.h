@@ -65,11 +65,24 @@ class TaskResult {
   Manifest _manifest;
 };
 
-// One process at a time works in a folder: holds it as long as it lives, and with it whoever it forks.
+// One run at a time works in a folder, or several processes each at tasks of its own: holds it as long as it lives, and
+// with it whoever it forks.
 class FolderLock {
  public:
-  // Makes the folder if it is not there. Throws output_error when another process holds it.
-  explicit FolderLock(const WorkFolder& folder);
+  enum class Use { alone, shared };
+
+  // Makes the folder if it is not there. Throws output_error when another process holds it in a way that excludes this.
+  explicit FolderLock(const WorkFolder& folder, Use use = Use::alone);
+
+ private:
+  Descriptor _file;
+};
+
+// One process at a time is at a task, on whatever machine: holds it as long as it lives, and with it whoever it forks.
+class TaskLock {
+ public:
+  // Waits for the one before. Throws output_error.
+  TaskLock(const WorkFolder& folder, const std::string& task);
 
  private:
   Descriptor _file;

@@ -94,7 +94,7 @@ def refused_values(source, program, options):
         if value in ("FORMAT", "SOURCE", "HOW", "NAME") or option == "--measures":
             lacking = [word for word in help_words(program, option) if word not in words and takes(word)]
             refused += [f"{option} {word} is not completed" for word in lacking]
-        if not words and value not in ("WORDS", "MASK", "K", "F", "R", "CONDITION", "DIGITS", "SIZE", "WORD", "TEXT", "PATTERN"):
+        if not words and value not in ("WORDS", "MASK", "K", "N", "F", "R", "CONDITION", "DIGITS", "SIZE", "WORD", "TEXT", "PATTERN"):
             refused.append(f"{option} completes nothing")
     return refused
 

@@ -1,0 +1,55 @@
+#include "scale/single_step.h"
+
+#include <optional>
+#include <stdexcept>
+
+#include <fmt/format.h>
+
+#include "base/errors.h"
+#include "companion/errors.h"
+#include "model/ngram.h"
+#include "scale/number_task.h"
+#include "scale/steps.h"
+#include "scale/task_pool.h"
+#include "spill/damaged_file.h"
+
+namespace colx::scale {
+
+namespace {
+
+// Says what ngrex says while it reads the datafiles.
+void _tell(const WorkFolder& folder) {
+  const Manifest manifest = folder.result(number_name);
+  tell_messages(folder, manifest);
+  const std::string failure = Numbering::from(manifest).failure;
+  if (!failure.empty()) throw fatal_error(failure);
+}
+
+}  // namespace
+
+void do_step(const WorkFolder& folder, std::string_view name, std::size_t first, std::size_t distance) {
+  const Plan plan = load_plan(folder);
+  const FolderLock lock(folder, FolderLock::Use::shared);
+  plan.apply_options();
+  NGram::init();
+  const Step step = step_of(name, folder, plan);
+  for (std::size_t k = first; k < step.tasks; k += distance) {
+    // What a task depends on may be different when another process has been at it.
+    const TaskLock of_task(folder, step.task(k).name);
+    do_tasks(folder, {step.task(k)}, 1);
+    if (name == number_name) _tell(folder);
+  }
+}
+
+Plan load_plan(const WorkFolder& folder) {
+  std::optional<Plan> plan;
+  try {
+    plan = Plan::load(folder);
+  } catch (const std::out_of_range&) {
+    throw damaged_file(folder.file("plan", "done"), "makes no sense");
+  }
+  if (!plan) throw input_error(fmt::format("the folder {} holds no counts", folder.path()));
+  return *std::move(plan);
+}
+
+}  // namespace colx::scale

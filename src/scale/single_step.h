@@ -1,0 +1,22 @@
+#pragma once
+
+// Tasks by themselves, for an engine that decides when each is done and on which machine.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "scale/plan.h"
+
+namespace colx::scale {
+
+// Does the tasks `first`, `first` + `distance` and so on of a step, one after another, in a folder that holds a plan
+// and where the steps before are over. A task that is done already is not done again; of one at which another process
+// is, here or on another machine, the end is awaited. Behind "number" says what ngrex says while it reads the
+// datafiles. Throws fatal_error for what ends ngrex as well, input_error without a plan, and damaged_file.
+void do_step(const WorkFolder& folder, std::string_view name, std::size_t first, std::size_t distance);
+
+// The plan of a folder. Throws input_error when there is none, and damaged_file.
+Plan load_plan(const WorkFolder& folder);
+
+}  // namespace colx::scale

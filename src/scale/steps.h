@@ -1,0 +1,28 @@
+#pragma once
+
+// The steps of the work. The tasks of a step can be done at the same time, in any order and on any machine, once the
+// steps before it are over.
+
+#include <cstddef>
+#include <functional>
+#include <string_view>
+
+#include "scale/plan.h"
+#include "scale/task_pool.h"
+
+namespace colx::scale {
+
+// In their order. What is left then is to write the files.
+inline constexpr std::string_view step_names[] = {"scan", "number", "map", "reduce", "arrange", "order", "count"};
+
+// The tasks of a step. They refer to the folder and the plan.
+struct Step {
+  std::size_t tasks = 0;
+  std::function<Task(std::size_t)> task;  // by number
+};
+
+// The step of this name. Throws damaged_file when something is missing that the steps before leave, and fatal_error
+// when they have found what ends ngrex as well.
+Step step_of(std::string_view name, const WorkFolder& folder, const Plan& plan);
+
+}  // namespace colx::scale
