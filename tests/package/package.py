@@ -41,6 +41,15 @@ def check_dependencies(package):
     depends = output("dpkg-deb", "--field", package, "Depends")
     for library in ("libc6", "libfmt", "libgcc-s1", "libsqlite3-0", "libstdc++6", "zlib1g"):
         expect(re.search(rf"(^|, ){re.escape(library)}[\w.]* \(>= [^)]+\)", depends), f"no {library} in Depends: {depends}")
+    suggests = output("dpkg-deb", "--field", package, "Suggests")
+    expect(suggests == "snakemake\n", f"the package suggests {suggests!r}")
+
+
+def check_workflow(folder):
+    place = os.path.join(folder, "usr", "share", "ngrex", "workflow")
+    for name in ("Snakefile", "config.yaml", "README.md", "slurm/config.yaml"):
+        expect(os.path.isfile(os.path.join(place, name)), f"no workflow/{name}")
+    expect(os.access(os.path.join(place, "slurm", "status"), os.X_OK), "workflow/slurm/status is no program")
 
 
 def check_files(package, folder):
@@ -88,6 +97,7 @@ def main():
         if package:
             check_dependencies(package)
             check_files(package, unpacked)
+            check_workflow(unpacked)
             check_lintian(package)
     with tempfile.TemporaryDirectory() as folder:
         check_refusal(build, folder)

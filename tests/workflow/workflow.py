@@ -1,0 +1,177 @@
+"""Proves that the workflow over the tasks of ngrex-scale writes the files that ngrex writes, byte for byte.
+
+usage: workflow.py SOURCE_FOLDER BUILD_FOLDER
+
+A random corpus (the seed is printed, NGREX_TEST_SEED gives it back) is counted by snakemake --cores 2: in one go; killed
+half-way without a chance to clear up, and resumed; with a datafile more than before, and with a sieve. What is
+not to be counted again is not. A failure ends with a sentence and no output. Of the profile for Slurm the test looks at
+what sbatch is given and at what the states of a job mean; slurm.py runs it. Status 77 says that Snakemake is not there.
+"""
+
+import os
+import random
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+import corpora
+from corpora import OPTIONS, configure, expected, make_corpus, markers, read, snakemake, write
+
+failures = []
+
+
+def expect(condition, complaint):
+    if not condition:
+        failures.append(complaint)
+
+
+def expect_bytes(folder, files, when):
+    for name, content in files.items():
+        path = os.path.join(folder, name)
+        expect(os.path.exists(path) and read(path) == content, f"{when}, {name} is not what ngrex writes")
+
+
+def expect_success(run, when):
+    expect(run.returncode == 0, f"{when}, snakemake fails:\n{run.stdout}{run.stderr}")
+
+
+def done_at(folder):
+    """When the manifests of the counting tasks were written, by name."""
+    work = os.path.join(folder, "work here")
+    return {name: os.stat(os.path.join(work, name)).st_mtime_ns for name in os.listdir(work)
+            if name.startswith(("scan", "map")) and name.endswith(".done")}
+
+
+def check_in_one_go(source, folder, files):
+    expect_success(snakemake(source, folder, "--cores", "2"), "in one go")
+    expect_bytes(folder, files, "in one go")
+    before = done_at(folder)
+    expect(len(before) > 8, f"there are few tasks: {sorted(before)}")
+    again = snakemake(source, folder, "--cores", "2")
+    expect("Nothing to be done" in again.stderr, f"there is something left to do:\n{again.stderr}")
+
+
+def check_growth(source, folder, ngrex, scale, r):
+    """More of the corpus, and then a sieve, in the folder of before."""
+    before = done_at(folder)
+    write(os.path.join(folder, "data 3"), corpora.datafile(r, 400))
+    with open(os.path.join(folder, "my list"), "a", encoding="utf-8") as file:
+        file.write("data 3\n")
+    files = expected(ngrex, folder)
+    expect_success(snakemake(source, folder, "--cores", "2"), "with a datafile more")
+    expect_bytes(folder, files, "with a datafile more")
+    after = done_at(folder)
+    scans = [name for name in before if name.startswith("scan")]
+    expect(len(after) > len(before) and all(after[name] == before[name] for name in scans), "shards were scanned again")
+
+    options = [*OPTIONS, "-tf", "2"]
+    files = expected(ngrex, folder, options, least=1000)
+    configure(folder, scale, options)
+    run = snakemake(source, folder, "--cores", "2")
+    expect_success(run, "with a sieve")
+    expect("rule write:" in run.stderr and "rule map:" not in run.stderr, f"more than writing is done:\n{run.stderr}")
+    expect_bytes(folder, files, "with a sieve")
+    expect(done_at(folder) == after, "shards were counted again")
+
+
+def check_kill(source, folder, files):
+    """Kills Snakemake itself when some of the work is done; what it has started may go on for a while."""
+    with open(os.path.join(folder, "messages"), "w", encoding="utf-8") as messages:
+        run = subprocess.Popen(corpora.command(source, "--cores", "2"), cwd=folder, stdout=messages, stderr=messages)
+        while run.poll() is None and "map-0" not in markers(folder):
+            time.sleep(0.01)
+        expect(run.poll() is None, f"it ended before it could be killed:\n{read(messages.name).decode()}")
+        run.send_signal(signal.SIGKILL)
+        run.wait()
+    expect("write" not in markers(folder), "it was killed too late")
+    before = done_at(folder)
+    expect(snakemake(source, folder, "--cores", "2").returncode == 1, "a folder that is locked is used")
+    expect_success(snakemake(source, folder, "--cores", "2", "--unlock"), "to be unlocked")
+    expect_success(snakemake(source, folder, "--cores", "2", "--rerun-incomplete"), "killed and resumed")
+    expect_bytes(folder, files, "killed and resumed")
+    after = done_at(folder)
+    expect(before and all(after.get(name) == when for name, when in before.items()), "it did again what was done")
+
+
+def check_failure(source, folder, scale):
+    """An N that there is not, and a configuration without options."""
+    configure(folder, scale, [*OPTIONS, "-n", "9"])
+    run = snakemake(source, folder, "--cores", "2", "--show-failed-logs")
+    expect(run.returncode == 1 and "incorrect format!" in run.stderr, f"-n 9 is not refused:\n{run.stderr}")
+    expect(not os.path.exists(os.path.join(folder, "triples.txt")), "a failed run leaves an output")
+    write(os.path.join(folder, "my.yaml"), "work: here\n")
+    run = snakemake(source, folder, "--cores", "2")
+    expect(run.returncode == 1 and "No 'options' in the configuration" in run.stderr, f"no sentence:\n{run.stderr}")
+
+
+def stand_in(folder, name, text):
+    path = os.path.join(folder, name)
+    write(path, "#!/bin/sh\n" + text)
+    os.chmod(path, 0o755)
+
+
+def check_submission(source, folder, scale):
+    """What sbatch is given for the first job; it then says that it cannot."""
+    configure(folder, scale, jobs=1)
+    tools = os.path.join(folder, "tools")
+    os.mkdir(tools)
+    stand_in(tools, "sbatch", 'for word; do echo "$word"; done > given; exit 1\n')
+    run = snakemake(source, folder, "--profile", os.path.join(source, "workflow", "slurm"), "--restart-times", "0",
+                    env={**os.environ, "PATH": tools + os.pathsep + os.environ["PATH"]})
+    expect(run.returncode == 1, f"it goes on without a queue:\n{run.stderr}")
+    given = read(os.path.join(folder, "given")).decode().splitlines()
+    words = ["--parsable", "--job-name=ngrex-scan-job=0", "--cpus-per-task=1", "--mem=576M", "--time=240",
+             "--output=.snakemake/slurm-%j.log"]
+    expect(given[:-1] == words, f"sbatch is given {given}")
+
+
+def check_states(source, folder):
+    """What the profile makes of what Slurm says of a job."""
+    tools = os.path.join(folder, "queue")
+    os.mkdir(tools)
+    for shown, accounted, meaning in (
+            ("JobId=7 JobState=RUNNING Reason=None", "", "running"), ("JobId=7 JobState=PENDING Reason=Priority", "", "running"),
+            ("JobId=7 JobState=COMPLETING Reason=None", "", "running"), ("JobId=7 JobState=COMPLETED Reason=None", "", "success"),
+            ("JobId=7 JobState=FAILED Reason=None", "", "failed"), ("JobId=7 JobState=OUT_OF_MEMORY Reason=x", "", "failed"),
+            ("JobId=7 JobState=TIMEOUT Reason=TimeLimit", "", "failed"), ("JobId=7 JobState=NODE_FAIL Reason=x", "", "failed"),
+            ("", "COMPLETED", "success"), ("", "CANCELLED by 0", "failed"), ("", "RUNNING", "running"),
+            ("slurm_load_jobs error: Invalid job id specified", "", "failed"),
+            ("slurm_load_jobs error: Unable to contact slurm controller (connect failure)", "", "running")):
+        stand_in(tools, "scontrol", f"echo '{shown}'\n")
+        stand_in(tools, "sacct", f"echo '{accounted}'\n" if accounted else "exit 1\n")
+        told = subprocess.run([os.path.join(source, "workflow", "slurm", "status"), "7"], capture_output=True, text=True,
+                              env={**os.environ, "PATH": tools + os.pathsep + os.environ["PATH"]})
+        expect(told.stdout == meaning + "\n", f"{shown or accounted!r} is taken for {told.stdout!r}, not {meaning}")
+
+
+def main():
+    if not shutil.which("snakemake"):
+        print("Snakemake is not installed: the workflow is not tried (on Debian: apt-get install snakemake).")
+        return 77
+    source, build = (os.path.abspath(folder) for folder in sys.argv[1:3])
+    ngrex, scale = (os.path.join(build, name) for name in ("ngrex", "ngrex-scale"))
+    seed = int(os.environ.get("NGREX_TEST_SEED", random.randrange(10**9)))
+    print(f"seed {seed}")
+    r = random.Random(seed)
+    with tempfile.TemporaryDirectory() as one, tempfile.TemporaryDirectory() as two, tempfile.TemporaryDirectory() as three:
+        make_corpus(one, r)
+        files = expected(ngrex, one)
+        shutil.copytree(one, two, dirs_exist_ok=True)
+        shutil.copytree(one, three, dirs_exist_ok=True)
+        for folder in one, two:
+            configure(folder, scale)
+        check_in_one_go(source, one, files)
+        check_growth(source, one, ngrex, scale, r)
+        check_kill(source, two, files)
+        check_failure(source, three, scale)
+        check_submission(source, three, scale)
+        check_states(source, three)
+    for failure in failures:
+        print(failure)
+    return 1 if failures else 0
+
+
+sys.exit(main())
