@@ -228,11 +228,16 @@ void number_shards(const WorkFolder& folder, const Plan& plan) {
   numberer.save(number_key(folder, plan));  // some scans may be new
 }
 
-void tell_messages(const WorkFolder& folder, const Manifest& numbering) {
+void tell_messages(const WorkFolder& folder, const Manifest& numbering, std::size_t& told) {
   const Notifier error(std::cerr);
-  const auto warn = [&](std::string_view warning) { error.warning(warning); };
+  std::size_t number = 0;
+  const auto warn = [&](std::string_view warning) {
+    if (number++ < told) return;
+    error.warning(warning);
+    ++told;
+  };
   for (const Manifest::Fields& line : numbering.lines()) {
-    if (line[0] == "warning") error.warning(line.at(1));
+    if (line[0] == "warning") warn(line.at(1));
     if (line[0] == "told") {
       for_each_warning(folder.file(scan_name(to_number(line.at(1))), "warnings"),
                        static_cast<std::uint32_t>(to_number(line.at(2))), warn);

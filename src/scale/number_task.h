@@ -44,7 +44,8 @@ void number_shards(const WorkFolder& folder, const Plan& plan);
 // What the task depends on: the scans.
 std::uint64_t number_key(const WorkFolder& folder, const Plan& plan);
 
-// Says on standard error what ngrex would have warned of while it read the datafiles.
-void tell_messages(const WorkFolder& folder, const Manifest& numbering);
+// Says on standard error what ngrex would have warned of while it read the datafiles: all but the first `told`
+// warnings, which have been said before a damaged file was met; raises that number as it goes.
+void tell_messages(const WorkFolder& folder, const Manifest& numbering, std::size_t& told);
 
 }  // namespace colx::scale

@@ -31,14 +31,12 @@ void _do_step(std::string_view name, const WorkFolder& folder, const Plan& plan,
 }  // namespace
 
 void count_all(const WorkFolder& folder, const Plan& plan, std::size_t jobs, const std::function<void()>& use) {
-  bool told = false;
+  std::size_t told = 0;
   for (int attempt = 1;; ++attempt) {
     try {
       for (const std::string_view name : step_names) {
         _do_step(name, folder, plan, jobs);
-        if (name != number_name) continue;
-        if (!told) tell_messages(folder, folder.result(number_name));
-        told = true;
+        if (name == number_name) tell_messages(folder, folder.result(number_name), told);
       }
       use();
       return;

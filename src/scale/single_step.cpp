@@ -20,7 +20,8 @@ namespace {
 // Says what ngrex says while it reads the datafiles.
 void _tell(const WorkFolder& folder) {
   const Manifest manifest = folder.result(number_name);
-  tell_messages(folder, manifest);
+  std::size_t told = 0;
+  tell_messages(folder, manifest, told);
   const std::string failure = Numbering::from(manifest).failure;
   if (!failure.empty()) throw fatal_error(failure);
 }
