@@ -13,6 +13,7 @@
 #include "companion/errors.h"
 #include "companion/new_file.h"
 #include "options/params.h"
+#include "spill/damaged_file.h"
 #include "spill/encoding.h"
 
 namespace colx::scale {
@@ -128,6 +129,12 @@ std::vector<Shard> _cut(const std::vector<Datafile>& datafiles, std::uint64_t sh
   return shards;
 }
 
+// The plan that stands in the folder. One that is damaged is made again as if there had been none: every task still
+// tells by its key whether what it has left is right.
+std::optional<Plan> _before(const WorkFolder& folder) try { return Plan::load(folder); } catch (const damaged_file&) {
+  return std::nullopt;
+}
+
 // Tells apart what makes the counts different: N, mask, rules, and the contexts with their window.
 std::uint64_t _counting(const Plan& plan) {
   Manifest options;
@@ -220,10 +227,13 @@ bool only_first_sentence() {
 }
 
 void make_plan(const WorkFolder& folder, const std::vector<std::string>& paths, const PlanWishes& wishes, Plan& plan) {
-  const std::optional<Plan> before = Plan::load(folder);
+  std::optional<Plan> before = _before(folder);
   plan.counting = _counting(plan);
-  if (before && before->counting != plan.counting)
-    throw usage_error(fmt::format("the folder {} holds counts for other options", folder.path()));
+  if (before && before->counting != plan.counting) {
+    if (!wishes.may_start_over)
+      throw usage_error(fmt::format("the folder {} holds counts for other options", folder.path()));
+    before.reset();
+  }
   plan.memory = wishes.memory;
   std::uint64_t total = 0;
   for (std::size_t i = 0; i < paths.size(); ++i) {

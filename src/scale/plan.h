@@ -68,11 +68,13 @@ struct PlanWishes {
   std::uint64_t shard_size = 0;
   std::size_t memory = 0;
   std::size_t jobs = 1;
+  bool may_start_over = false;  // whether counts for other options, which stand in the folder, may be dropped
 };
 
 // Completes the plan for the options in the settings, whose words and rules stand in it, and these datafiles, and saves
-// it. What stood in the folder before is kept as far as it is still right: cuts, and datafiles that have not changed.
-// Throws usage_error when the folder holds counts for other options.
+// it. What stood in the folder before is kept as far as it is still right: cuts, and datafiles that have not changed;
+// of a damaged plan, nothing. Throws usage_error when the folder holds counts for other options that may not be
+// dropped.
 void make_plan(const WorkFolder& folder, const std::vector<std::string>& paths, const PlanWishes& wishes, Plan& plan);
 
 }  // namespace colx::scale

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -116,6 +117,7 @@ void _plan(const Options& options, const Notifier& error, const Use& use) {
   PlanWishes wishes;
   wishes.jobs = jobs;
   wishes.shard_size = options.shard;
+  wishes.may_start_over = !options.work;
   wishes.memory = options.memory != 0 ? options.memory : memory_of_machine() / 4 * 3 / jobs;
   make_plan(used.folder(), paths, wishes, plan);
   use(used, plan);
@@ -199,6 +201,8 @@ void _do(const Options& options, const Notifier& error) {
 int scale(const std::vector<std::string>& arguments) {
   const std::optional<Options> options = read_options(arguments);
   if (!options) return EXIT_SUCCESS;
+  // A file that may not grow any more is a failure like a full disk: it is told, and nothing unfinished stays.
+  std::signal(SIGXFSZ, SIG_IGN);
   const Notifier error(std::cerr);
   try {
     _do(*options, error);

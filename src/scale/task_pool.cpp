@@ -39,8 +39,9 @@ void _say(const Descriptor& pipe, char letter, const std::string& text) {
   }
 }
 
-[[noreturn]] void _be_task(const Task& task, const Descriptor& pipe) {
+[[noreturn]] void _be_task(const Task& task, pid_t parent, const Descriptor& pipe) {
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  if (::getppid() != parent) ::_exit(failed);  // it ended before it could take us along
   try {
     task.body();
     ::_exit(EXIT_SUCCESS);
@@ -79,9 +80,10 @@ class Processes {
     if (::pipe2(ends, O_CLOEXEC) != 0) throw output_error(fmt::format("cannot make a pipe: {}", system_reason()));
     Descriptor reading(ends[0]);
     Descriptor writing(ends[1]);
+    const pid_t parent = ::getpid();
     const pid_t pid = ::fork();
     if (pid < 0) throw output_error(fmt::format("cannot make a process: {}", system_reason()));
-    if (pid == 0) _be_task(task, writing);
+    if (pid == 0) _be_task(task, parent, writing);
     _running.emplace(pid, Running{task.name, std::move(reading)});
   }
 

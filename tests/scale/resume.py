@@ -57,9 +57,11 @@ class Bench:
     with open(self.path(name), "rb") as file:
       return file.read()
 
-  def run(self, *words, status=0):
+  def run(self, *words, status=0, limit=None):
+    """Standard error of a program; `limit` is a resource and how much of it there is."""
     done = subprocess.run(words, cwd=self.folder, capture_output=True, check=False, timeout=300,
-                          stdin=subprocess.DEVNULL)
+                          stdin=subprocess.DEVNULL,
+                          preexec_fn=limit and (lambda: resource.setrlimit(limit[0], (limit[1], limit[1]))))
     assert done.returncode == status, (words, done.returncode, done.stderr)
     return done.stderr
 
@@ -165,6 +167,63 @@ def check_damage(bench, options):
   assert bench.scaled(*options) == expected
 
 
+def check_damaged_warnings(bench, options):
+  """Warnings that have been said when a damaged file is met are not said again."""
+  bench.write("a", "first bad line\n\n" + corpus(bench.random, 200) + "last bad line\n\n")
+  bench.write("list", "a\n")
+  expected = bench.expect(*options)
+  assert bench.scaled(*options) == expected
+  shards = sum(name.startswith("scan-") and name.endswith(".done") for name in bench.intermediate())
+  assert shards > 1
+  name = f"scan-{shards - 1}.warnings"
+  content = bytearray(bench.read("work/" + name))
+  content[20] ^= 1
+  with open(bench.path("work/" + name), "wb") as file:
+    file.write(content)
+  assert bench.scaled(*options) == expected
+
+
+def check_damaged_plan(bench, options):
+  """Without its plan a folder is refused by write; run makes it again, and counts nothing again that is right."""
+  expected = bench.expect(*options)
+  assert bench.scaled(*options) == expected
+  before = bench.times()
+  damage(bench, "plan.done", "bit")
+  err = bench.run(bench.scale, "write", "--work", "work", "-o", "other", status=1)
+  assert b"work/plan.done" in err, err
+  assert bench.scaled(*options) == expected
+  assert bench.times() == before
+
+
+def check_usual_folder(bench, options):
+  """A folder that nobody asked for, left by a run that was killed, does not stand in the way of another command."""
+  command = [bench.scale, "run", "--jobs", "2", "--shard", "300", "-o", "out.s", *options]
+  process = subprocess.Popen(command, cwd=bench.folder, stderr=subprocess.DEVNULL, start_new_session=True)
+  while not os.path.exists(bench.path("out.s.ngrex-scale/plan.done")):
+    time.sleep(0.001)
+  process.kill()
+  assert process.wait() == -signal.SIGKILL
+  subprocess.run(["flock", bench.path("out.s.ngrex-scale/lock"), "true"], check=False, timeout=60)
+  other = ["3" if word == "2" else word for word in options]
+  expected = bench.expect(*other)
+  bench.run(bench.scale, "run", "--jobs", "2", "-o", "out.s", *other)
+  assert bench.read("out.s") == expected[0]
+  assert not os.path.exists(bench.path("out.s.ngrex-scale"))
+
+
+def check_file_size(bench, options):
+  """Files that may not grow any more are told, and leave nothing unfinished."""
+  expected = bench.expect(*options)
+  size = len(expected[0])
+  for most, what in ((4096, b"cannot write to work/"), (size // 2, b"Cannot write to file: out.s!")):
+    err = bench.run(bench.scale, "run", "--shard", "16K", "--work", "work", "-o", "out.s", *options, status=1,
+                    limit=(resource.RLIMIT_FSIZE, most))
+    assert what in err, err
+    assert not [name for name in os.listdir(bench.folder) if name.startswith("out.s")]
+  bench.run(bench.scale, "run", "--shard", "16K", "--work", "work", "-o", "out.s", *options)
+  assert bench.read("out.s") == expected[0]
+
+
 def check_lock(bench, options):
   holder = subprocess.Popen(["flock", bench.path("work/lock"), "sleep", "60"])
   while subprocess.run(["flock", "-n", bench.path("work/lock"), "true"], check=False).returncode == 0:
@@ -246,7 +305,9 @@ def main():
   options = ["-i", "list", "-n", "2", "-m", "**", "-f", "rules"]
   plain = ["-i", "list", "-n", "2"]
   for check, line in ((check_kills, options), (check_nothing_done_twice, plain), (check_damage, plain),
-                      (check_lock, plain), (check_write, options), (check_lists, plain), (check_many_shards, plain)):
+                      (check_damaged_warnings, plain), (check_damaged_plan, plain), (check_usual_folder, plain),
+                      (check_file_size, plain), (check_lock, plain), (check_write, options), (check_lists, plain),
+                      (check_many_shards, plain)):
     with tempfile.TemporaryDirectory(prefix="ngrex-scale-resume-") as folder:
       bench = Bench(os.path.abspath(arguments.program), os.path.abspath(arguments.scale), folder, seed)
       if check is check_lock:
