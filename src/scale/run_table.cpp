@@ -29,6 +29,7 @@ void RunTable::_clear() {
   _pool = std::make_unique<VoidPool>(static_cast<std::uint32_t>(RecordTable::records_per_chunk * record_size));
   _table = std::make_unique<RecordTable>(NGram::_full_ngram_type, *_pool);
   _first.clear();
+  _occurrences = 0;
 }
 
 void RunTable::count(const OccurrenceBatch& batch, std::uint64_t first) {
@@ -37,6 +38,7 @@ void RunTable::count(const OccurrenceBatch& batch, std::uint64_t first) {
       [&](std::size_t occurrence, const NGram*) {
         if (_table->size() > _first.size()) _first.push_back(first + occurrence);
       });
+  _occurrences += batch.size();
 }
 
 FileMark RunTable::write(const std::string& path, unsigned bucket_bits) {

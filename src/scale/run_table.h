@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/limits.h"
 #include "model/occurrence_batch.h"
 #include "model/record_table.h"
 #include "spill/segment_file.h"
@@ -27,8 +28,11 @@ class RunTable {
 
   bool empty() const { return _table->size() == 0; }
 
-  // Whether the next batch may go beyond the memory.
-  bool full() const { return _table->size() + OccurrenceBatch::capacity > _most_records; }
+  // Whether the next batch may go beyond the memory, or beyond what a record counts.
+  bool full() const {
+    return _table->size() + OccurrenceBatch::capacity > _most_records ||
+           (_occurrences > 0 && _occurrences + OccurrenceBatch::capacity > limits::frequency);
+  }
 
   // Counts the occurrences of a batch, the first of which has this number.
   void count(const OccurrenceBatch& batch, std::uint64_t first);
@@ -44,6 +48,7 @@ class RunTable {
   std::unique_ptr<VoidPool> _pool;
   std::unique_ptr<RecordTable> _table;
   std::vector<std::uint64_t> _first;  // by record
+  std::uint64_t _occurrences = 0;     // counted since
 };
 
 }  // namespace colx::scale

@@ -1,6 +1,7 @@
 #include "scale/write_task.h"
 
 #include <algorithm>
+#include <iostream>
 #include <limits>
 #include <map>
 #include <ostream>
@@ -9,6 +10,8 @@
 
 #include "base/config.h"
 #include "base/errors.h"
+#include "base/limits.h"
+#include "base/notifier.h"
 #include "companion/new_file.h"
 #include "corpus/datafile_format.h"
 #include "corpus/datafile_stats.h"
@@ -27,6 +30,7 @@
 #include "scale/parts.h"
 #include "scale/patterns.h"
 #include "scale/reduce_task.h"
+#include "scale/saturation.h"
 #include "spill/encoding.h"
 
 namespace colx::scale {
@@ -71,10 +75,6 @@ void _write_file(const char* path, const WriteContent& write_content) {
 
 std::uint32_t _wrapped(std::uint64_t number) {
   return static_cast<std::uint32_t>(number);
-}
-
-std::uint32_t _saturated(std::uint64_t number) {
-  return static_cast<std::uint32_t>(std::min<std::uint64_t>(number, std::numeric_limits<std::uint32_t>::max()));
 }
 
 // Gives the frequencies of the patterns of listed records, part by part.
@@ -123,6 +123,15 @@ class Results {
     for (const NumberedShard& shard : _numbering.shards)
       _used.push_back(shard.used);
     _occurrences = Occurrences::from(folder, _used).all;
+  }
+
+  // Whether some count is beyond what ngrex holds. No frequency is greater than the number of all N-grams.
+  bool overflowing() const {
+    std::uint64_t words = 0;
+    for (const NumberedDatafile& datafile : _numbering.datafiles)
+      words += datafile.words;
+    return _occurrences > limits::frequency ||
+           (settings::stats_file != nullptr && words > std::numeric_limits<std::uint32_t>::max());
   }
 
   void write_statistics(std::ostream& out) const {
@@ -214,7 +223,7 @@ class Results {
     for (std::size_t type = 0; type < full; ++type)
       positions.emplace_back(static_cast<std::uint8_t>(type));
     std::vector<std::uint32_t> values(full + 1);
-    values[0] = _saturated(_occurrences);
+    values[0] = saturated(_occurrences);
     std::array<std::uint64_t, constants::max_grammity> hashes;
     Members members;
     for (std::size_t i = 0; i < file.segments(); ++i) {
@@ -223,7 +232,7 @@ class Results {
       for (const char* from = block.data(); from != end;) {
         load_members(from, settings::n, members);
         from += settings::n * NGram::Member::size;
-        values[full] = _saturated(get_short(from));
+        values[full] = saturated(get_short(from));
         for (unsigned m = 0; m < settings::n; ++m)
           hashes[m] = member_hash(members[m], m);
         for (std::size_t type = 1; type < full; ++type) {
@@ -232,7 +241,7 @@ class Results {
             hash += hashes[positions[type].at[k]];
           const std::size_t partition = bucket_of(hash, _layout.partition_bits);
           values[type] =
-              _saturated(frequencies.next(pair_of(static_cast<std::uint8_t>(type), partition, _layout.partition_bits)));
+              saturated(frequencies.next(pair_of(static_cast<std::uint8_t>(type), partition, _layout.partition_bits)));
         }
         if (values[full] < settings::sieves.frequency) continue;
         const std::string_view results = result_lines.get(values);
@@ -262,6 +271,10 @@ void write_files(const WorkFolder& folder, const Plan& plan) {
               [&](std::ostream& out) { results.write_filter_statistics(out); });
   _write_file(settings::output_file, [&](std::ostream& out) { results.write_output(out); });
   _write_file(settings::context_output_file, [&](std::ostream& out) { write_context_file(folder, out); });
+  if (results.overflowing())
+    Notifier(std::cerr).warning(
+        "Counts pass " + std::to_string(limits::frequency) +
+        ", which is as far as ngrex counts! Frequencies stop there, and statistics begin again...");
 }
 
 }  // namespace colx::scale

@@ -1,0 +1,19 @@
+#pragma once
+
+// Counts beyond 32 bits, which intermediate files hold and ngrex does not.
+
+#include <algorithm>
+#include <cstdint>
+
+#include "base/limits.h"
+
+namespace colx::scale {
+
+// The frequency that ngrex reads of what occurs so often. A record of it carries what its 24 bits have counted over,
+// again and again, until the sum would pass the limit; so up to there the sum with what is in the counter is the number
+// itself, and beyond it is the limit.
+inline std::uint32_t saturated(std::uint64_t number) {
+  return static_cast<std::uint32_t>(std::min<std::uint64_t>(number, limits::frequency));
+}
+
+}  // namespace colx::scale
