@@ -16,7 +16,7 @@ namespace colx::scale {
 
 namespace {
 
-constexpr std::string_view commands[] = {"run", "plan", "write"};
+constexpr std::string_view commands[] = {"run", "plan", "write", "steps"};
 
 void _print_help(Options& options, const GivenOption& given);
 void _print_version(Options& options, const GivenOption& given);
@@ -31,7 +31,10 @@ constexpr std::array<Option<Options>, 8> _rows = {{
     {{"--work", "DIR",
       "folder of intermediate files, which is kept; the default is one beside the output, which is "
       "removed at the end"},
-     [](Options& options, const GivenOption& given) { options.work = given.value; }},
+     [](Options& options, const GivenOption& given) {
+       if (given.value.empty()) reject(given, "the name of a folder");
+       options.work = given.value;
+     }},
     {{"--shard", "SIZE", "bytes of a datafile that are a task of their own; the default depends on the corpus"},
      [](Options& options, const GivenOption& given) { options.shard = memory_size(given); }},
     {{"--task", "K", "of a step the first task to be done, counted from 0, which is the default"},
@@ -89,6 +92,28 @@ std::vector<std::string> _part(const std::vector<std::string>& arguments, Option
   return own;
 }
 
+bool _is_step(const std::string& command) {
+  return std::find(std::begin(step_names), std::end(step_names), command) != std::end(step_names);
+}
+
+// Whether an option would say nothing to a command: shards and memory are those of the plan.
+bool _is_foreign(std::string_view option, const std::string& command) {
+  if (command == "steps") return true;
+  if (option == "--task" || option == "--of") return !_is_step(command);
+  if (option == "--memory" || option == "--shard") return command != "run" && command != "plan";
+  return option == "--jobs" && _is_step(command);
+}
+
+// Throws usage_error when one of our own options, or of ngrex's, is not for the command.
+void _check_meant(const std::vector<std::string>& own, const Options& options) {
+  for (std::size_t i = 0; i < own.size(); i += _takes_value(own[i]) ? 2U : 1U) {
+    const std::string option = own[i].substr(0, own[i].find('='));
+    if (_is_foreign(option, options.command)) throw usage_error(fmt::format("{} takes no {}", options.command, option));
+  }
+  if (options.command == "steps" && !options.words.empty())
+    throw usage_error(fmt::format("{} takes no {}", options.command, options.words[0]));
+}
+
 }  // namespace
 
 constexpr Program program = {"ngrex-scale",
@@ -98,7 +123,7 @@ constexpr Program program = {"ngrex-scale",
                              "from a folder given by --work. An engine that spreads the work over machines\n"
                              "takes plan, with the options of run, and then the steps one after another: scan,\n"
                              "number, map, reduce, arrange, order and count, each of which has tasks that can\n"
-                             "be done at the same time.\n"
+                             "be done at the same time. The command steps prints their names.\n"
                              "The options of ngrex mean what they mean there:",
                              _entries,
                              0};
@@ -110,12 +135,11 @@ std::optional<Options> read_options(const std::vector<std::string>& arguments) {
   const std::vector<std::string> own = _part(words, options);
   std::vector<std::string> files;
   if (apply_command_line(program, _rows, own, options, files)) return std::nullopt;
-  const auto among = [&](const auto& names) {
-    return std::find(std::begin(names), std::end(names), options.command) != std::end(names);
-  };
-  if (!among(commands) && !among(step_names))
+  const bool is_known = std::find(std::begin(commands), std::end(commands), options.command) != std::end(commands);
+  if (!is_known && !_is_step(options.command))
     throw usage_error(options.command.empty() ? "expected a command, found none"
                                               : fmt::format("there is no command {}", options.command));
+  _check_meant(own, options);
   return options;
 }
 

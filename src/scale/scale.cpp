@@ -28,6 +28,7 @@
 #include "scale/pipeline.h"
 #include "scale/plan.h"
 #include "scale/single_step.h"
+#include "scale/steps.h"
 #include "scale/write_task.h"
 
 namespace colx::scale {
@@ -164,6 +165,7 @@ void _apply(const std::vector<std::string>& words) {
 }
 
 void _write(const Options& options, const Notifier& error) {
+  _forget_writing();  // what the command line says holds behind what the folder says
   const WorkFolder folder(*options.work);
   const Plan plan = load_plan(folder);
   const FolderLock lock(folder);
@@ -173,6 +175,7 @@ void _write(const Options& options, const Notifier& error) {
   check_counted(folder, plan);
   _forget_writing();
   _apply(options.words);
+  if (settings::output_file == nullptr) throw usage_error("expected an output datafile, -o FILE, found none");
   if (settings::context_tracing_on() && !with_contexts)
     throw usage_error(fmt::format("-c: the folder {} holds no contexts", folder.path()));
   if (!check_settings(error)) throw Ended();
@@ -184,7 +187,15 @@ void _write(const Options& options, const Notifier& error) {
   write_files(folder, plan);
 }
 
+void _print_steps() {
+  std::string names;
+  for (const std::string_view name : step_names)
+    names += fmt::format("{}\n", name);
+  write_to_standard_output(names);
+}
+
 void _do(const Options& options, const Notifier& error) {
+  if (options.command == "steps") return _print_steps();
   if (options.command != "run" && !options.work)
     throw usage_error("expected the folder of intermediate files, --work DIR, found none");
   if (options.command == "run") return _run(options, error);

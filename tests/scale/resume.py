@@ -246,6 +246,10 @@ def check_write(bench, options):
   assert bench.times() == before
   err = bench.run(bench.scale, "write", "--work", "work", "-n", "3", "-o", "out.w", status=2)
   assert b"write takes no -n" in err, err
+  err = bench.run(bench.scale, "write", "--work", "work", "-c", "contexts.w", "-o", "out.w", status=2)
+  assert b"holds no contexts" in err, err
+  err = bench.run(bench.scale, "write", "--work", "work", status=2)
+  assert b"expected an output datafile" in err, err
   err = bench.run(bench.scale, "write", "--work", "nowhere", "-o", "out.w", status=1)
   assert b"holds no counts" in err, err
   other = ["3" if word == "2" else word for word in options]

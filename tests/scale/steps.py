@@ -15,7 +15,6 @@ import subprocess
 import sys
 import tempfile
 
-STEPS = ["scan", "number", "map", "reduce", "arrange", "order", "count"]
 WORDS = ["rain", "wind", "heavy", "falls", "ž"]
 OPTIONS = ["-i", "list", "-n", "3", "-m", "**"]
 FILES = ["-o", "triples", "-s", "statistics"]
@@ -65,12 +64,19 @@ def main():
         for name in ("triples", "statistics"):
             os.remove(os.path.join(folder, name))
 
+        steps = subprocess.run([arguments.scale, "steps"], check=True, capture_output=True, text=True).stdout.splitlines()
+        assert steps[0] == "scan" and len(steps) == len(set(steps)), f"the steps are {steps}"
         assert "holds no counts" in told("map", status=1)
         told("plan", *OPTIONS, *FILES, "--shard", str(r.randint(2000, 20000)), "--memory", "1M", "--jobs", str(r.randint(1, 5)))
         assert "is missing" in told("map", status=1)
         assert "takes no -n" in told("map", "-n", "3", status=2)
 
-        for step in STEPS:
+        for words in (["map", "--memory", "1M"], ["map", "--shard", "1K"], ["map", "--jobs", "1"], ["write", "--memory", "1M"],
+                      ["write", "--of", "2"], ["plan", *OPTIONS, *FILES, "--task", "1"], ["steps", "--jobs", "1"]):
+            option, = (word for word in words if word.startswith("--"))
+            assert f"{words[0]} takes no {option}" in told(*words, status=2)
+
+        for step in steps:
             jobs = r.randint(1, 4)
             processes = [start(step, "--task", str(job), "--of", str(jobs)) for job in [*range(jobs), r.randrange(jobs)]]
             messages = [process.communicate()[1] for process in processes]
