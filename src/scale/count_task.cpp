@@ -10,6 +10,7 @@
 #include "extraction/tag_filters.h"
 #include "scale/arrange_task.h"
 #include "scale/filters.h"
+#include "scale/frequencies.h"
 #include "scale/number_task.h"
 #include "scale/order_task.h"
 #include "scale/patterns.h"
@@ -29,7 +30,7 @@ class PatternCounter {
         _layout(layout),
         _parts(parts),
         _tags(longest_text),
-        _frequencies(folder.file(name, "frequencies"), frequencies_kind),
+        _frequencies(folder.file(name, "frequencies"), parts, plan.memory / 8),
         _different(NGram::_types_count, 0) {
     load_tags(folder, _tags);
     add_morphologic_rules(plan, _rules);
@@ -98,8 +99,9 @@ class PatternCounter {
         get_short(from);
         append_short(_out, table[number].count);
       }
-      _frequencies.add(_out);
+      _frequencies.add(part, _out);
     }
+    _frequencies.end_pair();
   }
 
   // Patterns that the filter refuses are none to ngrex.
@@ -126,7 +128,7 @@ class PatternCounter {
   std::unique_ptr<MorphologicFilter> _filter;
   OccurrenceBatch _batch;
   std::vector<SegmentReader> _files;
-  SegmentWriter _frequencies;
+  FrequenciesWriter _frequencies;
   std::vector<std::uint64_t> _different;  // by type
   std::vector<std::uint32_t> _numbers;
   std::string _out;

@@ -14,8 +14,7 @@
 
 namespace colx::scale {
 
-// The frequencies: for every pair of a type and a partition that a task has, a segment for each part.
-inline constexpr std::string_view frequencies_kind = "freq";
+// The frequencies of the patterns of all parts stand in the file "frequencies".
 
 // The pairs of one task.
 struct Pairs {

@@ -23,6 +23,7 @@
 #include "scale/context_task.h"
 #include "scale/count_task.h"
 #include "scale/filters.h"
+#include "scale/frequencies.h"
 #include "scale/layout.h"
 #include "scale/map_task.h"
 #include "scale/number_task.h"
@@ -80,35 +81,28 @@ std::uint32_t _wrapped(std::uint64_t number) {
 // Gives the frequencies of the patterns of listed records, part by part.
 class Frequencies {
  public:
-  Frequencies(const WorkFolder& folder, const std::vector<Pairs>& tasks, std::size_t parts)
-      : _parts(parts), _tasks(tasks) {
-    for (std::size_t task = 0; task < tasks.size(); ++task)
-      _files.emplace_back(folder.file(count_name(task), "frequencies"), frequencies_kind, std::size_t{16} << 10,
-                          SegmentReader::hold_for(tasks.size()));
+  Frequencies(const WorkFolder& folder, std::size_t tasks, std::size_t parts) {
+    for (std::size_t task = 0; task < tasks; ++task)
+      _files.emplace_back(folder.file(count_name(task), "frequencies"), parts, SegmentReader::hold_for(tasks));
   }
 
   void load(std::size_t part) {
     _bytes.clear();
-    std::vector<std::size_t> begins;
-    for (std::size_t task = 0; task < _tasks.size(); ++task) {
-      for (std::size_t pair = _tasks[task].first; pair < _tasks[task].end; ++pair) {
-        begins.push_back(_bytes.size());
-        _bytes.append(_files[task].read((pair - _tasks[task].first) * _parts + part));
-      }
-    }
+    _begins.clear();
+    for (FrequenciesReader& file : _files)
+      file.load(part, _bytes, _begins);
     _next.clear();
-    for (const std::size_t begin : begins)
+    for (const std::size_t begin : _begins)
       _next.push_back(_bytes.data() + begin);
   }
 
   std::uint64_t next(std::size_t pair) { return get_short(_next[pair]); }
 
  private:
-  std::size_t _parts;
-  std::vector<Pairs> _tasks;
-  std::vector<SegmentReader> _files;
+  std::vector<FrequenciesReader> _files;
   std::string _bytes;
-  std::vector<const char*> _next;  // by pair
+  std::vector<std::size_t> _begins;  // by pair
+  std::vector<const char*> _next;    // by pair
 };
 
 // What has been counted, ready to be written.
@@ -174,7 +168,7 @@ class Results {
     load_tags(_folder, tags);
     TextBuffer text(out);
     ResultLines result_lines;
-    Frequencies frequencies(_folder, count_tasks(_plan, _layout), _parts);
+    Frequencies frequencies(_folder, count_tasks(_plan, _layout).size(), _parts);
     for (std::size_t part = 0; part < _parts; ++part) {
       frequencies.load(part);
       _write_part(part, frequencies, {lemmas, tags}, result_lines, text);
