@@ -12,7 +12,6 @@
 #include "extraction/occurrence_members.h"
 #include "extraction/tag_filters.h"
 #include "scale/filters.h"
-#include "scale/number_task.h"
 #include "scale/run_table.h"
 #include "scale/scan_task.h"
 #include "scale/shard_words.h"
@@ -126,21 +125,20 @@ std::string run_file(const WorkFolder& folder, std::size_t shard, std::size_t ru
   return folder.file(map_name(shard), fmt::format("run-{}", run));
 }
 
-std::uint64_t map_key(const WorkFolder& folder, const Plan& plan, std::size_t shard,
-                      std::uint64_t extracted_sentences) {
+std::uint64_t map_key(const WorkFolder& folder, const Plan& plan, std::size_t shard, const NumberedShard& numbered) {
   std::string key;
   append_fixed(key, plan.counting);
   append_fixed(key, plan.bucket_bits);
-  append_fixed(key, extracted_sentences);
+  append_fixed(key, numbered.extracted_sentences);
   append_fixed(key, folder.result(scan_name(shard)).mark());
-  append_fixed(key, mark_of(numbers_file(folder, shard)).checksum);
+  append_fixed(key, numbered.numbers);
   return checksum(key);
 }
 
-void map_shard(const WorkFolder& folder, const Plan& plan, std::size_t shard, std::uint64_t extracted_sentences) {
-  TaskResult done(folder, map_name(shard), map_key(folder, plan, shard, extracted_sentences));
+void map_shard(const WorkFolder& folder, const Plan& plan, std::size_t shard, const NumberedShard& numbered) {
+  TaskResult done(folder, map_name(shard), map_key(folder, plan, shard, numbered));
   string2dependency("");  // sets the code of "Head"
-  Mapper(folder, plan, shard).run(extracted_sentences, done);
+  Mapper(folder, plan, shard).run(numbered.extracted_sentences, done);
   done.save();
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "scale/number_task.h"
 #include "scale/plan.h"
 #include "spill/manifest.h"
 
@@ -29,9 +30,9 @@ std::string map_name(std::size_t shard);
 std::string run_file(const WorkFolder& folder, std::size_t shard, std::size_t run);
 
 // What the task depends on.
-std::uint64_t map_key(const WorkFolder& folder, const Plan& plan, std::size_t shard, std::uint64_t extracted_sentences);
+std::uint64_t map_key(const WorkFolder& folder, const Plan& plan, std::size_t shard, const NumberedShard& numbered);
 
-// Does the task for as many sentences of the shard.
-void map_shard(const WorkFolder& folder, const Plan& plan, std::size_t shard, std::uint64_t extracted_sentences);
+// Does the task.
+void map_shard(const WorkFolder& folder, const Plan& plan, std::size_t shard, const NumberedShard& numbered);
 
 }  // namespace colx::scale

@@ -55,7 +55,8 @@ class Numberer {
     manifest.add("lemmas", _lemmas.size());
     manifest.add("tags", _tags.size());
     for (const NumberedShard& shard : _shards)
-      manifest.add({"shard", shard.used ? "1" : "0", std::to_string(shard.extracted_sentences)});
+      manifest.add(
+          {"shard", shard.used ? "1" : "0", std::to_string(shard.extracted_sentences), std::to_string(shard.numbers)});
     for (const NumberedDatafile& datafile : _datafiles)
       manifest.add({"datafile", datafile.opened ? "1" : "0", std::to_string(datafile.words),
                     std::to_string(datafile.sentences)});
@@ -161,6 +162,7 @@ class Numberer {
     });
     numbers.add(lemmas);
     _files.emplace_back(fmt::format("numbers-{}", shard), numbers.finish());
+    _shards[shard].numbers = _files.back().second.checksum;
     return true;
   } catch (const index_overflow&) {
     return false;
@@ -203,7 +205,7 @@ class Numberer {
 Numbering Numbering::from(const Manifest& manifest) {
   Numbering numbering;
   for (const Manifest::Fields& line : manifest.all("shard"))
-    numbering.shards.push_back({line.at(1) == "1", to_number(line.at(2))});
+    numbering.shards.push_back({line.at(1) == "1", to_number(line.at(2)), to_number(line.at(3))});
   for (const Manifest::Fields& line : manifest.all("datafile"))
     numbering.datafiles.push_back({line.at(1) == "1", to_number(line.at(2)), to_number(line.at(3))});
   numbering.lemmas = manifest.number("lemmas");

@@ -18,6 +18,7 @@ namespace colx::scale {
 struct NumberedShard {
   bool used = false;                      // whether there is anything left for it to hold
   std::uint64_t extracted_sentences = 0;  // of its sentences, from the first one on
+  std::uint64_t numbers = 0;              // what tells the file of its numbers
 };
 
 // What was found out about a datafile.

@@ -21,7 +21,7 @@ constexpr std::string_view commands[] = {"run", "plan", "write", "steps"};
 void _print_help(Options& options, const GivenOption& given);
 void _print_version(Options& options, const GivenOption& given);
 
-constexpr std::array<Option<Options>, 8> _rows = {{
+constexpr std::array<Option<Options>, 9> _rows = {{
     {{"--jobs", "K", "processes at a time; the default is the number of processors"},
      [](Options& options, const GivenOption& given) { options.jobs = whole_number(given, 1); }},
     {{"--memory", "SIZE",
@@ -35,6 +35,10 @@ constexpr std::array<Option<Options>, 8> _rows = {{
        if (given.value.empty()) reject(given, "the name of a folder");
        options.work = given.value;
      }},
+    {{"--drop", "",
+      "with --work: remove intermediate files as soon as no later step needs them; what stays is what "
+      "write reads"},
+     [](Options& options, const GivenOption&) { options.drop = true; }},
     {{"--shard", "SIZE", "bytes of a datafile that are a task of their own; the default depends on the corpus"},
      [](Options& options, const GivenOption& given) { options.shard = memory_size(given); }},
     {{"--task", "K", "of a step the first task to be done, counted from 0, which is the default"},
@@ -101,6 +105,7 @@ bool _is_foreign(std::string_view option, const std::string& command) {
   if (command == "steps") return true;
   if (option == "--task" || option == "--of") return !_is_step(command);
   if (option == "--memory" || option == "--shard") return command != "run" && command != "plan";
+  if (option == "--drop") return command != "run";
   return option == "--jobs" && _is_step(command);
 }
 

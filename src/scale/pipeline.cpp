@@ -30,20 +30,20 @@ void _do_step(std::string_view name, const WorkFolder& folder, const Plan& plan,
 
 }  // namespace
 
-void count_all(const WorkFolder& folder, const Plan& plan, std::size_t jobs, const std::function<void()>& use) {
+void count_all(const WorkFolder& folder, const Plan& plan, std::size_t jobs, bool drop,
+               const std::function<void()>& use) {
   std::size_t told = 0;
   for (int attempt = 1;; ++attempt) {
     try {
       for (const std::string_view name : step_names) {
         _do_step(name, folder, plan, jobs);
         if (name == number_name) tell_messages(folder, folder.result(number_name), told);
+        if (drop) folder.drop_spent(name);
       }
       use();
       return;
     } catch (const damaged_file& error) {
-      const std::string maker = folder.maker(error.path());
-      if (maker.empty() || maker == "plan" || attempt == most_attempts) throw;
-      folder.forget(maker);
+      if (attempt == most_attempts || !folder.forget_maker(error.path())) throw;
     }
   }
 }

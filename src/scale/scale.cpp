@@ -126,7 +126,8 @@ void _plan(const Options& options, const Notifier& error, const Use& use) {
 
 void _run(const Options& options, const Notifier& error) {
   _plan(options, error, [&](const UsedFolder& used, const Plan& plan) {
-    count_all(used.folder(), plan, _jobs(options), [&] { write_files(used.folder(), plan); });
+    const bool drop = options.drop || !options.work;
+    count_all(used.folder(), plan, _jobs(options), drop, [&] { write_files(used.folder(), plan); });
     used.finish();
   });
 }

@@ -5,12 +5,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 
 #include <fmt/format.h>
 
 #include "companion/errors.h"
+#include "scale/spent_files.h"
 #include "spill/damaged_file.h"
 
 namespace colx::scale {
@@ -19,6 +21,15 @@ namespace {
 
 constexpr std::string_view done_name = "done";
 
+bool _is_there(const std::string& path) {
+  return ::access(path.c_str(), F_OK) == 0;
+}
+
+// What stands behind the name of the task in the name of one of its files.
+std::string _rest(const std::filesystem::path& file, const std::string& task) {
+  return file.filename().string().substr(task.size() + 1);
+}
+
 }  // namespace
 
 std::optional<Manifest> WorkFolder::done(const std::string& task) const {
@@ -26,8 +37,9 @@ std::optional<Manifest> WorkFolder::done(const std::string& task) const {
     std::optional<Manifest> manifest = Manifest::load(file(task, done_name));
     if (!manifest) return std::nullopt;
     for (const Manifest::Fields& line : manifest->all("file")) {
-      if (mark_of(file(task, line.at(1))) != FileMark{to_number(line.at(2)), to_number(line.at(3))})
-        return std::nullopt;
+      const std::string path = file(task, line.at(1));
+      if (!last_reader(task, line.at(1)).empty() && !_is_there(path)) continue;
+      if (mark_of(path) != FileMark{to_number(line.at(2)), to_number(line.at(3))}) return std::nullopt;
     }
     return manifest;
   } catch (const damaged_file&) {
@@ -47,6 +59,38 @@ void WorkFolder::forget(const std::set<std::string>& tasks) const {
     ::unlink(file(task, done_name).c_str());
   for (const auto& entry : std::filesystem::directory_iterator(_path)) {
     if (tasks.contains(maker(entry.path().string()))) ::unlink(entry.path().c_str());
+  }
+}
+
+bool WorkFolder::_misses_files(const std::string& task) const try {
+  const std::vector<Manifest::Fields> files = result(task).all("file");
+  return std::any_of(files.begin(), files.end(),
+                     [&](const Manifest::Fields& line) { return !_is_there(file(task, line.at(1))); });
+} catch (const damaged_file&) {
+  return true;
+}
+
+bool WorkFolder::forget_maker(const std::string& file) const {
+  const std::string task = maker(file);
+  if (task.empty() || task == "plan") return false;
+  std::set<std::string> tasks = {task};
+  if (!_is_there(file) && !last_reader(task, _rest(file, task)).empty()) {
+    for (const auto& entry : std::filesystem::directory_iterator(_path)) {
+      const std::string other = maker(entry.path().string());
+      if (step_of_task(other) == step_of_task(task)) tasks.insert(other);
+    }
+    std::erase_if(tasks, [&](const std::string& other) { return other != task && !_misses_files(other); });
+  }
+  forget(tasks);
+  return true;
+}
+
+void WorkFolder::drop_spent(std::string_view step) const {
+  for (const auto& entry : std::filesystem::directory_iterator(_path)) {
+    const std::string task = maker(entry.path().string());
+    if (task.empty()) continue;
+    const std::string_view reader = last_reader(task, _rest(entry.path(), task));
+    if (!reader.empty() && reader == step) ::unlink(entry.path().c_str());
   }
 }
 

@@ -28,8 +28,8 @@ class WorkFolder {
     return _path + "/" + task + "." + std::string(what);
   }
 
-  // What a task has left, when it is done and all files that it lists are there and are those that it lists. Nothing
-  // when it has to be done, whatever the reason.
+  // What a task has left, when it is done and all files that it lists are those that it lists; only those may be
+  // missing that some later step is the last to read. Nothing when it has to be done, whatever the reason.
   std::optional<Manifest> done(const std::string& task) const;
 
   // The same, where it must be there. Throws damaged_file.
@@ -39,10 +39,20 @@ class WorkFolder {
   void forget(const std::string& task) const { forget(std::set<std::string>{task}); }
   void forget(const std::set<std::string>& tasks) const;
 
+  // Removes what has to be made again when a file is damaged or missing: what its maker has left and, when the file may
+  // have gone to make room, what others of the step have left that miss files as well. Returns false for a file that no
+  // task makes again.
+  bool forget_maker(const std::string& file) const;
+
+  // Removes the files that no step needs behind this one, which is over.
+  void drop_spent(std::string_view step) const;
+
   // The task that makes a file of the folder; empty for a file that is none of a task.
   std::string maker(const std::string& file) const;
 
  private:
+  bool _misses_files(const std::string& task) const;
+
   std::string _path;
 };
 

@@ -1,0 +1,164 @@
+#!/usr/bin/env python3
+"""What goes from the folder of intermediate files while a run is at work, to make room, and that the files are those of
+ngrex whatever happens then: killed and resumed runs, damaged files whose sources have gone, longer lists.
+
+  disk.py --program NGREX --scale NGREX_SCALE [--seed S]
+"""
+
+import argparse
+import os
+import random
+import re
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+import resume  # noqa: E402
+
+# What write reads, and what tells whether it is right.
+STAYS = re.compile(r"lock|.*\.done|order-\d+\.ordered|count-\d+\.frequencies|number\.(lemmas|tags)|scan-\d+\.warnings|"
+                   r"contexts?(-\d+)?\.text")
+OPTIONS = ["-i", "list", "-n", "2", "-m", "**", "-f", "rules"]
+
+
+class Bench(resume.Bench):
+  def dropping(self, *options):
+    return self.scaled(*options, "--drop")
+
+  def spent(self):
+    return [name for name in self.intermediate() if not STAYS.fullmatch(name)]
+
+  def start(self, *options):
+    return subprocess.Popen([self.scale, "run", "-o", "out.s", "-s", "stats.s", "--jobs", "2", "--shard", "4000",
+                             "--memory", "20K", *options], cwd=self.folder, stdin=subprocess.DEVNULL,
+                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
+
+  def kill_when(self, process, folder, wanted):
+    """Kills a run as soon as `wanted(names)` holds of the files in its folder; returns whether that came before its end."""
+    folder = self.path(folder)
+    while process.poll() is None:
+      if os.path.isdir(folder) and wanted(os.listdir(folder)):
+        break
+      time.sleep(0.001)
+    if process.poll() is not None:
+      return False
+    os.kill(process.pid, signal.SIGKILL)
+    process.wait()
+    # Its tasks die with it.
+    subprocess.run(["flock", os.path.join(folder, "lock"), "true"], check=True, timeout=60)
+    return True
+
+
+def check_what_stays(bench):
+  """With --drop the folder holds what write reads; nothing is done twice, and what was not dropped before goes later."""
+  for options in (OPTIONS, ["-i", "list", "-n", "3", "-c", "contexts", "-cw", "3"]):
+    bench.forget()
+    bench.write("contexts", "none")
+    expected = bench.expect(*options)
+    contexts = bench.read("contexts")
+    bench.write("contexts", "none")
+    assert bench.dropping(*options) == expected
+    assert bench.read("contexts") == contexts
+    assert not bench.spent(), bench.spent()
+    before = bench.times()
+    assert bench.dropping(*options) == expected
+    assert bench.scaled(*options) == expected
+    assert bench.times() == before
+    bench.run(bench.ngrex, *options, "-tf", "3", "-o", "out.n")
+    bench.run(bench.scale, "write", "--work", "work", "-tf", "3", "-o", "out.w")
+    assert bench.read("out.w") == bench.read("out.n")
+  bench.forget()
+  expected = bench.expect(*OPTIONS)
+  assert bench.scaled(*OPTIONS) == expected
+  assert bench.spent()
+  before = bench.times()
+  assert bench.dropping(*OPTIONS) == expected
+  assert not bench.spent(), bench.spent()
+  assert bench.times() == before
+
+
+def check_usual_folder(bench):
+  """In a folder that is removed at the end, files go behind the step that was the last to read them."""
+  expected = bench.expect(*OPTIONS)
+  killed = bench.kill_when(bench.start(*OPTIONS), "out.s.ngrex-scale", lambda names: "count-0.done" in names)
+  assert killed
+  names = os.listdir(bench.path("out.s.ngrex-scale"))
+  gone = re.compile(r"scan-\d+\.(words|lemmas|tags)|number\.numbers-.*|map-\d+\.run-.*|reduce-\d+\.(listed|refused|pieces)|"
+                    r"arrange-\d+\.(arranged|candidates)")
+  assert not [name for name in names if gone.fullmatch(name)], names
+  err = bench.run(bench.scale, "run", "-o", "out.s", "-s", "stats.s", "--jobs", "2", "--shard", "4000", "--memory", "20K",
+                  *OPTIONS)
+  assert (bench.read("out.s"), bench.read("stats.s"), err) == expected
+  assert not os.path.exists(bench.path("out.s.ngrex-scale"))
+
+
+def check_kills(bench):
+  """Killed at any moment the run goes on; what is damaged by then is made again, with all that is needed for it."""
+  expected = bench.expect(*OPTIONS)
+  kills = 0
+  for wanted in range(1, 400, 7):
+    process = bench.start(*OPTIONS, "--work", "work", "--drop")
+    if not bench.kill_when(process, "work", lambda names: sum(n.endswith(".done") for n in names) >= wanted):
+      break
+    kills += 1
+    for _ in range(kills % 3):
+      names = [name for name in bench.intermediate() if name not in ("lock", "plan.done")]
+      resume.damage(bench, bench.random.choice(names), bench.random.choice(["missing", "cut", "bit"]))
+  assert kills >= 3, kills
+  assert bench.dropping(*OPTIONS) == expected
+  assert not bench.spent(), bench.spent()
+  return kills
+
+
+def check_damage(bench):
+  """Whatever is damaged is made again, although nothing is left of what it was made of; write refuses it by name."""
+  expected = bench.expect(*OPTIONS)
+  assert bench.dropping(*OPTIONS) == expected
+  names = [name for name in bench.intermediate() if name not in ("lock", "plan.done")]
+  kinds = sorted({re.sub(r"\d+", "", name) for name in names})
+  for kind in kinds:
+    name = bench.random.choice([name for name in names if re.sub(r"\d+", "", name) == kind])
+    for how in ("missing", bench.random.choice(["cut", "empty", "foreign", "bit"])):
+      resume.damage(bench, name, how)
+      if name.endswith((".ordered", ".frequencies")) and how == "missing":
+        err = bench.run(bench.scale, "write", "--work", "work", "-o", "other", status=1)
+        assert b"not complete" in err or name.encode() in err, (name, err)
+      assert bench.dropping(*OPTIONS) == expected, (name, how)
+      assert not bench.spent(), bench.spent()
+
+
+def check_lists(bench):
+  """A longer list and a changed datafile are counted, and with them whatever is needed again."""
+  assert bench.dropping(*OPTIONS) == bench.expect(*OPTIONS)
+  bench.write("list", "a\nb\nc\n")
+  assert bench.dropping(*OPTIONS) == bench.expect(*OPTIONS)
+  bench.write("b", bench.read("b").decode().replace("dog", "pig"))
+  assert bench.scaled(*OPTIONS) == bench.expect(*OPTIONS)
+  bench.write("list", "c\na\n")
+  assert bench.dropping(*OPTIONS) == bench.expect(*OPTIONS)
+
+
+def main():
+  parser = argparse.ArgumentParser()
+  parser.add_argument("--program", required=True)
+  parser.add_argument("--scale", required=True)
+  parser.add_argument("--seed", type=int, default=None)
+  arguments = parser.parse_args()
+  environment_seed = os.environ.get("NGREX_TEST_SEED")
+  seed = arguments.seed
+  if seed is None:
+    seed = int(environment_seed) if environment_seed else random.SystemRandom().randrange(1 << 32)
+  print(f"seed {seed}", flush=True)
+  for check in (check_what_stays, check_usual_folder, check_kills, check_damage, check_lists):
+    with tempfile.TemporaryDirectory(prefix="ngrex-scale-disk-") as folder:
+      bench = Bench(os.path.abspath(arguments.program), os.path.abspath(arguments.scale), folder, seed)
+      result = check(bench)
+      print(check.__name__, "holds" + (f" ({result})" if result else ""), flush=True)
+  return 0
+
+
+if __name__ == "__main__":
+  sys.exit(main())
