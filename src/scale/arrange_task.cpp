@@ -197,7 +197,7 @@ std::uint64_t arrange_key(const WorkFolder& folder, const Plan& plan) {
   std::string key;
   append_fixed(key, plan.memory);
   for (std::size_t task = 0; task < plan.reduces; ++task)
-    append_fixed(key, folder.result(reduce_name(task)).mark());
+    append_fixed(key, folder.mark(reduce_name(task)));
   return checksum(key);
 }
 

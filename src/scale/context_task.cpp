@@ -99,7 +99,7 @@ class Collector {
 }  // namespace
 
 std::uint64_t context_key(const WorkFolder& folder) {
-  return folder.result(number_name).mark();
+  return folder.mark(number_name);
 }
 
 void collect_contexts(const WorkFolder& folder, const Plan& plan) {

@@ -154,9 +154,9 @@ std::uint64_t count_key(const WorkFolder& folder, const Plan& plan, const Pairs&
   append_fixed(key, pairs.first);
   append_fixed(key, pairs.end);
   for (std::size_t part = 0; part < parts; ++part)
-    append_fixed(key, folder.result(order_name(part)).mark());
+    append_fixed(key, folder.mark(order_name(part)));
   for (std::size_t task = 0; task < plan.reduces; ++task)
-    append_fixed(key, folder.result(arrange_name(task)).mark());
+    append_fixed(key, folder.mark(arrange_name(task)));
   return checksum(key);
 }
 

@@ -130,7 +130,7 @@ std::uint64_t map_key(const WorkFolder& folder, const Plan& plan, std::size_t sh
   append_fixed(key, plan.counting);
   append_fixed(key, plan.bucket_bits);
   append_fixed(key, numbered.extracted_sentences);
-  append_fixed(key, folder.result(scan_name(shard)).mark());
+  append_fixed(key, folder.mark(scan_name(shard)));
   append_fixed(key, numbered.numbers);
   return checksum(key);
 }

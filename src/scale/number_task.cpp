@@ -218,7 +218,7 @@ std::uint64_t number_key(const WorkFolder& folder, const Plan& plan) {
   std::string key;
   append_fixed(key, plan.counting);
   for (std::size_t k = 0; k < plan.shards.size(); ++k)
-    append_fixed(key, folder.result(scan_name(k)).mark());
+    append_fixed(key, folder.mark(scan_name(k)));
   for (const Datafile& datafile : plan.datafiles)
     key += datafile.path + '\n' + (datafile.has_bar ? '1' : '0');
   return checksum(key);

@@ -65,7 +65,7 @@ std::uint64_t order_key(const WorkFolder& folder, const Plan& plan, const Part& 
   append_fixed(key, part.first_range);
   append_fixed(key, part.end_range);
   for (std::size_t task = 0; task < plan.reduces; ++task)
-    append_fixed(key, folder.result(arrange_name(task)).mark());
+    append_fixed(key, folder.mark(arrange_name(task)));
   return checksum(key);
 }
 

@@ -174,7 +174,7 @@ std::uint64_t reduce_key(const WorkFolder& folder, const Plan& plan, const std::
   append_fixed(key, plan.reduces);
   append_fixed(key, task);
   for (std::size_t k = 0; k < used.size(); ++k)
-    if (used[k]) append_fixed(key, folder.result(map_name(k)).mark());
+    if (used[k]) append_fixed(key, folder.mark(map_name(k)));
   return checksum(key);
 }
 

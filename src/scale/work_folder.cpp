@@ -53,6 +53,12 @@ Manifest WorkFolder::result(const std::string& task) const {
   return *std::move(manifest);
 }
 
+std::uint64_t WorkFolder::mark(const std::string& task) const {
+  const std::optional<std::uint64_t> mark = Manifest::mark_of(file(task, done_name));
+  if (!mark) throw damaged_file(file(task, done_name), "is missing");
+  return *mark;
+}
+
 void WorkFolder::forget(const std::set<std::string>& tasks) const {
   // The manifests first, so that no task counts as done whose files are going.
   for (const std::string& task : tasks)

@@ -35,6 +35,9 @@ class WorkFolder {
   // The same, where it must be there. Throws damaged_file.
   Manifest result(const std::string& task) const;
 
+  // The checksum of that, for whatever depends on it. Throws damaged_file.
+  std::uint64_t mark(const std::string& task) const;
+
   // Removes what a task has left, and what another attempt at it may have left.
   void forget(const std::string& task) const { forget(std::set<std::string>{task}); }
   void forget(const std::set<std::string>& tasks) const;

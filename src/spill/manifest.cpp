@@ -51,6 +51,21 @@ std::string _whole(const std::string& path, const Descriptor& file) {
   return text;
 }
 
+// The lines of a file, without the checksum that it ends with; nothing when there is no file.
+std::optional<std::string> _lines_of(const std::string& path) {
+  const int number = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (number < 0) {
+    if (errno == ENOENT) return std::nullopt;
+    throw input_error(fmt::format("cannot open {} for reading: {}", path, system_reason()));
+  }
+  const std::string whole = _whole(path, Descriptor(number));
+  const std::size_t last = whole.rfind('\n', whole.empty() ? 0 : whole.size() - 2);
+  const std::size_t end = last == std::string::npos ? 0 : last + 1;
+  std::string text = whole.substr(0, end);
+  if (whole.substr(end) != fmt::format("{}\t{}\n", last_key, checksum(text))) throw damaged_file(path, "is damaged");
+  return text;
+}
+
 }  // namespace
 
 const Manifest::Fields* Manifest::find(std::string_view key) const {
@@ -108,17 +123,16 @@ void Manifest::save(const std::string& path) const {
   }
 }
 
+std::optional<std::uint64_t> Manifest::mark_of(const std::string& path) {
+  const std::optional<std::string> text = _lines_of(path);
+  if (!text) return std::nullopt;
+  return checksum(*text);
+}
+
 std::optional<Manifest> Manifest::load(const std::string& path) {
-  const int number = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (number < 0) {
-    if (errno == ENOENT) return std::nullopt;
-    throw input_error(fmt::format("cannot open {} for reading: {}", path, system_reason()));
-  }
-  const std::string whole = _whole(path, Descriptor(number));
-  const std::size_t last = whole.rfind('\n', whole.empty() ? 0 : whole.size() - 2);
-  const std::size_t end = last == std::string::npos ? 0 : last + 1;
-  const std::string text = whole.substr(0, end);
-  if (whole.substr(end) != fmt::format("{}\t{}\n", last_key, checksum(text))) throw damaged_file(path, "is damaged");
+  const std::optional<std::string> lines = _lines_of(path);
+  if (!lines) return std::nullopt;
+  const std::string& text = *lines;
   Manifest manifest;
   for (std::size_t begin = 0; begin < text.size();) {
     const std::size_t line_end = text.find('\n', begin);

@@ -35,6 +35,7 @@ TEST(ManifestTest, KeepsFieldsWhateverTheyHold) {
   ASSERT_TRUE(loaded.has_value());
   EXPECT_EQ(loaded->lines(), manifest.lines());
   EXPECT_EQ(loaded->mark(), manifest.mark());
+  EXPECT_EQ(Manifest::mark_of(path), manifest.mark());
   EXPECT_EQ(loaded->number("number"), 18446744073709551615U);
   EXPECT_EQ(loaded->text("path"), "a\tb\nc%d%09");
   EXPECT_EQ(loaded->all("path").size(), 2U);
@@ -46,6 +47,7 @@ TEST(ManifestTest, ThatIsMissingIsNothingAndADamagedOneIsRefused) {
   const test::TemporaryFolder folder;
   const std::string path = folder.path("manifest");
   EXPECT_FALSE(Manifest::load(path).has_value());
+  EXPECT_FALSE(Manifest::mark_of(path).has_value());
   Manifest manifest;
   manifest.add({"key", "value"});
   manifest.save(path);
@@ -57,6 +59,7 @@ TEST(ManifestTest, ThatIsMissingIsNothingAndADamagedOneIsRefused) {
     turned[i] = static_cast<char>(turned[i] ^ 1);
     folder.write("manifest", turned);
     EXPECT_THROW(Manifest::load(path), damaged_file) << "byte " << i;
+    EXPECT_THROW(Manifest::mark_of(path), damaged_file) << "byte " << i;
   }
 }
 
