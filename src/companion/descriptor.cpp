@@ -61,6 +61,16 @@ void Descriptor::write_fully(std::string_view text, std::string_view name) const
   }
 }
 
+void Descriptor::write_fully_at(std::string_view text, std::uint64_t place, std::string_view name) const {
+  while (!text.empty()) {
+    const ssize_t count = ::pwrite(_number, text.data(), text.size(), static_cast<off_t>(place));
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) throw output_error(fmt::format("cannot write to {}: {}", name, system_reason()));
+    text.remove_prefix(static_cast<std::size_t>(count));
+    place += static_cast<std::uint64_t>(count);
+  }
+}
+
 void Descriptor::close(std::string_view name) {
   const int number = std::exchange(_number, -1);
   if (std::exchange(_owned, false) && ::close(number) != 0)

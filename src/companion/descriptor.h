@@ -3,6 +3,7 @@
 // Open files as the companion programs use them: read and written whole, closed once, and never in silence.
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,6 +33,9 @@ class Descriptor {
   // Writes all of a text. `name` is for the message. Throws output_error, but
   // reader_gone when it is standard output that has lost its reader.
   void write_fully(std::string_view text, std::string_view name) const;
+
+  // The same at a place of a regular file, without moving to it. Throws output_error.
+  void write_fully_at(std::string_view text, std::uint64_t place, std::string_view name) const;
 
   // Closes it, unless it is a standard stream. A file system may tell only now that something could not be written:
   // throws output_error.

@@ -3,6 +3,7 @@
 // A file that stands under its name only when it is complete. Until then it has another name beside it, so that what
 // was there before is kept when a run fails or is interrupted, and nobody takes a half for the whole.
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -31,6 +32,10 @@ class NewFile {
 
   // Appends to the file. Throws output_error.
   void write(std::string_view text) const { _file.write_fully(text, _path); }
+
+  // Writes at a place of the file, whatever has been appended; only where the content has a temporary name. Processes
+  // that this one has forked may do so at the same time, at other places. Throws output_error.
+  void write_at(std::string_view text, std::uint64_t place) const { _file.write_fully_at(text, place, _path); }
 
   // Brings the content to the disk and then under its name; to be called once, at the end. Throws output_error.
   void commit();

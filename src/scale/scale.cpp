@@ -29,6 +29,7 @@
 #include "scale/plan.h"
 #include "scale/single_step.h"
 #include "scale/steps.h"
+#include "scale/unfinished_output.h"
 #include "scale/write_task.h"
 
 namespace colx::scale {
@@ -110,6 +111,7 @@ void _plan(const Options& options, const Notifier& error, const Use& use) {
   _check_outputs();
 
   const UsedFolder used(options.work);
+  remove_unfinished_output(used.folder());
   Plan plan;
   plan.words = options.words;
   plan.morphologic_rules = morphologic_filter.rules();
@@ -127,7 +129,7 @@ void _plan(const Options& options, const Notifier& error, const Use& use) {
 void _run(const Options& options, const Notifier& error) {
   _plan(options, error, [&](const UsedFolder& used, const Plan& plan) {
     const bool drop = options.drop || !options.work;
-    count_all(used.folder(), plan, _jobs(options), drop, [&] { write_files(used.folder(), plan); });
+    count_all(used.folder(), plan, _jobs(options), drop, [&] { write_files(used.folder(), plan, _jobs(options)); });
     used.finish();
   });
 }
@@ -170,6 +172,7 @@ void _write(const Options& options, const Notifier& error) {
   const WorkFolder folder(*options.work);
   const Plan plan = load_plan(folder);
   const FolderLock lock(folder);
+  remove_unfinished_output(folder);
   plan.apply_options();
   const bool with_contexts = settings::context_tracing_on();
   NGram::init();
@@ -185,7 +188,7 @@ void _write(const Options& options, const Notifier& error) {
     paths.push_back(datafile.path);
   check_output_paths(paths);
   _check_outputs();
-  write_files(folder, plan);
+  write_files(folder, plan, _jobs(options));
 }
 
 void _print_steps() {

@@ -28,6 +28,7 @@ namespace {
 constexpr int failed = 3;
 constexpr char damaged_letter = 'D';
 constexpr char fatal_letter = 'F';
+constexpr char output_letter = 'W';
 constexpr char other_letter = 'O';
 
 // What a process says of its failure goes through a pipe.
@@ -49,6 +50,8 @@ void _say(const Descriptor& pipe, char letter, const std::string& text) {
     _say(pipe, damaged_letter, error.path() + '\n' + error.what());
   } catch (const fatal_error& error) {
     _say(pipe, fatal_letter, error.what());
+  } catch (const output_error& error) {
+    _say(pipe, output_letter, error.what());
   } catch (const std::bad_alloc&) {
     _say(pipe, fatal_letter, out_of_memory("in the task " + task.name).what());
   } catch (const std::exception& error) {
@@ -118,6 +121,7 @@ class Processes {
     if (text.empty()) throw std::runtime_error(fmt::format("the task {} failed", process.name));
     const std::string rest = text.substr(1);
     if (text[0] == fatal_letter) throw fatal_error(rest);
+    if (text[0] == output_letter) throw output_error(rest);
     const std::size_t line_end = rest.find('\n');
     if (text[0] == damaged_letter && line_end != std::string::npos) {
       const std::string path = rest.substr(0, line_end);
@@ -157,6 +161,14 @@ void do_tasks(const WorkFolder& folder, const std::vector<Task>& tasks, std::siz
       processes.wait();
     processes.start(*task);
   }
+  while (processes.size() > 0)
+    processes.wait();
+}
+
+void do_together(const std::vector<Task>& tasks) {
+  Processes processes;
+  for (const Task& task : tasks)
+    processes.start(task);
   while (processes.size() > 0)
     processes.wait();
 }

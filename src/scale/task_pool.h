@@ -20,8 +20,11 @@ struct Task {
 };
 
 // Does all tasks that are not done yet, at most `jobs` at a time, in their order. When one fails the others are ended
-// and its failure is thrown here: damaged_file, fatal_error, or what else it was as std::runtime_error.
+// and its failure is thrown here: damaged_file, fatal_error, output_error, or what else it was as std::runtime_error.
 void do_tasks(const WorkFolder& folder, const std::vector<Task>& tasks, std::size_t jobs);
+
+// Runs the bodies of all tasks at the same time, whatever has been done. Fails as do_tasks does.
+void do_together(const std::vector<Task>& tasks);
 
 // Whether all tasks are done.
 bool all_done(const WorkFolder& folder, const std::vector<Task>& tasks);

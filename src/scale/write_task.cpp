@@ -4,8 +4,9 @@
 #include <iostream>
 #include <limits>
 #include <map>
+#include <memory>
+#include <new>
 #include <ostream>
-#include <streambuf>
 #include <string>
 
 #include "base/config.h"
@@ -29,49 +30,40 @@
 #include "scale/number_task.h"
 #include "scale/order_task.h"
 #include "scale/parts.h"
+#include "scale/parts_file.h"
 #include "scale/patterns.h"
 #include "scale/reduce_task.h"
 #include "scale/saturation.h"
+#include "scale/unfinished_output.h"
 #include "spill/encoding.h"
 
 namespace colx::scale {
 
 namespace {
 
-// A new file as a stream buffer.
-class NewFileBuffer : public std::streambuf {
- public:
-  explicit NewFileBuffer(const NewFile& file) : _file(file) {}
-
- protected:
-  std::streamsize xsputn(const char* text, std::streamsize size) override {
-    _file.write({text, static_cast<std::size_t>(size)});
-    return size;
-  }
-  int_type overflow(int_type c) override {
-    const char letter = traits_type::to_char_type(c);
-    _file.write({&letter, 1});
-    return c;
-  }
-
- private:
-  const NewFile& _file;
-};
-
-// Writes a file that stands under its name when it is complete.
-template <typename WriteContent>
-void _write_file(const char* path, const WriteContent& write_content) {
+// Makes a file that stands under its name when it is complete.
+void _make_file(const WorkFolder& folder, const char* path, const PartsFile& content) {
   if (path == nullptr) return;
   try {
+    const UnfinishedOutput unfinished(folder);
     NewFile file(path);
-    NewFileBuffer buffer(file);
-    std::ostream stream(&buffer);
-    stream.exceptions(std::ios::badbit);
-    write_content(stream);
+    unfinished.remember(file);
+    write_parts(file, content);
     file.commit();
   } catch (const output_error&) {
     throw fatal_error(std::string("Cannot write to file: ") + path + "!");
+  } catch (const std::bad_alloc&) {
+    throw out_of_memory(std::string("while writing file: ") + path);
   }
+}
+
+// The same in one part.
+template <typename WriteContent>
+void _make_file(const WorkFolder& folder, const char* path, const WriteContent& write_content) {
+  PartsFile content;
+  content.parts = 1;
+  content.make = [&](std::size_t, std::ostream& out) { write_content(out); };
+  _make_file(folder, path, content);
 }
 
 std::uint32_t _wrapped(std::uint64_t number) {
@@ -161,23 +153,44 @@ class Results {
     write_morphologic_filter_stats(out, filter, by_datafile);
   }
 
-  void write_output(std::ostream& out) const {
-    StringStore<std::uint32_t> lemmas(longest_text);
-    StringStore<std::uint8_t> tags(longest_text);
-    load_lemmas(_folder, lemmas);
-    load_tags(_folder, tags);
-    TextBuffer text(out);
-    ResultLines result_lines;
-    Frequencies frequencies(_folder, count_tasks(_plan, _layout).size(), _parts);
-    for (std::size_t part = 0; part < _parts; ++part) {
-      frequencies.load(part);
-      _write_part(part, frequencies, {lemmas, tags}, result_lines, text);
-    }
-    text << '\n';
-    text.flush();
+  // The output datafile, in the parts in which the listing was put in order and one for what follows them.
+  PartsFile output(std::size_t jobs) const {
+    PartsFile content;
+    content.parts = _parts + 1;
+    content.processes = std::min<std::size_t>(jobs, _layout.listed / least_records_of_a_process + 1);
+    content.memory = _plan.memory / 2;
+    const auto listing = std::make_shared<Listed>(_folder, count_tasks(_plan, _layout).size(), _parts);
+    content.make = [this, listing](std::size_t part, std::ostream& out) {
+      TextBuffer text(out);
+      if (part < _parts) {
+        listing->frequencies.load(part);
+        _write_part(part, *listing, text);
+      } else {
+        text << '\n';
+      }
+      text.flush();
+    };
+    return content;
   }
 
  private:
+  // To make a process takes as long as to format so many records or less.
+  static constexpr std::uint64_t least_records_of_a_process = 1024;
+
+  // What the parts of the listing are written with.
+  struct Listed {
+    Listed(const WorkFolder& folder, std::size_t count_tasks, std::size_t parts)
+        : lemmas(longest_text), tags(longest_text), frequencies(folder, count_tasks, parts) {
+      load_lemmas(folder, lemmas);
+      load_tags(folder, tags);
+    }
+
+    StringStore<std::uint32_t> lemmas;
+    StringStore<std::uint8_t> tags;
+    Frequencies frequencies;
+    ResultLines result_lines;
+  };
+
   std::vector<std::size_t> _shards_of(std::size_t datafile) const {
     std::vector<std::size_t> shards;
     for (std::size_t k = 0; k < _plan.shards.size(); ++k)
@@ -209,8 +222,8 @@ class Results {
     return list;
   }
 
-  void _write_part(std::size_t part, Frequencies& frequencies, const WordTexts& texts, ResultLines& result_lines,
-                   TextBuffer& text) const {
+  void _write_part(std::size_t part, Listed& listed, TextBuffer& text) const {
+    const WordTexts texts{listed.lemmas, listed.tags};
     SegmentReader file(_folder.file(order_name(part), "ordered"), ordered_kind);
     const std::size_t full = NGram::_full_ngram_type;
     std::vector<Positions> positions;
@@ -234,11 +247,11 @@ class Results {
           for (unsigned k = 0; k < positions[type].count; ++k)
             hash += hashes[positions[type].at[k]];
           const std::size_t partition = bucket_of(hash, _layout.partition_bits);
-          values[type] =
-              saturated(frequencies.next(pair_of(static_cast<std::uint8_t>(type), partition, _layout.partition_bits)));
+          values[type] = saturated(
+              listed.frequencies.next(pair_of(static_cast<std::uint8_t>(type), partition, _layout.partition_bits)));
         }
         if (values[full] < settings::sieves.frequency) continue;
-        const std::string_view results = result_lines.get(values);
+        const std::string_view results = listed.result_lines.get(values);
         if (results.empty()) continue;
         for (unsigned m = 0; m < settings::n; ++m)
           _print_member(text, texts, m + 1, members[m]);
@@ -258,13 +271,13 @@ class Results {
 
 }  // namespace
 
-void write_files(const WorkFolder& folder, const Plan& plan) {
+void write_files(const WorkFolder& folder, const Plan& plan, std::size_t jobs) {
   const Results results(folder, plan);
-  _write_file(settings::stats_file, [&](std::ostream& out) { results.write_statistics(out); });
-  _write_file(settings::morphologic_filter_stats_file,
-              [&](std::ostream& out) { results.write_filter_statistics(out); });
-  _write_file(settings::output_file, [&](std::ostream& out) { results.write_output(out); });
-  _write_file(settings::context_output_file, [&](std::ostream& out) { write_context_file(folder, out); });
+  _make_file(folder, settings::stats_file, [&](std::ostream& out) { results.write_statistics(out); });
+  _make_file(folder, settings::morphologic_filter_stats_file,
+             [&](std::ostream& out) { results.write_filter_statistics(out); });
+  _make_file(folder, settings::output_file, results.output(jobs));
+  _make_file(folder, settings::context_output_file, [&](std::ostream& out) { write_context_file(folder, out); });
   if (results.overflowing())
     Notifier(std::cerr).warning(
         "Counts pass " + std::to_string(limits::frequency) +

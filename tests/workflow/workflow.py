@@ -46,7 +46,9 @@ def done_at(folder):
 
 
 def check_in_one_go(source, folder, files):
-    expect_success(snakemake(source, folder, "--cores", "2"), "in one go")
+    run = snakemake(source, folder, "--cores", "2", "--printshellcmds")
+    expect_success(run, "in one go")
+    expect(" write " in run.stderr and "--jobs 2 " in run.stderr, f"the cores are not used for writing:\n{run.stderr}")
     expect_bytes(folder, files, "in one go")
     before = done_at(folder)
     expect(len(before) > 8, f"there are few tasks: {sorted(before)}")
