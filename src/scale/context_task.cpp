@@ -13,7 +13,6 @@
 #include "scale/datafile_sentences.h"
 #include "scale/filters.h"
 #include "scale/number_task.h"
-#include "scale/scan_task.h"
 #include "spill/encoding.h"
 
 namespace colx::scale {
@@ -43,7 +42,6 @@ class Collector {
   Collector(const WorkFolder& folder, const Plan& plan)
       : _folder(folder),
         _plan(plan),
-        _numbering(Numbering::from(folder.result(number_name))),
         _lemmas(longest_text),
         _tags(longest_text),
         _ngrams(constants::ngram_within_block) {
@@ -54,8 +52,12 @@ class Collector {
   }
 
   void run(SegmentWriter& file) {
-    for (std::size_t d = 0; d < _plan.datafiles.size(); ++d)
-      _take_datafile(d);
+    std::vector<bool> used;
+    for (const NumberedShard& shard : Numbering::from(_folder.result(number_name)).shards)
+      used.push_back(shard.used);
+    const std::vector<SentencesOfDatafile> datafiles = sentences_of_datafiles(_folder, _plan, used);
+    for (std::size_t d = 0; d < datafiles.size(); ++d)
+      if (!datafiles[d].pieces.empty()) _take_datafile(_plan.datafiles[d], datafiles[d]);
     SegmentBuffer buffer(file);
     std::ostream out(&buffer);
     out.exceptions(std::ios::badbit);
@@ -64,13 +66,8 @@ class Collector {
   }
 
  private:
-  void _take_datafile(std::size_t d) {
-    std::vector<std::size_t> shards;
-    for (std::size_t k = 0; k < _plan.shards.size(); ++k)
-      if (_plan.shards[k].datafile == d && _numbering.shards[k].used) shards.push_back(k);
-    if (shards.empty()) return;
-    const bool last_at_end = ScanResult::from(_folder.result(scan_name(shards.back()))).last_at_end;
-    DatafileSentences source(_folder, shards, last_at_end, true);
+  void _take_datafile(const Datafile& datafile, const SentencesOfDatafile& sentences) {
+    DatafileSentences source(_folder, sentences, true);
     Buffer buffer(source, settings::context_window);
     buffer._init();
     if (buffer.empty()) return;
@@ -83,12 +80,11 @@ class Collector {
       counter.begin_sentence();
       enumerator.extract_subtrees(tree, settings::n, [&](std::span<const Position> piece) { counter.add(piece); });
       counter.flush();
-    } while (!(_plan.datafiles[d].has_bar && source.at_end()) && buffer.next());
+    } while (!(datafile.has_bar && source.at_end()) && buffer.next());
   }
 
   const WorkFolder& _folder;
   const Plan& _plan;
-  Numbering _numbering;
   StringStore<std::uint32_t> _lemmas;
   StringStore<std::uint8_t> _tags;
   NGramStore _ngrams;

@@ -7,23 +7,41 @@
 
 namespace colx::scale {
 
-DatafileSentences::DatafileSentences(const WorkFolder& folder, std::vector<std::size_t> shards, bool last_at_end,
-                                     bool numbered)
-    : _folder(folder), _shards(std::move(shards)), _numbered(numbered), _last_at_end(last_at_end) {
+std::vector<SentencesOfDatafile> sentences_of_datafiles(const WorkFolder& folder, const Plan& plan,
+                                                        const std::vector<bool>& used) {
+  std::vector<SentencesOfDatafile> list(plan.datafiles.size());
+  for (std::size_t k = 0; k < used.size(); ++k) {
+    if (!used[k]) continue;
+    const ScannedShard shard = ScannedShard::from(folder.result(scan_name(k)));
+    for (std::size_t i = 0; i < shard.datafiles.size(); ++i) {
+      const ScanResult& result = shard.datafiles[i];
+      if (!result.opened) continue;
+      SentencesOfDatafile& sentences = list[plan.shards[k].datafile + i];
+      sentences.pieces.push_back({k, i, result.segment, result.sentences});
+      if (result.sentences > 0) sentences.last_at_end = result.last_at_end;
+    }
+  }
+  return list;
+}
+
+DatafileSentences::DatafileSentences(const WorkFolder& folder, SentencesOfDatafile sentences, bool numbered)
+    : _folder(folder), _all(std::move(sentences)), _numbered(numbered) {
   _look_ahead();
 }
 
-void DatafileSentences::_open_shard(std::size_t shard) {
-  _reader = std::make_unique<ShardWordsReader>(_folder.file(scan_name(shard), "words"));
+void DatafileSentences::_open(const SentencesOfShard& piece) {
+  _reader = std::make_unique<ShardWordsReader>(_folder.file(scan_name(piece.shard), "words"), piece.segment);
+  _left = piece.count;
   if (!_numbered) return;
-  _lemma_numbers = lemma_numbers(_folder, shard);
-  _tag_numbers = tag_numbers(_folder, shard);
+  _lemma_numbers = lemma_numbers(_folder, piece.shard);
+  _tag_numbers = tag_numbers(_folder, piece.shard);
 }
 
 void DatafileSentences::_look_ahead() {
   std::span<const PackedWord> sentence;
   for (;;) {
-    if (_reader != nullptr && _reader->next(sentence)) {
+    if (_left > 0 && _reader->next(sentence)) {
+      --_left;
       _ahead.assign(sentence.begin(), sentence.end());
       for (PackedWord& word : _ahead) {
         if (!_numbered) break;
@@ -33,8 +51,8 @@ void DatafileSentences::_look_ahead() {
       _any_ahead = true;
       return;
     }
-    if (_next_shard == _shards.size()) break;
-    _open_shard(_shards[_next_shard++]);
+    if (_next_piece == _all.pieces.size()) break;
+    _open(_all.pieces[_next_piece++]);
   }
   _any_ahead = false;
 }
@@ -55,7 +73,7 @@ bool DatafileSentences::next(std::uint32_t limit, ContextWindow::Mode mode, Word
     _sentences.push_back(extent);
     words_read += extent.length;
     _look_ahead();
-    if (!_any_ahead && _last_at_end) {
+    if (!_any_ahead && _all.last_at_end) {
       _at_end = true;
       break;
     }

@@ -2,13 +2,11 @@
 
 #include "base/config.h"
 #include "corpus/buffer.h"
-#include "scale/datafile_sentences.h"
 
 namespace colx::scale {
 
-std::uint64_t extracted_sentences(const WorkFolder& folder, const std::vector<std::size_t>& shards, bool last_at_end,
-                                  bool has_bar) {
-  DatafileSentences source(folder, shards, last_at_end, false);
+std::uint64_t extracted_sentences(const WorkFolder& folder, const SentencesOfDatafile& sentences, bool has_bar) {
+  DatafileSentences source(folder, sentences, false);
   Buffer buffer(source, settings::context_window);
   buffer._init();
   if (buffer.empty()) return 0;

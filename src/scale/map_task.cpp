@@ -37,24 +37,34 @@ class Mapper {
     _filter = std::make_unique<MorphologicFilter>(_rules, _tags);
   }
 
-  void run(std::uint64_t sentences, TaskResult& done) {
+  void run(const NumberedShard& numbered, TaskResult& done) {
+    const ScannedShard scanned = ScannedShard::from(_folder.result(scan_name(_shard)));
     ShardWordsReader words(_folder.file(scan_name(_shard), "words"));
-    std::span<const PackedWord> packed;
-    for (std::uint64_t i = 0; i < sentences && words.next(packed); ++i)
-      _take(packed);
-    _flush();
+    for (std::size_t d = 0; d < scanned.datafiles.size(); ++d)
+      _take_datafile(words, scanned.datafiles[d].sentences, numbered.extracted_sentences.at(d), done.manifest());
     if (!_table.empty()) _write_run();
     for (std::size_t i = 0; i < _marks.size(); ++i)
       done.add_file(fmt::format("run-{}", i), _marks[i]);
-    Manifest& manifest = done.manifest();
-    manifest.add("occurrences", _occurrences);
-    manifest.add("passed", _passed);
-    manifest.add("runs", _marks.size());
-    for (const std::uint32_t count : _rules.stats.matched)
-      manifest.add("matched", count);
+    done.manifest().add("occurrences", _occurrences);
+    done.manifest().add("runs", _marks.size());
   }
 
  private:
+  void _take_datafile(ShardWordsReader& words, std::uint64_t sentences, std::uint64_t extracted, Manifest& manifest) {
+    const std::uint64_t occurrences_before = _occurrences;
+    const std::uint64_t passed_before = _passed;
+    const std::vector<std::uint32_t> matched_before = _rules.stats.matched;
+    std::span<const PackedWord> packed;
+    for (std::uint64_t i = 0; i < sentences && words.next(packed); ++i)
+      if (i < extracted) _take(packed);
+    _flush();
+    Manifest::Fields line{"datafile", std::to_string(_occurrences - occurrences_before),
+                          std::to_string(_passed - passed_before)};
+    for (std::size_t rule = 0; rule < matched_before.size(); ++rule)
+      line.push_back(std::to_string(_rules.stats.matched[rule] - matched_before[rule]));
+    manifest.add(std::move(line));
+  }
+
   void _take(std::span<const PackedWord> packed) {
     _sentence.clear();
     std::uint16_t order = 0;
@@ -110,10 +120,14 @@ class Mapper {
 MapResult MapResult::from(const Manifest& manifest) {
   MapResult result;
   result.occurrences = manifest.number("occurrences");
-  result.passed = manifest.number("passed");
   result.runs = manifest.number("runs");
-  for (const Manifest::Fields& line : manifest.all("matched"))
-    result.matched.push_back(to_number(line.at(1)));
+  for (const Manifest::Fields& line : manifest.all("datafile")) {
+    MappedDatafile& datafile = result.datafiles.emplace_back();
+    datafile.occurrences = to_number(line.at(1));
+    datafile.passed = to_number(line.at(2));
+    for (std::size_t i = 3; i < line.size(); ++i)
+      datafile.matched.push_back(to_number(line[i]));
+  }
   return result;
 }
 
@@ -129,7 +143,8 @@ std::uint64_t map_key(const WorkFolder& folder, const Plan& plan, std::size_t sh
   std::string key;
   append_fixed(key, plan.counting);
   append_fixed(key, plan.bucket_bits);
-  append_fixed(key, numbered.extracted_sentences);
+  for (const std::uint64_t sentences : numbered.extracted_sentences)
+    append_fixed(key, sentences);
   append_fixed(key, folder.mark(scan_name(shard)));
   append_fixed(key, numbered.numbers);
   return checksum(key);
@@ -138,7 +153,7 @@ std::uint64_t map_key(const WorkFolder& folder, const Plan& plan, std::size_t sh
 void map_shard(const WorkFolder& folder, const Plan& plan, std::size_t shard, const NumberedShard& numbered) {
   TaskResult done(folder, map_name(shard), map_key(folder, plan, shard, numbered));
   string2dependency("");  // sets the code of "Head"
-  Mapper(folder, plan, shard).run(numbered.extracted_sentences, done);
+  Mapper(folder, plan, shard).run(numbered, done);
   done.save();
 }
 

@@ -15,12 +15,18 @@
 
 namespace colx::scale {
 
-// What a task says of its shard.
-struct MapResult {
+// What a task has found in a datafile, as far as it is of its shard.
+struct MappedDatafile {
   std::uint64_t occurrences = 0;
   std::uint64_t passed = 0;            // of them, by the morphological filter
   std::vector<std::uint64_t> matched;  // by rule of the filter
+};
+
+// What a task says of its shard.
+struct MapResult {
+  std::uint64_t occurrences = 0;
   std::size_t runs = 0;
+  std::vector<MappedDatafile> datafiles;
 
   static MapResult from(const Manifest& manifest);
 };

@@ -40,7 +40,11 @@ class Numberer {
       std::size_t end = k;
       while (end < _plan.shards.size() && _plan.shards[end].datafile == _plan.shards[k].datafile)
         ++end;
-      _take_datafile(k, end);
+      if (_plan.shards[k].datafiles > 1) {
+        _take_datafiles(k);
+      } else {
+        _take_pieces(k, end);
+      }
       k = end;
     }
   }
@@ -54,9 +58,12 @@ class Numberer {
     Manifest& manifest = done.manifest();
     manifest.add("lemmas", _lemmas.size());
     manifest.add("tags", _tags.size());
-    for (const NumberedShard& shard : _shards)
-      manifest.add(
-          {"shard", shard.used ? "1" : "0", std::to_string(shard.extracted_sentences), std::to_string(shard.numbers)});
+    for (const NumberedShard& shard : _shards) {
+      Manifest::Fields line{"shard", shard.used ? "1" : "0", std::to_string(shard.numbers)};
+      for (const std::uint64_t sentences : shard.extracted_sentences)
+        line.push_back(std::to_string(sentences));
+      manifest.add(std::move(line));
+    }
     for (const NumberedDatafile& datafile : _datafiles)
       manifest.add({"datafile", datafile.opened ? "1" : "0", std::to_string(datafile.words),
                     std::to_string(datafile.sentences)});
@@ -69,35 +76,47 @@ class Numberer {
  private:
   void _warn(std::string text) { _messages.push_back({"warning", std::move(text)}); }
 
+  // Takes a shard of whole datafiles.
+  void _take_datafiles(std::size_t k) {
+    const ScannedShard shard = ScannedShard::from(_folder.result(scan_name(k)));
+    _take_shard(k, shard, 0, 0);
+    for (std::size_t i = 0; i < shard.datafiles.size() && _failure.empty(); ++i) {
+      const std::size_t d = _plan.shards[k].datafile + i;
+      const ScanResult& result = shard.datafiles[i];
+      _add(d, result);
+      if (result.unreadable) _fail_to_read(result, _plan.datafiles[d]);
+      if (_failure.empty()) _count_extracted(d, {{k, i, result.segment, result.sentences}}, result.last_at_end);
+    }
+  }
+
   // Takes the shards of one datafile.
-  void _take_datafile(std::size_t begin, std::size_t end) {
+  void _take_pieces(std::size_t begin, std::size_t end) {
     const std::size_t d = _plan.shards[begin].datafile;
     const Datafile& datafile = _plan.datafiles[d];
     std::uint64_t expected = 0;
     std::uint32_t lines_before = 0;
-    std::vector<std::size_t> shards;
+    std::vector<SentencesOfShard> pieces;
     ScanResult last;
     for (std::size_t k = begin; k < end && _failure.empty(); ++k) {
-      const std::optional<ScanResult> result = _agreed(k, expected);
-      if (!result) return;
-      if (!result->opened) {
-        _warn("Input datafile: " + datafile.path + " cannot be opened for reading! Skipping...");
-        return;
-      }
-      if (k == begin && !datafile.has_bar)
-        _warn("Progress bar initialization failed! Going on without progress bar display...");
-      _datafiles[d].opened = true;
-      _take_shard(k, *result, lines_before);
-      shards.push_back(k);
-      _datafiles[d].words += result->words;
-      _datafiles[d].sentences += result->sentences;
-      lines_before += result->lines;
-      expected = result->end;
-      if (result->sentences > 0) last = *result;
-      if (result->unreadable) _fail_to_read(last, datafile);
-      if (result->at_end) break;
+      const ScannedShard shard = _agreed(k, expected);
+      const ScanResult& result = shard.datafiles.at(0);
+      _take_shard(k, shard, result.begin, lines_before);
+      if (!result.opened) return;
+      _add(d, result);
+      pieces.push_back({k, 0, result.segment, result.sentences});
+      lines_before += result.lines;
+      expected = result.end;
+      if (result.sentences > 0) last = result;
+      if (result.unreadable) _fail_to_read(last, datafile);
+      if (result.at_end) break;
     }
-    if (_failure.empty()) _count_extracted(d, shards, last.last_at_end);
+    if (_failure.empty()) _count_extracted(d, pieces, last.last_at_end);
+  }
+
+  void _add(std::size_t d, const ScanResult& result) {
+    _datafiles[d].opened = result.opened;
+    _datafiles[d].words += result.words;
+    _datafiles[d].sentences += result.sentences;
   }
 
   void _fail_to_read(const ScanResult& last, const Datafile& datafile) {
@@ -106,32 +125,37 @@ class Numberer {
   }
 
   // What is known of a shard that begins at a place, which is where the one before ends.
-  std::optional<ScanResult> _agreed(std::size_t shard, std::uint64_t expected) {
-    ScanResult result = ScanResult::from(_folder.result(scan_name(shard)));
-    if (result.opened && result.begin != expected) result = scan(_folder, _plan, shard, expected);
+  ScannedShard _agreed(std::size_t shard, std::uint64_t expected) {
+    ScannedShard result = ScannedShard::from(_folder.result(scan_name(shard)));
+    const ScanResult& piece = result.datafiles.at(0);
+    if (piece.opened && piece.begin != expected) result = scan(_folder, _plan, shard, expected);
     return result;
   }
 
-  void _take_shard(std::size_t shard, const ScanResult& result, std::uint32_t lines_before) {
+  // `begin`: of a piece of a datafile.
+  void _take_shard(std::size_t shard, const ScannedShard& result, std::uint64_t begin, std::uint32_t lines_before) {
     _shards[shard].used = true;
+    _shards[shard].extracted_sentences.assign(result.datafiles.size(), 0);
     const std::size_t lemmas_before = _lemmas.size();
     const std::size_t tags_before = _tags.size();
     if (result.overflow || !_take_texts(shard)) {
-      _replay(shard, result, lines_before, lemmas_before, tags_before);
+      _replay(shard, begin, lines_before, lemmas_before, tags_before);
       return;
     }
     if (lemmas_before <= most_distinct_lemmas && _lemmas.size() > most_distinct_lemmas) {
-      _replay(shard, result, lines_before, lemmas_before, tags_before);
+      _replay(shard, begin, lines_before, lemmas_before, tags_before);
     } else if (result.warnings > 0) {
       _messages.push_back({"told", std::to_string(shard), std::to_string(lines_before)});
     }
-    if (_failure.empty() && !result.failure.empty())
-      _failure = result.failure +
-                 " Found while processing datafile: " + _plan.datafiles[_plan.shards[shard].datafile].path + "!";
+    // Where reading has failed it has ended.
+    const std::size_t last = result.datafiles.size() - 1;
+    if (const std::string& failure = result.datafiles[last].failure; _failure.empty() && !failure.empty())
+      _failure = failure +
+                 " Found while processing datafile: " + _plan.datafiles[_plan.shards[shard].datafile + last].path + "!";
   }
 
   // Reads the shard once more as ngrex would, because something happens in it that depends on what came before.
-  void _replay(std::size_t shard, const ScanResult& result, std::uint32_t lines_before, std::size_t lemmas_before,
+  void _replay(std::size_t shard, std::uint64_t begin, std::uint32_t lines_before, std::size_t lemmas_before,
                std::size_t tags_before) {
     StringStore<std::uint32_t> lemmas(longest_text);
     for (std::size_t i = 0; i < lemmas_before; ++i)
@@ -141,7 +165,7 @@ class Numberer {
       tags.store(_tags[static_cast<std::uint8_t>(i)]);
     const std::string file = fmt::format("replay-{}", shard);
     ShardWarningsWriter warnings(_folder.file(number_name, file));
-    _failure = replay(_plan, shard, result.begin, lemmas, tags, warnings);
+    _failure = replay(_plan, shard, begin, lemmas, tags, warnings);
     _files.emplace_back(file, warnings.finish());
     _messages.push_back({"replay", file, std::to_string(lines_before)});
   }
@@ -168,14 +192,14 @@ class Numberer {
     return false;
   }
 
-  void _count_extracted(std::size_t datafile, const std::vector<std::size_t>& shards, bool last_at_end) {
+  void _count_extracted(std::size_t datafile, const std::vector<SentencesOfShard>& pieces, bool last_at_end) {
     std::uint64_t left = _datafiles[datafile].sentences;
     if (settings::context_window.size != 0)
-      left = extracted_sentences(_folder, shards, last_at_end, _plan.datafiles[datafile].has_bar);
-    for (const std::size_t k : shards) {
-      const std::uint64_t held = ScanResult::from(_folder.result(scan_name(k))).sentences;
-      _shards[k].extracted_sentences = std::min(held, left);
-      left -= _shards[k].extracted_sentences;
+      left = extracted_sentences(_folder, {pieces, last_at_end}, _plan.datafiles[datafile].has_bar);
+    for (const SentencesOfShard& piece : pieces) {
+      const std::uint64_t extracted = std::min(piece.count, left);
+      _shards[piece.shard].extracted_sentences[piece.datafile] = extracted;
+      left -= extracted;
     }
   }
 
@@ -204,8 +228,13 @@ class Numberer {
 
 Numbering Numbering::from(const Manifest& manifest) {
   Numbering numbering;
-  for (const Manifest::Fields& line : manifest.all("shard"))
-    numbering.shards.push_back({line.at(1) == "1", to_number(line.at(2)), to_number(line.at(3))});
+  for (const Manifest::Fields& line : manifest.all("shard")) {
+    NumberedShard& shard = numbering.shards.emplace_back();
+    shard.used = line.at(1) == "1";
+    shard.numbers = to_number(line.at(2));
+    for (std::size_t i = 3; i < line.size(); ++i)
+      shard.extracted_sentences.push_back(to_number(line[i]));
+  }
   for (const Manifest::Fields& line : manifest.all("datafile"))
     numbering.datafiles.push_back({line.at(1) == "1", to_number(line.at(2)), to_number(line.at(3))});
   numbering.lemmas = manifest.number("lemmas");

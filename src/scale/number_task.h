@@ -16,9 +16,9 @@ namespace colx::scale {
 
 // What was found out about a shard.
 struct NumberedShard {
-  bool used = false;                      // whether there is anything left for it to hold
-  std::uint64_t extracted_sentences = 0;  // of its sentences, from the first one on
-  std::uint64_t numbers = 0;              // what tells the file of its numbers
+  bool used = false;                               // whether there is anything left for it to hold
+  std::uint64_t numbers = 0;                       // what tells the file of its numbers
+  std::vector<std::uint64_t> extracted_sentences;  // by its datafiles: how many of their sentences, from the first on
 };
 
 // What was found out about a datafile.

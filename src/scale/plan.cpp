@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <fstream>
+#include <set>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -22,6 +24,7 @@ namespace {
 
 constexpr std::uint64_t least_shard = std::uint64_t{1} << 20;
 constexpr std::uint64_t largest_shard = std::uint64_t{256} << 20;
+constexpr std::size_t most_datafiles_of_a_shard = 1024;
 constexpr unsigned most_bucket_bits = 18;
 constexpr std::uint64_t records_of_a_bucket = 8192;
 
@@ -116,17 +119,64 @@ std::uint64_t _usual_shard_size(std::uint64_t total, const PlanWishes& wishes) {
   return std::clamp(even, least_shard, largest_shard);
 }
 
-std::vector<Shard> _cut(const std::vector<Datafile>& datafiles, std::uint64_t shard_size, bool inside) {
-  std::vector<Shard> shards;
-  for (std::size_t d = 0; d < datafiles.size(); ++d) {
-    const std::uint64_t size = datafiles[d].size;
-    const std::uint64_t pieces = inside ? std::max<std::uint64_t>((size + shard_size - 1) / shard_size, 1) : 1;
-    for (std::uint64_t piece = 0; piece < pieces; ++piece) {
-      const bool is_last = piece + 1 == pieces;
-      shards.push_back({d, piece * shard_size, is_last ? size : (piece + 1) * shard_size, is_last});
+// Cuts large datafiles, inside too if that is wanted, and puts small ones together that follow one another.
+class Cutter {
+ public:
+  // `starts`: datafiles with which a shard has to begin, the last of which is the first that is new. The others may
+  // have grown a bit and stay together all the same, as every shard behind a new cut would be another one.
+  Cutter(const std::vector<Datafile>& datafiles, std::uint64_t shard_size, bool inside, std::set<std::size_t> starts)
+      : _datafiles(datafiles), _shard_size(shard_size), _inside(inside), _starts(std::move(starts)) {}
+
+  std::vector<Shard> cut() {
+    for (std::size_t d = 0; d < _datafiles.size(); ++d) {
+      const std::uint64_t size = _datafiles[d].size;
+      if (_fits(d)) {
+        ++_shards.back().datafiles;
+        _held += size;
+      } else if (_inside && size > _shard_size) {
+        _cut_inside(d);
+        _held = 2 * _shard_size;
+      } else {
+        _shards.push_back({d, 1, 0, size, true});
+        _held = size;
+      }
+      if (_shards.back().datafiles > 1) _shards.back().end = 0;
+    }
+    return std::move(_shards);
+  }
+
+ private:
+  // Whether the last shard can take a datafile as well.
+  bool _fits(std::size_t d) const {
+    if (_shards.empty() || _starts.contains(d) || _shards.back().datafiles >= most_datafiles_of_a_shard) return false;
+    const std::uint64_t most = !_starts.empty() && d < *_starts.rbegin() ? 2 * _shard_size : _shard_size;
+    return _held < most && _held + _datafiles[d].size <= most;
+  }
+
+  void _cut_inside(std::size_t d) {
+    const std::uint64_t size = _datafiles[d].size;
+    for (std::uint64_t begin = 0; begin < size; begin += _shard_size) {
+      const std::uint64_t end = std::min(begin + _shard_size, size);
+      _shards.push_back({d, 1, begin, end, end == size});
     }
   }
-  return shards;
+
+  const std::vector<Datafile>& _datafiles;
+  std::uint64_t _shard_size;
+  bool _inside;
+  std::set<std::size_t> _starts;
+  std::vector<Shard> _shards;
+  std::uint64_t _held = 0;  // bytes of the last shard
+};
+
+// Where the shards of before begin, and where they end: what has been counted stays counted when the list grows.
+std::set<std::size_t> _starts(const std::optional<Plan>& before) {
+  std::set<std::size_t> starts;
+  if (!before) return starts;
+  for (const Shard& shard : before->shards)
+    starts.insert(shard.datafile);
+  starts.insert(before->datafiles.size());
+  return starts;
 }
 
 // The plan that stands in the folder. One that is damaged is made again as if there had been none: every task still
@@ -155,15 +205,19 @@ std::uint64_t _counting(const Plan& plan) {
 
 std::uint64_t Plan::key_of_shard(std::size_t shard) const {
   const Shard& piece = shards[shard];
-  const Datafile& datafile = datafiles[piece.datafile];
   std::string key;
   append_fixed(key, counting);
-  append_fixed(key, datafile.version);
-  append_fixed(key, datafile.size);
   append_fixed(key, piece.begin);
   append_fixed(key, piece.end);
   append_fixed(key, piece.is_last);
-  return checksum(key + datafile.source);
+  for (std::size_t d = piece.datafile; d < piece.end_datafile(); ++d) {
+    const Datafile& datafile = datafiles[d];
+    append_fixed(key, datafile.version);
+    append_fixed(key, datafile.size);
+    append_fixed(key, datafile.has_bar);
+    key += datafile.path + '\n' + datafile.source + '\n';
+  }
+  return checksum(key);
 }
 
 void Plan::apply_options() const {
@@ -194,8 +248,8 @@ void Plan::save(const WorkFolder& folder) const {
     manifest.add({"datafile", datafile.path, datafile.source, std::to_string(datafile.size),
                   std::to_string(datafile.version), std::to_string(datafile.stamp), datafile.has_bar ? "1" : "0"});
   for (const Shard& shard : shards)
-    manifest.add({"shard", std::to_string(shard.datafile), std::to_string(shard.begin), std::to_string(shard.end),
-                  shard.is_last ? "1" : "0"});
+    manifest.add({"shard", std::to_string(shard.datafile), std::to_string(shard.datafiles), std::to_string(shard.begin),
+                  std::to_string(shard.end), shard.is_last ? "1" : "0"});
   manifest.save(_name(folder));
 }
 
@@ -218,7 +272,8 @@ std::optional<Plan> Plan::load(const WorkFolder& folder) {
     plan.datafiles.push_back({line.at(1), line.at(2), to_number(line.at(3)), to_number(line.at(4)),
                               to_number(line.at(5)), line.at(6) == "1"});
   for (const Manifest::Fields& line : manifest->all("shard"))
-    plan.shards.push_back({to_number(line.at(1)), to_number(line.at(2)), to_number(line.at(3)), line.at(4) == "1"});
+    plan.shards.push_back({to_number(line.at(1)), to_number(line.at(2)), to_number(line.at(3)), to_number(line.at(4)),
+                           line.at(5) == "1"});
   return plan;
 }
 
@@ -246,7 +301,9 @@ void make_plan(const WorkFolder& folder, const std::vector<std::string>& paths, 
   if (plan.shard_size == 0) plan.shard_size = _usual_shard_size(total, wishes);
   // A window reaches over cuts, and one of no words lets a datafile be read up to its first sentence only.
   const bool inside = !settings::context_tracing_on() && !only_first_sentence();
-  plan.shards = _cut(plan.datafiles, plan.shard_size, inside);
+  const bool as_before = before && before->shard_size == plan.shard_size;
+  plan.shards =
+      Cutter(plan.datafiles, plan.shard_size, inside, as_before ? _starts(before) : std::set<std::size_t>()).cut();
 
   // A word takes twenty bytes or more; of larger N-grams there are some more than words.
   const std::uint64_t records = total / 20 * (settings::n > 2 ? 2U * (settings::n - 2U) : 1U);

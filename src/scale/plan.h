@@ -25,12 +25,16 @@ struct Datafile {
   friend bool operator==(const Datafile&, const Datafile&) = default;
 };
 
-// A piece of a datafile. Cuts are nominal: a shard really begins behind the first empty line from `begin` on.
+// What one task reads: a piece of a datafile, or some small datafiles one after another. Cuts are nominal: a piece
+// really begins behind the first empty line from `begin` on.
 struct Shard {
-  std::size_t datafile = 0;
-  std::uint64_t begin = 0;
+  std::size_t datafile = 0;   // the first one
+  std::size_t datafiles = 1;  // when there are several, each is whole
+  std::uint64_t begin = 0;    // of a single one
   std::uint64_t end = 0;
   bool is_last = false;  // of its datafile
+
+  std::size_t end_datafile() const { return datafile + datafiles; }
 
   friend bool operator==(const Shard&, const Shard&) = default;
 };

@@ -33,77 +33,111 @@ std::optional<Descriptor> _open(const std::string& path) {
   return Descriptor(number);
 }
 
+// The lines with which ngrex warns before it reads a datafile, or a piece that begins it.
+void _warn_of(const Datafile& datafile, bool opened, bool is_first, ShardWarningsWriter& warnings) {
+  if (!opened) warnings.add("Input datafile: " + datafile.path + " cannot be opened for reading! Skipping...", 0);
+  if (opened && is_first && !datafile.has_bar)
+    warnings.add("Progress bar initialization failed! Going on without progress bar display...", 0);
+}
+
+// The bytes of a datafile that belong to a shard, and a parser over them.
+class Reading {
+ public:
+  // `begin`: where the parser begins; without it where a sentence seems to begin.
+  Reading(const Descriptor& file, const Datafile& datafile, const Shard& shard, std::optional<std::uint64_t> begin,
+          StringStore<std::uint32_t>& lemmas, StringStore<std::uint8_t>& tags, const WarningSink& warn)
+      : _begin(begin ? *begin : find_cut(file, datafile.path, shard.begin, datafile.size)),
+        _soft_end(shard.is_last ? datafile.size : find_cut(file, datafile.path, shard.end, datafile.size)),
+        _text(file, _begin, _soft_end),
+        _stream(&_text),
+        _parser(std::make_unique<Parser>(_stream, lemmas, tags, warn)) {
+    if (!shard.is_last) _parser->stop_behind(static_cast<std::int64_t>(_soft_end) - static_cast<std::int64_t>(_begin));
+  }
+
+  Parser& parser() { return *_parser; }
+  bool failed() const { return _stream.fail(); }
+  std::uint64_t begin() const { return _begin; }
+  std::uint64_t end() const {
+    return _begin + static_cast<std::uint64_t>(std::max<std::int64_t>(_parser->position(), 0));
+  }
+
+ private:
+  std::uint64_t _begin;
+  std::uint64_t _soft_end;
+  ShardText _text;
+  std::istream _stream;
+  std::unique_ptr<Parser> _parser;
+};
+
 // Reads one shard.
 class Scanner {
  public:
   Scanner(const WorkFolder& folder, const Plan& plan, std::size_t shard)
-      : _folder(folder),
-        _name(scan_name(shard)),
+      : _plan(plan),
         _shard(plan.shards[shard]),
-        _datafile(plan.datafiles[_shard.datafile]),
-        _key(plan.key_of_shard(shard)) {}
+        _folder(folder),
+        _name(scan_name(shard)),
+        _done(folder, _name, plan.key_of_shard(shard)),
+        _lemmas(longest_text),
+        _tags(longest_text),
+        _warnings(folder.file(_name, "warnings")),
+        _words(folder.file(_name, "words")) {}
 
-  ScanResult run(std::optional<std::uint64_t> begin) {
-    TaskResult done(_folder, _name, _key);
-    if (const std::optional<Descriptor> file = _open(_datafile.source)) {
-      _result.opened = true;
-      const bool is_first = _shard.begin == 0;
-      _result.begin = begin ? *begin : is_first ? 0 : find_cut(*file, _datafile.path, _shard.begin, _datafile.size);
-      _read(*file, done);
+  ScannedShard run(std::optional<std::uint64_t> begin) {
+    for (std::size_t d = _shard.datafile; d < _shard.end_datafile(); ++d) {
+      const ScanResult& result = _result.datafiles.emplace_back(_read(_plan.datafiles[d], begin));
+      if (_result.overflow || result.unreadable || !result.failure.empty()) break;  // a run ends here
     }
-    _result.put_into(done.manifest());
-    done.save();
-    return _result;
+    _result.warnings = _warnings.size();
+    _done.add_file("words", _words.finish());
+    _done.add_file("warnings", _warnings.finish());
+    if (!_result.overflow) {  // whoever needs the texts of others will read the shard again
+      _done.add_file("lemmas", _write_texts("lemmas", _lemmas));
+      _done.add_file("tags", _write_texts("tags", _tags));
+    }
+    _result.put_into(_done.manifest());
+    _done.save();
+    return std::move(_result);
   }
 
  private:
-  void _read(const Descriptor& file, TaskResult& done) {
-    const std::uint64_t soft_end =
-        _shard.is_last ? _datafile.size : find_cut(file, _datafile.path, _shard.end, _datafile.size);
-    ShardText text(file, _result.begin, soft_end);
-    std::istream stream(&text);
-    StringStore<std::uint32_t> lemmas(longest_text);
-    StringStore<std::uint8_t> tags(longest_text);
-    ShardWarningsWriter warnings(_folder.file(_name, "warnings"));
+  ScanResult _read(const Datafile& datafile, std::optional<std::uint64_t> begin) {
+    const std::optional<Descriptor> file = _open(datafile.source);
+    _warn_of(datafile, file.has_value(), _shard.begin == 0, _warnings);
+    ScanResult result;
+    if (!file) return result;
+    result.opened = true;
     const Parser* reader = nullptr;
-    const auto parser = std::make_unique<Parser>(stream, lemmas, tags, [&](std::string_view warning) {
+    Reading reading(*file, datafile, _shard, begin, _lemmas, _tags, [&](std::string_view warning) {
       // The lemmas that matter are those of the whole corpus.
-      if (warning.find("detected at line") != std::string_view::npos) warnings.add(warning, reader->lines());
+      if (warning.find("detected at line") != std::string_view::npos) _warnings.add(warning, reader->lines());
     });
-    reader = parser.get();
-    if (!_shard.is_last)
-      parser->stop_behind(static_cast<std::int64_t>(soft_end) - static_cast<std::int64_t>(_result.begin));
-    ShardWordsWriter words(_folder.file(_name, "words"));
+    reader = &reading.parser();
+    result.begin = reading.begin();
+    result.segment = _words.begin_segment();
     try {
-      _read_sentences(*parser, stream, words);
+      _read_sentences(reading, result);
     } catch (const index_overflow&) {
       _result.overflow = true;
     } catch (const string_too_long& error) {
-      _result.failure = error.what();
+      result.failure = error.what();
     }
-    _result.at_end = parser->at_end();
-    _result.unreadable = stream.fail();
-    _result.end = _result.begin + static_cast<std::uint64_t>(std::max<std::int64_t>(parser->position(), 0));
-    _result.lines = parser->lines();
-    _result.lemmas = lemmas.size();
-    _result.tags = tags.size();
-    _result.warnings = warnings.size();
-    done.add_file("words", words.finish());
-    done.add_file("warnings", warnings.finish());
-    if (_result.overflow) return;  // whoever needs the texts will read the shard again
-    done.add_file("lemmas", _write_texts("lemmas", lemmas));
-    done.add_file("tags", _write_texts("tags", tags));
+    result.at_end = reader->at_end();
+    result.unreadable = reading.failed();
+    result.end = reading.end();
+    result.lines = reader->lines();
+    return result;
   }
 
-  void _read_sentences(Parser& parser, std::istream& stream, ShardWordsWriter& words) {
+  void _read_sentences(Reading& reading, ScanResult& result) {
     WordQueue queue;
-    while (parser.next(1, ContextWindow::sentences, queue)) {
-      ++_result.sentences;
-      _result.words += queue.size();
-      words.add({queue.begin(), queue.end()});
+    while (reading.parser().next(1, ContextWindow::sentences, queue)) {
+      ++result.sentences;
+      result.words += queue.size();
+      _words.add({queue.begin(), queue.end()});
       queue.drop_front(queue.size());
-      _result.last_at_end = parser.at_end();
-      _result.last_unreadable = stream.fail();
+      result.last_at_end = reading.parser().at_end();
+      result.last_unreadable = reading.failed();
       if (only_first_sentence()) return;
     }
   }
@@ -116,34 +150,32 @@ class Scanner {
     return texts.finish();
   }
 
+  const Plan& _plan;
+  const Shard& _shard;
   const WorkFolder& _folder;
   std::string _name;
-  const Shard& _shard;
-  const Datafile& _datafile;
-  std::uint64_t _key;
-  ScanResult _result;
+  TaskResult _done;
+  StringStore<std::uint32_t> _lemmas;
+  StringStore<std::uint8_t> _tags;
+  ShardWarningsWriter _warnings;
+  ShardWordsWriter _words;
+  ScannedShard _result;
 };
 
-}  // namespace
-
-std::string replay(const Plan& plan, std::size_t shard, std::uint64_t begin, StringStore<std::uint32_t>& lemmas,
-                   StringStore<std::uint8_t>& tags, ShardWarningsWriter& warnings) {
-  const Shard& piece = plan.shards[shard];
-  const Datafile& datafile = plan.datafiles[piece.datafile];
+// Reads a datafile of a shard once more. Returns the failure that ends the run in it, or an empty text.
+std::string _replay(const Datafile& datafile, const Shard& shard, std::uint64_t begin,
+                    StringStore<std::uint32_t>& lemmas, StringStore<std::uint8_t>& tags,
+                    ShardWarningsWriter& warnings) {
   const std::optional<Descriptor> file = _open(datafile.source);
-  if (!file) return unreadable(datafile.path).what();
-  const std::uint64_t soft_end =
-      piece.is_last ? datafile.size : find_cut(*file, datafile.path, piece.end, datafile.size);
-  ShardText text(*file, begin, soft_end);
-  std::istream stream(&text);
+  _warn_of(datafile, file.has_value(), shard.begin == 0, warnings);
+  if (!file) return "";
   const Parser* reader = nullptr;
-  const auto parser = std::make_unique<Parser>(
-      stream, lemmas, tags, [&](std::string_view warning) { warnings.add(warning, reader->lines()); });
-  reader = parser.get();
-  if (!piece.is_last) parser->stop_behind(static_cast<std::int64_t>(soft_end) - static_cast<std::int64_t>(begin));
+  Reading reading(*file, datafile, shard, begin, lemmas, tags,
+                  [&](std::string_view warning) { warnings.add(warning, reader->lines()); });
+  reader = &reading.parser();
   try {
     WordQueue queue;
-    while (parser->next(1, ContextWindow::sentences, queue) && !only_first_sentence())
+    while (reading.parser().next(1, ContextWindow::sentences, queue) && !only_first_sentence())
       queue.drop_front(queue.size());
   } catch (const index_overflow&) {
     return explain_overflow(lemmas, tags);
@@ -153,49 +185,61 @@ std::string replay(const Plan& plan, std::size_t shard, std::uint64_t begin, Str
   return "";
 }
 
-ScanResult ScanResult::from(const Manifest& manifest) {
-  ScanResult result;
-  result.opened = manifest.number("opened") != 0;
-  result.begin = manifest.number("begin");
-  result.end = manifest.number("end");
-  result.at_end = manifest.number("at_end") != 0;
-  result.last_at_end = manifest.number("last_at_end") != 0;
-  result.unreadable = manifest.number("unreadable") != 0;
-  result.last_unreadable = manifest.number("last_unreadable") != 0;
-  result.lines = static_cast<std::uint32_t>(manifest.number("lines"));
-  result.sentences = manifest.number("sentences");
-  result.words = manifest.number("words");
-  result.lemmas = manifest.number("lemmas");
-  result.tags = manifest.number("tags");
-  result.warnings = manifest.number("warnings");
-  result.failure = manifest.text("failure");
-  result.overflow = manifest.number("overflow") != 0;
-  return result;
+}  // namespace
+
+std::string replay(const Plan& plan, std::size_t shard, std::uint64_t begin, StringStore<std::uint32_t>& lemmas,
+                   StringStore<std::uint8_t>& tags, ShardWarningsWriter& warnings) {
+  const Shard& piece = plan.shards[shard];
+  std::string failure;
+  for (std::size_t d = piece.datafile; d < piece.end_datafile() && failure.empty(); ++d)
+    failure = _replay(plan.datafiles[d], piece, begin, lemmas, tags, warnings);
+  return failure;
 }
 
-void ScanResult::put_into(Manifest& manifest) const {
-  manifest.add("opened", opened);
-  manifest.add("begin", begin);
-  manifest.add("end", end);
-  manifest.add("at_end", at_end);
-  manifest.add("last_at_end", last_at_end);
-  manifest.add("unreadable", unreadable);
-  manifest.add("last_unreadable", last_unreadable);
-  manifest.add("lines", lines);
-  manifest.add("sentences", sentences);
-  manifest.add("words", words);
-  manifest.add("lemmas", lemmas);
-  manifest.add("tags", tags);
+ScannedShard ScannedShard::from(const Manifest& manifest) {
+  ScannedShard shard;
+  shard.warnings = manifest.number("warnings");
+  shard.overflow = manifest.number("overflow") != 0;
+  for (const Manifest::Fields& line : manifest.all("datafile")) {
+    ScanResult& result = shard.datafiles.emplace_back();
+    std::size_t field = 0;
+    const auto next = [&] { return to_number(line.at(++field)); };
+    result.opened = next() != 0;
+    result.begin = next();
+    result.end = next();
+    result.at_end = next() != 0;
+    result.last_at_end = next() != 0;
+    result.unreadable = next() != 0;
+    result.last_unreadable = next() != 0;
+    result.lines = static_cast<std::uint32_t>(next());
+    result.sentences = next();
+    result.words = next();
+    result.segment = next();
+    result.failure = line.at(++field);
+  }
+  return shard;
+}
+
+void ScannedShard::put_into(Manifest& manifest) const {
   manifest.add("warnings", warnings);
-  manifest.add({"failure", failure});
   manifest.add("overflow", overflow);
+  for (const ScanResult& result : datafiles) {
+    Manifest::Fields line{"datafile"};
+    for (const std::uint64_t number :
+         {std::uint64_t{result.opened}, result.begin, result.end, std::uint64_t{result.at_end},
+          std::uint64_t{result.last_at_end}, std::uint64_t{result.unreadable}, std::uint64_t{result.last_unreadable},
+          std::uint64_t{result.lines}, result.sentences, result.words, std::uint64_t{result.segment}})
+      line.push_back(std::to_string(number));
+    line.push_back(result.failure);
+    manifest.add(std::move(line));
+  }
 }
 
 std::string scan_name(std::size_t shard) {
   return fmt::format("scan-{}", shard);
 }
 
-ScanResult scan(const WorkFolder& folder, const Plan& plan, std::size_t shard, std::optional<std::uint64_t> begin) {
+ScannedShard scan(const WorkFolder& folder, const Plan& plan, std::size_t shard, std::optional<std::uint64_t> begin) {
   return Scanner(folder, plan, shard).run(begin);
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "corpus/string_store.h"
 #include "scale/plan.h"
@@ -14,7 +15,7 @@
 
 namespace colx::scale {
 
-// What a scan says of its shard.
+// What a scan says of a datafile of its shard, or of the piece of one.
 struct ScanResult {
   bool opened = false;           // whether the datafile could be opened at all
   std::uint64_t begin = 0;       // where it began in the datafile, and where it ended: between sentences, or at the
@@ -26,13 +27,17 @@ struct ScanResult {
   std::uint32_t lines = 0;       // as warnings count them
   std::uint64_t sentences = 0;
   std::uint64_t words = 0;
-  std::uint64_t lemmas = 0;  // different ones
-  std::uint64_t tags = 0;
+  std::size_t segment = 0;  // of the file of words, with which its sentences begin
+  std::string failure;      // what ended the reading: a text that fits in no store; empty: nothing
+};
+
+// What a scan says of its shard.
+struct ScannedShard {
+  std::vector<ScanResult> datafiles;  // in their order, up to one that cannot be read to its end
   std::uint64_t warnings = 0;
-  std::string failure;    // what ended the reading: a text that fits in no store; empty: nothing
   bool overflow = false;  // whether the tags, or lemmas, of this shard alone are too many
 
-  static ScanResult from(const Manifest& manifest);
+  static ScannedShard from(const Manifest& manifest);
   void put_into(Manifest& manifest) const;
 };
 
@@ -40,8 +45,8 @@ struct ScanResult {
 std::string scan_name(std::size_t shard);
 
 // Scans a shard from where a sentence seems to begin or, when `begin` is given, from there.
-ScanResult scan(const WorkFolder& folder, const Plan& plan, std::size_t shard,
-                std::optional<std::uint64_t> begin = std::nullopt);
+ScannedShard scan(const WorkFolder& folder, const Plan& plan, std::size_t shard,
+                  std::optional<std::uint64_t> begin = std::nullopt);
 
 // Reads a shard that begins there once more, with stores that hold what came before it, and writes down the warnings as
 // ngrex would give them. Returns the failure that ends the run in it, or an empty text.

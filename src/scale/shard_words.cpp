@@ -18,6 +18,12 @@ static_assert(unit == 8);
 
 ShardWordsWriter::ShardWordsWriter(std::string path) : _file(std::move(path), words_kind) {}
 
+std::size_t ShardWordsWriter::begin_segment() {
+  if (!_block.empty()) _file.add(_block);
+  _block.clear();
+  return _file.segments();
+}
+
 void ShardWordsWriter::add(WordRange sentence) {
   const std::uint64_t length = static_cast<std::uint64_t>(sentence.second - sentence.first);
   const std::size_t old_size = _block.size();
@@ -39,11 +45,12 @@ FileMark ShardWordsWriter::finish() {
   return _file.finish();
 }
 
-ShardWordsReader::ShardWordsReader(std::string path) : _file(std::move(path), words_kind) {}
+ShardWordsReader::ShardWordsReader(std::string path, std::size_t segment)
+    : _file(std::move(path), words_kind), _segment(segment) {}
 
 bool ShardWordsReader::next(std::span<const PackedWord>& sentence) {
   if (_place == _block.size()) {
-    if (_segment == _file.segments()) return false;
+    if (_segment >= _file.segments()) return false;
     _block.assign(_file.read(_segment++));
     _place = 0;
   }

@@ -26,6 +26,9 @@ class ShardWordsWriter {
  public:
   explicit ShardWordsWriter(std::string path);
 
+  // Has the next sentence begin a segment of the file, and returns the number of that.
+  std::size_t begin_segment();
+
   // Appends the words of one sentence.
   void add(WordRange sentence);
 
@@ -39,14 +42,15 @@ class ShardWordsWriter {
 // Reads them back, in order.
 class ShardWordsReader {
  public:
-  explicit ShardWordsReader(std::string path);
+  // Begins with a segment of the file.
+  explicit ShardWordsReader(std::string path, std::size_t segment = 0);
 
   // Gives the next sentence, valid until the next call; false behind the last one.
   bool next(std::span<const PackedWord>& sentence);
 
  private:
   SegmentReader _file;
-  std::size_t _segment = 0;
+  std::size_t _segment;
   std::string _block;  // a copy, so that words are aligned
   std::size_t _place = 0;
 };

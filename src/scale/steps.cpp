@@ -57,9 +57,8 @@ Step _map(const WorkFolder& folder, const Plan& plan) {
   const auto numbered = _numbered(folder);
   return {numbered->used_shards.size(), [&folder, &plan, numbered](std::size_t task) {
             const std::size_t k = numbered->used_shards[task];
-            const NumberedShard shard = numbered->shards[k];
-            return Task{map_name(k), map_key(folder, plan, k, shard),
-                        [&folder, &plan, k, shard] { map_shard(folder, plan, k, shard); }};
+            return Task{map_name(k), map_key(folder, plan, k, numbered->shards[k]),
+                        [&folder, &plan, numbered, k] { map_shard(folder, plan, k, numbered->shards[k]); }};
           }};
 }
 

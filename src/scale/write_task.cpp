@@ -138,15 +138,13 @@ class Results {
     MultiRulesFilter filter;
     add_morphologic_rules(_plan, filter);
     std::map<std::string, Filter::Stats> by_datafile;
-    for (std::size_t d = 0; d < _plan.datafiles.size() && filter.is_on(); ++d) {
+    const std::vector<MappedDatafile> mapped = filter.is_on() ? _mapped() : std::vector<MappedDatafile>();
+    for (std::size_t d = 0; d < mapped.size(); ++d) {
       if (!_numbering.datafiles[d].opened) continue;
       Filter::Stats stats = filter.file_stats;
-      for (const std::size_t k : _shards_of(d)) {
-        const MapResult result = MapResult::from(_folder.result(map_name(k)));
-        for (std::size_t rule = 0; rule < stats.matched.size(); ++rule) {
-          stats.matched[rule] += _wrapped(result.matched[rule]);
-          filter.stats.matched[rule] += _wrapped(result.matched[rule]);
-        }
+      for (std::size_t rule = 0; rule < mapped[d].matched.size(); ++rule) {
+        stats.matched[rule] += _wrapped(mapped[d].matched[rule]);
+        filter.stats.matched[rule] += _wrapped(mapped[d].matched[rule]);
       }
       by_datafile.emplace(_plan.datafiles[d].path, stats);
     }
@@ -191,30 +189,36 @@ class Results {
     ResultLines result_lines;
   };
 
-  std::vector<std::size_t> _shards_of(std::size_t datafile) const {
-    std::vector<std::size_t> shards;
-    for (std::size_t k = 0; k < _plan.shards.size(); ++k)
-      if (_plan.shards[k].datafile == datafile && _used[k]) shards.push_back(k);
-    return shards;
+  // What was found in each datafile.
+  std::vector<MappedDatafile> _mapped() const {
+    std::vector<MappedDatafile> mapped(_plan.datafiles.size());
+    for (std::size_t k = 0; k < _plan.shards.size(); ++k) {
+      if (!_used[k]) continue;
+      const MapResult result = MapResult::from(_folder.result(map_name(k)));
+      for (std::size_t i = 0; i < result.datafiles.size(); ++i) {
+        const MappedDatafile& piece = result.datafiles[i];
+        MappedDatafile& whole = mapped[_plan.shards[k].datafile + i];
+        whole.occurrences += piece.occurrences;
+        whole.passed += piece.passed;
+        whole.matched.resize(piece.matched.size());
+        for (std::size_t rule = 0; rule < piece.matched.size(); ++rule)
+          whole.matched[rule] += piece.matched[rule];
+      }
+    }
+    return mapped;
   }
 
   std::vector<NamedDataFileStats> _datafiles() const {
     std::vector<NamedDataFileStats> list;
+    const std::vector<MappedDatafile> mapped = _mapped();
     for (std::size_t d = 0; d < _plan.datafiles.size(); ++d) {
       const NumberedDatafile& numbered = _numbering.datafiles[d];
       if (!numbered.opened) continue;
       NamedDataFileStats& stats = list.emplace_back();
       stats.name = _plan.datafiles[d].path;
-      std::uint64_t extracted = 0;
-      std::uint64_t passed = 0;
-      for (const std::size_t k : _shards_of(d)) {
-        const MapResult result = MapResult::from(_folder.result(map_name(k)));
-        extracted += result.occurrences;
-        passed += result.passed;
-      }
-      stats.extracted_count = _wrapped(extracted);
-      stats.passed_count = _wrapped(passed);
-      stats.filtered_count = _wrapped(extracted - passed);
+      stats.extracted_count = _wrapped(mapped[d].occurrences);
+      stats.passed_count = _wrapped(mapped[d].passed);
+      stats.filtered_count = _wrapped(mapped[d].occurrences - mapped[d].passed);
       // A datafile without sentences adds nothing, one that has some adds all that was read.
       stats.words_count = _wrapped(numbered.words);
       stats.sentences_count = _wrapped(numbered.sentences);

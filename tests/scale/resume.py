@@ -279,6 +279,34 @@ def check_lists(bench, options):
   assert bench.scaled(*options) == bench.expect(*options)
 
 
+def check_small_datafiles(bench, options):
+  """Small datafiles share tasks, and a longer list leaves the tasks that there were as they are."""
+  names = [f"small{i}" for i in range(300)]
+  for name in names:
+    bench.write(name, corpus(bench.random, bench.random.randint(0, 3)) + "bad line\n" * (bench.random.random() < 0.1))
+  bench.write("list", "".join(name + "\n" for name in [*names[:200], "a", *names[200:290]]))
+  options = [*options, "-fs", "filters", "-c", "contexts", "-cw", "3"]
+
+  def files(outcome):
+    return outcome, bench.read("filters"), bench.read("contexts")
+
+  def tasks():
+    return {name: at for name, at in bench.times().items() if name.startswith(("scan-", "map-"))}
+
+  assert files(bench.scaled(*options)) == files(bench.expect(*options))
+  before = tasks()
+  datafiles = sum(line.startswith("datafile") for line in bench.read("work/plan.done").decode().splitlines())
+  assert len(before) // 2 < datafiles // 4, (len(before), datafiles)
+  bench.write("list", bench.read("list").decode() + "".join(name + "\n" for name in names[290:]))
+  assert files(bench.scaled(*options)) == files(bench.expect(*options))
+  assert len(tasks()) == len(before) + 2
+  assert all(tasks()[name] == at for name, at in before.items())
+  bench.write(names[150], corpus(bench.random, 2))
+  assert files(bench.scaled(*options)) == files(bench.expect(*options))
+  scans = {name for name, at in before.items() if name.startswith("scan-") and tasks()[name] != at}
+  assert len(scans) == 1, scans
+
+
 def check_many_shards(bench, options):
   """More runs than files that may be open."""
   def limit():
@@ -311,6 +339,7 @@ def main():
   for check, line in ((check_kills, options), (check_nothing_done_twice, plain), (check_damage, plain),
                       (check_damaged_warnings, plain), (check_damaged_plan, plain), (check_usual_folder, plain),
                       (check_file_size, plain), (check_lock, plain), (check_write, options), (check_lists, plain),
+                      (check_small_datafiles, options),
                       (check_many_shards, plain)):
     with tempfile.TemporaryDirectory(prefix="ngrex-scale-resume-") as folder:
       bench = Bench(os.path.abspath(arguments.program), os.path.abspath(arguments.scale), folder, seed)
