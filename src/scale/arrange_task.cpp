@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
+#include <stdexcept>
 
 #include <fmt/format.h>
 
 #include "model/ngram_hash.h"
-#include "scale/number_task.h"
 #include "scale/patterns.h"
 #include "scale/records.h"
 #include "scale/reduce_task.h"
@@ -56,7 +57,6 @@ class Arranger {
         _task(task),
         _layout(Layout::from(folder, plan)),
         _growing(folder, plan, _layout),
-        _shift(piece_shift(_all_occurrences())),
         _listing(std::max<std::uint64_t>(_layout.listed, 1)),
         _file(folder.file(arrange_name(task), "arranged"), arranged_kind),
         _counts(_layout.ranges, 0) {}
@@ -68,8 +68,10 @@ class Arranger {
     done.add_file("patterns", _write_refused());
     Manifest& manifest = done.manifest();
     manifest.add("rounds", _rounds);
+    Manifest::Fields ranges{"ranges"};
     for (const std::uint64_t count : _counts)
-      manifest.add("range", count);
+      ranges.push_back(std::to_string(count));
+    manifest.add(std::move(ranges));
   }
 
  private:
@@ -79,14 +81,6 @@ class Arranger {
     std::uint32_t size;
     std::uint32_t range;
   };
-
-  std::uint64_t _all_occurrences() const {
-    const Numbering numbering = Numbering::from(_folder.result(number_name));
-    std::vector<bool> used;
-    for (const NumberedShard& shard : numbering.shards)
-      used.push_back(shard.used);
-    return Occurrences::from(_folder, used).all;
-  }
 
   void _arrange_listed() {
     SegmentReader listed(_folder.file(reduce_name(_task), "listed"), listed_kind);
@@ -102,7 +96,7 @@ class Arranger {
         from += members_size;
         get_short(from);
         const std::uint64_t first = get_short(from);
-        if (_growing.wanted[first >> _shift]) append_fixed(_candidates, first);
+        if (_growing.wanted[first >> _layout.piece_shift]) append_fixed(_candidates, first);
         const std::uint32_t hash = NGramHashCounter::count_hash({members.data(), settings::n});
         const std::size_t range = _layout.range_of(_listing.bucket(hash), _listing.buckets());
         _records.push_back(
@@ -169,7 +163,6 @@ class Arranger {
   std::size_t _task;
   Layout _layout;
   Growing _growing;
-  unsigned _shift;
   Listing _listing;
   SegmentWriter _file;
   std::vector<std::uint64_t> _counts;
@@ -184,8 +177,9 @@ class Arranger {
 ArrangeResult ArrangeResult::from(const Manifest& manifest) {
   ArrangeResult result;
   result.rounds = manifest.number("rounds");
-  for (const Manifest::Fields& line : manifest.all("range"))
-    result.records.push_back(to_number(line.at(1)));
+  const Manifest::Fields* const ranges = manifest.find("ranges");
+  if (ranges == nullptr) throw std::out_of_range("no line ranges");
+  std::transform(ranges->begin() + 1, ranges->end(), std::back_inserter(result.records), to_number);
   return result;
 }
 
@@ -219,14 +213,10 @@ std::vector<std::uint64_t> growing_places(const WorkFolder& folder, const Plan& 
       candidates.push_back(get_fixed<std::uint64_t>(from));
   }
   std::sort(candidates.begin(), candidates.end());
-  const Numbering numbering = Numbering::from(folder.result(number_name));
-  std::vector<bool> used;
-  for (const NumberedShard& shard : numbering.shards)
-    used.push_back(shard.used);
-  const unsigned shift = piece_shift(Occurrences::from(folder, used).all);
   std::vector<std::uint64_t> places;
   for (const Growing::Record& record : growing.records) {
-    const auto begin = std::lower_bound(candidates.begin(), candidates.end(), std::uint64_t{record.piece} << shift);
+    const auto begin =
+        std::lower_bound(candidates.begin(), candidates.end(), std::uint64_t{record.piece} << layout.piece_shift);
     places.push_back(begin[static_cast<std::ptrdiff_t>(record.number)]);
   }
   return places;

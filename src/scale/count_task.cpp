@@ -44,6 +44,8 @@ class PatternCounter {
   }
 
   void run(const Pairs& pairs, TaskResult& done) {
+    for (SegmentReader& file : _files)
+      file.stop_ahead_of(pairs.end);
     for (std::size_t pair = pairs.first; pair < pairs.end; ++pair) {
       const auto type = static_cast<std::uint8_t>((pair >> _layout.partition_bits) + 1);
       with_members_of(type, [&]<unsigned K>() { _count<K>(type, pair); });

@@ -35,6 +35,7 @@ Layout Layout::from(const WorkFolder& folder, const Plan& plan) {
     const ReduceResult result = ReduceResult::from(folder.result(reduce_name(task)));
     layout.listed += result.listed;
     layout.refused += result.refused;
+    layout.piece_shift = result.piece_shift;
   }
   const std::uint64_t fitting = plan.memory / 2 / _bytes_of_record();
   const std::uint64_t even = layout.listed / (plan.reduces * 2) + 1;

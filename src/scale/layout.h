@@ -15,6 +15,7 @@ namespace colx::scale {
 struct Layout {
   std::uint64_t listed = 0;      // N-grams that are listed
   std::uint64_t refused = 0;     // N-grams that the morphological filter refuses
+  unsigned piece_shift = 0;      // by which the reduction has counted first places
   std::size_t ranges = 1;        // of buckets of the listing, as the arranged files have them
   unsigned partition_bits = 0;   // of the hash of a pattern
   std::size_t most_records = 1;  // about so many records may be in memory when they are put in order

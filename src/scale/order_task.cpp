@@ -78,9 +78,11 @@ void order(const WorkFolder& folder, const Plan& plan, const Layout& layout, con
   std::string bytes;
   for (std::size_t task = 0; task < plan.reduces; ++task) {
     SegmentReader file(folder.file(arrange_name(task), "arranged"), arranged_kind);
-    for (std::size_t round = 0; round * layout.ranges < file.segments(); ++round)
+    for (std::size_t round = 0; round * layout.ranges < file.segments(); ++round) {
+      file.stop_ahead_of(round * layout.ranges + part.end_range);
       for (std::size_t range = part.first_range; range < part.end_range; ++range)
         bytes.append(file.read(round * layout.ranges + range));
+    }
   }
   const std::size_t members_size = settings::n * NGram::Member::size;
   std::vector<Entry> entries;

@@ -54,6 +54,8 @@ class Reducer {
   }
 
   void run(std::size_t begin, std::size_t end, TaskResult& done) {
+    for (Source& source : _sources)
+      source.file.stop_ahead_of(end);
     for (std::size_t bucket = begin; bucket < end; ++bucket) {
       _add_up(bucket);
       _write_out();
@@ -67,6 +69,7 @@ class Reducer {
     done.add_file("pieces", _pieces_file.finish());
     done.manifest().add("listed", _listed_count);
     done.manifest().add("refused", _refused_count);
+    done.manifest().add("piece_shift", _shift);
   }
 
  private:
@@ -162,7 +165,8 @@ unsigned piece_shift(std::uint64_t occurrences) {
 }
 
 ReduceResult ReduceResult::from(const Manifest& manifest) {
-  return {manifest.number("listed"), manifest.number("refused")};
+  return {manifest.number("listed"), manifest.number("refused"),
+          static_cast<unsigned>(manifest.number("piece_shift"))};
 }
 
 std::string reduce_name(std::size_t task) {

@@ -27,10 +27,11 @@ struct Occurrences {
 inline constexpr std::size_t most_pieces = 4096;
 unsigned piece_shift(std::uint64_t occurrences);
 
-// What a task says: how many N-grams the filter lets through, how many it refuses.
+// What a task says: how many N-grams the filter lets through, how many it refuses, and how first places are counted.
 struct ReduceResult {
   std::uint64_t listed = 0;
   std::uint64_t refused = 0;
+  unsigned piece_shift = 0;
 
   static ReduceResult from(const Manifest& manifest);
 };

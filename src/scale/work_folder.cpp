@@ -54,15 +54,27 @@ Manifest WorkFolder::result(const std::string& task) const {
 }
 
 std::uint64_t WorkFolder::mark(const std::string& task) const {
-  const std::optional<std::uint64_t> mark = Manifest::mark_of(file(task, done_name));
-  if (!mark) throw damaged_file(file(task, done_name), "is missing");
+  const std::string name = file(task, done_name);
+  struct stat status {};
+  if (::stat(name.c_str(), &status) != 0) status = {};
+  const Known now = {
+      {status.st_ino, static_cast<std::uint64_t>(status.st_size), static_cast<std::uint64_t>(status.st_mtim.tv_sec),
+       static_cast<std::uint64_t>(status.st_mtim.tv_nsec)},
+      0};
+  const auto known = _known.find(task);
+  if (known != _known.end() && known->second.file == now.file) return known->second.mark;
+  const std::optional<std::uint64_t> mark = Manifest::mark_of(name);
+  if (!mark) throw damaged_file(name, "is missing");
+  _known.insert_or_assign(task, Known{now.file, *mark});
   return *mark;
 }
 
 void WorkFolder::forget(const std::set<std::string>& tasks) const {
   // The manifests first, so that no task counts as done whose files are going.
-  for (const std::string& task : tasks)
+  for (const std::string& task : tasks) {
     ::unlink(file(task, done_name).c_str());
+    _known.erase(task);
+  }
   for (const auto& entry : std::filesystem::directory_iterator(_path)) {
     if (tasks.contains(maker(entry.path().string()))) ::unlink(entry.path().c_str());
   }

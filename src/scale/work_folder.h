@@ -3,7 +3,9 @@
 // The folder of intermediate files. A task of the name N leaves files N.something and, when it is done, the manifest
 // N.done, which lists them.
 
+#include <array>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -54,9 +56,16 @@ class WorkFolder {
   std::string maker(const std::string& file) const;
 
  private:
+  // A manifest whose checksum is known, as the system tells files apart.
+  struct Known {
+    std::array<std::uint64_t, 4> file;
+    std::uint64_t mark;
+  };
+
   bool _misses_files(const std::string& task) const;
 
   std::string _path;
+  mutable std::map<std::string, Known> _known;  // by task
 };
 
 // What a task says when it is done.

@@ -137,30 +137,33 @@ SegmentReader::SegmentReader(std::string path, std::string_view kind, std::size_
   _mark.size = _size_of(_file, _path);
   const Trailer trailer = _read_trailer(_file, _path, _mark.size);
   _mark.checksum = trailer.checksum;
-  _segments_end = _mark.size - trailer_size - trailer.segments * entry_size;
+  _ahead_end = _segments_end = _mark.size - trailer_size - trailer.segments * entry_size;
 
-  std::string summed(header_size + trailer.segments * entry_size, '\0');
-  _read_fully(_file, _path, 0, summed.data(), header_size);
-  _read_fully(_file, _path, _segments_end, summed.data() + header_size, summed.size() - header_size);
-  const char* from = summed.data() + magic.size();
-  if (!summed.starts_with(magic)) refuse("is no intermediate file of ngrex-scale");
+  _segments = trailer.segments;
+  _index.resize(header_size + trailer.segments * entry_size);
+  _read_fully(_file, _path, 0, _index.data(), header_size);
+  _read_fully(_file, _path, _segments_end, _index.data() + header_size, _index.size() - header_size);
+  const char* from = _index.data() + magic.size();
+  if (!_index.starts_with(magic)) refuse("is no intermediate file of ngrex-scale");
   if (get_fixed<std::uint32_t>(from) != version) refuse("is of another version");
   if (std::string_view(from, kind.size()) != kind) refuse("is of another kind");
-  if (checksum(summed) != trailer.checksum) refuse("is damaged");
-  from = summed.data() + header_size;
-  _ends.reserve(trailer.segments);
-  _checksums.reserve(trailer.segments);
-  for (std::uint64_t i = 0; i < trailer.segments; ++i) {
-    const auto end = get_fixed<std::uint64_t>(from);
-    _checksums.push_back(get_fixed<std::uint64_t>(from));
-    if (end < _begin(i) || end > _segments_end) refuse("is cut");
-    _ends.push_back(end);
-  }
+  if (checksum(_index) != trailer.checksum) refuse("is damaged");
+  if (_segments_end != (_segments == 0 ? header_size : _end(_segments - 1))) refuse("is cut");
   if (_hold == Hold::closed) _file = Descriptor();
 }
 
 std::uint64_t SegmentReader::_begin(std::size_t segment) const {
-  return segment == 0 ? header_size : _ends[segment - 1];
+  return segment == 0 ? header_size : _end(segment - 1);
+}
+
+std::uint64_t SegmentReader::_end(std::size_t segment) const {
+  const char* from = _index.data() + header_size + segment * entry_size;
+  return get_fixed<std::uint64_t>(from);
+}
+
+std::uint64_t SegmentReader::_checksum(std::size_t segment) const {
+  const char* from = _index.data() + header_size + segment * entry_size + sizeof(std::uint64_t);
+  return get_fixed<std::uint64_t>(from);
 }
 
 void SegmentReader::refuse(const std::string& reason) const {
@@ -170,7 +173,7 @@ void SegmentReader::refuse(const std::string& reason) const {
 // Makes what lies between two places of the file stand in the buffer.
 void SegmentReader::_load(std::uint64_t begin, std::uint64_t end) {
   if (begin >= _held_begin && end <= _held_end) return;
-  const std::uint64_t wanted = std::max(end, std::min(begin + _ahead, _segments_end));
+  const std::uint64_t wanted = std::max(end, std::min(begin + _ahead, _ahead_end));
   const auto size = static_cast<std::size_t>(wanted - begin);
   if (_buffer.size() < size) _buffer.resize(size);
   _held_begin = _held_end = 0;
@@ -185,10 +188,10 @@ void SegmentReader::_load(std::uint64_t begin, std::uint64_t end) {
 
 std::string_view SegmentReader::read(std::size_t segment) {
   const std::uint64_t begin = _begin(segment);
-  const auto length = static_cast<std::size_t>(_ends[segment] - begin);
-  _load(begin, _ends[segment]);
+  const auto length = static_cast<std::size_t>(size(segment));
+  _load(begin, begin + length);
   const std::string_view bytes(_buffer.data() + (begin - _held_begin), length);
-  if (checksum(bytes) != _checksums[segment]) refuse("is damaged");
+  if (checksum(bytes) != _checksum(segment)) refuse("is damaged");
   return bytes;
 }
 

@@ -78,10 +78,13 @@ class SegmentReader {
   SegmentReader(std::string path, std::string_view kind, std::size_t buffer = std::size_t{64} << 10,
                 Hold hold = Hold::open);
 
-  std::size_t segments() const { return _ends.size(); }
+  std::size_t segments() const { return _segments; }
 
   // Bytes of a segment.
-  std::uint64_t size(std::size_t segment) const { return _ends[segment] - _begin(segment); }
+  std::uint64_t size(std::size_t segment) const { return _end(segment) - _begin(segment); }
+
+  // No segment from `end` on will be read soon, so that reading ahead need not go there.
+  void stop_ahead_of(std::size_t end) { _ahead_end = _begin(end); }
 
   // The bytes of a segment, checked; valid until the next call.
   std::string_view read(std::size_t segment);
@@ -96,16 +99,19 @@ class SegmentReader {
   static constexpr std::size_t most_open = 256;
 
   std::uint64_t _begin(std::size_t segment) const;
+  std::uint64_t _end(std::size_t segment) const;
+  std::uint64_t _checksum(std::size_t segment) const;
   void _load(std::uint64_t begin, std::uint64_t end);
 
   std::string _path;
   Descriptor _file;
   Hold _hold;
   FileMark _mark;
-  std::vector<std::uint64_t> _ends;
-  std::vector<std::uint64_t> _checksums;
+  std::size_t _segments = 0;
+  std::string _index;  // behind the header, as in the file
   std::size_t _ahead;
   std::uint64_t _segments_end = 0;  // in the file
+  std::uint64_t _ahead_end = 0;     // in the file, how far to read ahead
   std::vector<char> _buffer;
   std::uint64_t _held_begin = 0;  // what of the file stands in the buffer
   std::uint64_t _held_end = 0;

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "scale/spent_files.h"
+#include "spill/damaged_file.h"
 #include "tests/support/temporary_folder.h"
 
 namespace colx::scale {
@@ -44,6 +45,19 @@ TEST_F(WorkFolderTest, ATaskIsDoneWithItsFilesAndWithoutThoseThatMayGo) {
   EXPECT_FALSE(folder.done("order-7").has_value());
   temporary.write("map-7.run-0", "something else");
   EXPECT_FALSE(folder.done("map-7").has_value());
+}
+
+TEST_F(WorkFolderTest, TheMarkOfATaskIsThatOfWhatItHasLeftLast) {
+  make("map-7", "run-0");
+  const std::uint64_t mark = folder.mark("map-7");
+  EXPECT_EQ(folder.mark("map-7"), mark);
+  EXPECT_EQ(folder.mark("map-7"), folder.result("map-7").mark());
+  make("map-7", "run-1");
+  EXPECT_NE(folder.mark("map-7"), mark);
+  folder.forget("map-7");
+  EXPECT_THROW(folder.mark("map-7"), damaged_file);
+  make("map-7", "run-0");
+  EXPECT_EQ(folder.mark("map-7"), mark);
 }
 
 TEST_F(WorkFolderTest, FilesGoBehindTheStepThatReadsThemLast) {

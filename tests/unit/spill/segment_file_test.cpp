@@ -63,6 +63,17 @@ TEST_F(SegmentFileTest, GivesSegmentsBackInAnyOrder) {
   EXPECT_EQ(mark_of(path), mark);
 }
 
+TEST_F(SegmentFileTest, GivesAllSegmentsBackWhereverReadingAheadIsToStop) {
+  const std::vector<std::string> segments = {"first", "second", "third", "fourth"};
+  write(segments);
+  SegmentReader reader(path, "test");
+  for (const std::size_t stop : std::vector<std::size_t>{2, 0, 4, 1}) {
+    reader.stop_ahead_of(stop);
+    for (std::size_t i = 0; i < segments.size(); ++i)
+      EXPECT_EQ(reader.read(i), segments[i]) << stop;
+  }
+}
+
 TEST_F(SegmentFileTest, StandsUnderItsNameOnlyWhenItIsComplete) {
   {
     SegmentWriter writer(path, "test");
