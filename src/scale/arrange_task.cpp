@@ -9,6 +9,7 @@
 
 #include "model/ngram_hash.h"
 #include "scale/patterns.h"
+#include "scale/progress.h"
 #include "scale/records.h"
 #include "scale/reduce_task.h"
 #include "spill/encoding.h"
@@ -104,6 +105,7 @@ class Arranger {
         _bytes.append(begin, static_cast<std::size_t>(from - begin));
         ++_counts[range];
       }
+      Progress::set(i, listed.segments());
       if (_bytes.size() + _records.size() * 2 * sizeof(Record) > most_bytes) _write_round();
     }
     if (!_records.empty()) _write_round();

@@ -14,6 +14,7 @@
 #include "scale/number_task.h"
 #include "scale/order_task.h"
 #include "scale/patterns.h"
+#include "scale/progress.h"
 #include "scale/sum_table.h"
 #include "spill/encoding.h"
 
@@ -49,6 +50,7 @@ class PatternCounter {
     for (std::size_t pair = pairs.first; pair < pairs.end; ++pair) {
       const auto type = static_cast<std::uint8_t>((pair >> _layout.partition_bits) + 1);
       with_members_of(type, [&]<unsigned K>() { _count<K>(type, pair); });
+      Progress::set(pair - pairs.first, pairs.end - pairs.first);
     }
     done.add_file("frequencies", _frequencies.finish());
     for (const std::uint64_t count : _different)

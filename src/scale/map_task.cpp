@@ -12,6 +12,7 @@
 #include "extraction/occurrence_members.h"
 #include "extraction/tag_filters.h"
 #include "scale/filters.h"
+#include "scale/progress.h"
 #include "scale/run_table.h"
 #include "scale/scan_task.h"
 #include "scale/shard_words.h"
@@ -40,6 +41,8 @@ class Mapper {
   void run(const NumberedShard& numbered, TaskResult& done) {
     const ScannedShard scanned = ScannedShard::from(_folder.result(scan_name(_shard)));
     ShardWordsReader words(_folder.file(scan_name(_shard), "words"));
+    for (const ScanResult& datafile : scanned.datafiles)
+      _all_sentences += datafile.sentences;
     for (std::size_t d = 0; d < scanned.datafiles.size(); ++d)
       _take_datafile(words, scanned.datafiles[d].sentences, numbered.extracted_sentences.at(d), done.manifest());
     if (!_table.empty()) _write_run();
@@ -55,8 +58,10 @@ class Mapper {
     const std::uint64_t passed_before = _passed;
     const std::vector<std::uint32_t> matched_before = _rules.stats.matched;
     std::span<const PackedWord> packed;
-    for (std::uint64_t i = 0; i < sentences && words.next(packed); ++i)
+    for (std::uint64_t i = 0; i < sentences && words.next(packed); ++i) {
+      if (_sentences++ % Progress::sentences_of_a_report == 0) Progress::set(_sentences, _all_sentences);
       if (i < extracted) _take(packed);
+    }
     _flush();
     Manifest::Fields line{"datafile", std::to_string(_occurrences - occurrences_before),
                           std::to_string(_passed - passed_before)};
@@ -110,6 +115,8 @@ class Mapper {
   NTree _tree;
   SubtreeEnumerator _enumerator;
   OccurrenceBatch _batch;
+  std::uint64_t _sentences = 0;
+  std::uint64_t _all_sentences = 0;
   std::uint64_t _occurrences = 0;
   std::uint64_t _passed = 0;
   std::vector<FileMark> _marks;

@@ -13,6 +13,7 @@
 #include "corpus/datafile_format.h"
 #include "scale/extracted_sentences.h"
 #include "scale/number_files.h"
+#include "scale/progress.h"
 #include "scale/scan_task.h"
 #include "scale/shard_warnings.h"
 #include "scale/texts_file.h"
@@ -46,6 +47,7 @@ class Numberer {
         _take_pieces(k, end);
       }
       k = end;
+      Progress::set(k, _plan.shards.size());
     }
   }
 
@@ -264,6 +266,7 @@ void tell_messages(const WorkFolder& folder, const Manifest& numbering, std::siz
   std::size_t number = 0;
   const auto warn = [&](std::string_view warning) {
     if (number++ < told) return;
+    Progress::hide();
     error.warning(warning);
     ++told;
   };

@@ -21,7 +21,7 @@ constexpr std::string_view commands[] = {"run", "plan", "write", "steps"};
 void _print_help(Options& options, const GivenOption& given);
 void _print_version(Options& options, const GivenOption& given);
 
-constexpr std::array<Option<Options>, 9> _rows = {{
+constexpr std::array<Option<Options>, 11> _rows = {{
     {{"--jobs", "K", "processes at a time; the default is the number of processors"},
      [](Options& options, const GivenOption& given) { options.jobs = whole_number(given, 1); }},
     {{"--memory", "SIZE",
@@ -41,6 +41,11 @@ constexpr std::array<Option<Options>, 9> _rows = {{
      [](Options& options, const GivenOption&) { options.drop = true; }},
     {{"--shard", "SIZE", "bytes of a datafile that are a task of their own; the default depends on the corpus"},
      [](Options& options, const GivenOption& given) { options.shard = memory_size(given); }},
+    {{"--keep-going", "",
+      "when a task fails, do the other tasks of its step all the same, and say all failures at the end"},
+     [](Options& options, const GivenOption&) { options.keep_going = true; }},
+    {{"--quiet", "", "no progress bar; warnings and errors are said all the same"},
+     [](Options& options, const GivenOption&) { options.quiet = true; }},
     {{"--task", "K", "of a step the first task to be done, counted from 0, which is the default"},
      [](Options& options, const GivenOption& given) { options.task = whole_number(given, 0); }},
     {{"--of", "N", "of a step every N-th task from --task on; the default is 1"},
@@ -106,6 +111,8 @@ bool _is_foreign(std::string_view option, const std::string& command) {
   if (option == "--task" || option == "--of") return !_is_step(command);
   if (option == "--memory" || option == "--shard") return command != "run" && command != "plan";
   if (option == "--drop") return command != "run";
+  if (option == "--quiet") return command != "run" && command != "write";
+  if (option == "--keep-going") return command != "run" && !_is_step(command);
   return option == "--jobs" && _is_step(command);
 }
 

@@ -19,6 +19,8 @@ struct Options {
   std::size_t memory = 0;  // bytes for each process; 0: not said
   std::optional<std::string> work;
   bool drop = false;        // whether what is not needed any more goes from a folder that was named, too
+  bool keep_going = false;  // whether a task that fails lets the others of its step go on
+  bool quiet = false;       // no progress bar
   std::uint64_t shard = 0;  // bytes; 0: not said
   std::size_t task = 0;     // of a step: the first task to be done, and how far the next one is
   std::size_t of = 1;

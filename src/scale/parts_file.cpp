@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "base/errors.h"
+#include "scale/progress.h"
 #include "scale/task_pool.h"
 
 namespace colx::scale {
@@ -180,6 +181,7 @@ void _work(const NewFile& file, const PartsFile& content, Queue& queue) {
     buffer.begin(part);
     _with_stream(buffer, [&](std::ostream& out) { content.make(part, out); });
     buffer.finish();
+    Progress::finish();
   }
 }
 
@@ -207,8 +209,11 @@ void write_parts(const NewFile& file, const PartsFile& content) {
   }
   NewFileBuffer buffer(file);
   _with_stream(buffer, [&](std::ostream& out) {
-    for (std::size_t part = 0; part < content.parts; ++part)
+    for (std::size_t part = 0; part < content.parts; ++part) {
       content.make(part, out);
+      Progress::finish();
+      Progress::draw();
+    }
   });
 }
 

@@ -4,8 +4,8 @@
 
 #include "companion/errors.h"
 #include "scale/number_task.h"
+#include "scale/progress.h"
 #include "scale/steps.h"
-#include "scale/task_pool.h"
 #include "spill/damaged_file.h"
 
 namespace colx::scale {
@@ -16,13 +16,15 @@ namespace {
 constexpr int most_attempts = 64;
 
 // Does a step; without jobs, looks whether it is done.
-void _do_step(std::string_view name, const WorkFolder& folder, const Plan& plan, std::size_t jobs) {
+void _do_step(std::string_view name, const WorkFolder& folder, const Plan& plan, std::size_t jobs,
+              OnFailure on_failure = OnFailure::stop) {
   const Step step = step_of(name, folder, plan);
   std::vector<Task> tasks;
   for (std::size_t k = 0; k < step.tasks; ++k)
     tasks.push_back(step.task(k));
   if (jobs > 0) {
-    do_tasks(folder, tasks, jobs);
+    Progress::begin_stage(name, tasks.size());
+    do_tasks(folder, tasks, jobs, on_failure);
   } else if (!all_done(folder, tasks)) {
     throw input_error("the counts in the folder " + folder.path() + " are not complete: ngrex-scale run has not ended");
   }
@@ -30,13 +32,13 @@ void _do_step(std::string_view name, const WorkFolder& folder, const Plan& plan,
 
 }  // namespace
 
-void count_all(const WorkFolder& folder, const Plan& plan, std::size_t jobs, bool drop,
+void count_all(const WorkFolder& folder, const Plan& plan, std::size_t jobs, OnFailure on_failure, bool drop,
                const std::function<void()>& use) {
   std::size_t told = 0;
   for (int attempt = 1;; ++attempt) {
     try {
       for (const std::string_view name : step_names) {
-        _do_step(name, folder, plan, jobs);
+        _do_step(name, folder, plan, jobs, on_failure);
         if (name == number_name) tell_messages(folder, folder.result(number_name), told);
         if (drop) folder.drop_spent(name);
       }

@@ -11,6 +11,7 @@
 #include "scale/filters.h"
 #include "scale/map_task.h"
 #include "scale/number_task.h"
+#include "scale/progress.h"
 #include "scale/records.h"
 #include "scale/records_writer.h"
 #include "scale/run_table.h"
@@ -59,6 +60,7 @@ class Reducer {
     for (std::size_t bucket = begin; bucket < end; ++bucket) {
       _add_up(bucket);
       _write_out();
+      Progress::set(bucket - begin, end - begin);
     }
     done.add_file("listed", _listed.finish());
     done.add_file("refused", _refused.finish());

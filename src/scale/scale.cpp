@@ -1,11 +1,13 @@
 #include "scale/scale.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <exception>
 #include <filesystem>
 #include <iostream>
 #include <new>
@@ -17,6 +19,7 @@
 #include "base/config.h"
 #include "base/errors.h"
 #include "base/notifier.h"
+#include "companion/descriptor.h"
 #include "companion/errors.h"
 #include "companion/memory_size.h"
 #include "companion/new_file.h"
@@ -27,6 +30,7 @@
 #include "scale/options.h"
 #include "scale/pipeline.h"
 #include "scale/plan.h"
+#include "scale/progress.h"
 #include "scale/single_step.h"
 #include "scale/steps.h"
 #include "scale/unfinished_output.h"
@@ -59,6 +63,20 @@ void _check_outputs() {
   _check_output(settings::context_output_file, "Cannot open context output file: ");
   _check_output(settings::stats_file, "Cannot open file to save statistics: ");
   _check_output(settings::morphologic_filter_stats_file, "Cannot open file to save morphologic filter statistics: ");
+}
+
+// Whether an output goes where the bar would be.
+bool _writes_to_terminal() {
+  const auto is_terminal = [](const char* path) {
+    struct stat status {};
+    if (path == nullptr || ::stat(path, &status) != 0 || !S_ISCHR(status.st_mode)) return false;
+    const int number = ::open(path, O_WRONLY | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (number < 0) return false;
+    const Descriptor file(number);
+    return ::isatty(number) == 1;
+  };
+  return is_terminal(settings::output_file) || is_terminal(settings::context_output_file) ||
+         is_terminal(settings::stats_file) || is_terminal(settings::morphologic_filter_stats_file);
 }
 
 // A folder beside the output; where that is no file, in the folder for temporary files.
@@ -111,6 +129,10 @@ void _plan(const Options& options, const Notifier& error, const Use& use) {
   _check_outputs();
 
   const UsedFolder used(options.work);
+  std::vector<std::string_view> stages{"plan"};
+  stages.insert(stages.end(), std::begin(step_names), std::end(step_names));
+  stages.emplace_back("write");
+  const WorkBar bar(stages, settings::n, options.command == "run" && !options.quiet && !_writes_to_terminal());
   remove_unfinished_output(used.folder());
   Plan plan;
   plan.words = options.words;
@@ -129,7 +151,9 @@ void _plan(const Options& options, const Notifier& error, const Use& use) {
 void _run(const Options& options, const Notifier& error) {
   _plan(options, error, [&](const UsedFolder& used, const Plan& plan) {
     const bool drop = options.drop || !options.work;
-    count_all(used.folder(), plan, _jobs(options), drop, [&] { write_files(used.folder(), plan, _jobs(options)); });
+    const OnFailure on_failure = options.keep_going ? OnFailure::keep_going : OnFailure::stop;
+    count_all(used.folder(), plan, _jobs(options), on_failure, drop,
+              [&] { write_files(used.folder(), plan, _jobs(options)); });
     used.finish();
   });
 }
@@ -188,6 +212,7 @@ void _write(const Options& options, const Notifier& error) {
     paths.push_back(datafile.path);
   check_output_paths(paths);
   _check_outputs();
+  const WorkBar bar({"write"}, settings::n, !options.quiet && !_writes_to_terminal());
   write_files(folder, plan, _jobs(options));
 }
 
@@ -208,7 +233,19 @@ void _do(const Options& options, const Notifier& error) {
   if (!options.words.empty())
     throw usage_error(
         fmt::format("{} takes no {}: what is to be done is in the folder", options.command, options.words[0]));
-  do_step(WorkFolder(*options.work), options.command, options.task, options.of);
+  do_step(WorkFolder(*options.work), options.command, options.task, options.of,
+          options.keep_going ? OnFailure::keep_going : OnFailure::stop);
+}
+
+// Says a failure as it is said when it is the only one.
+void _tell(const std::exception_ptr& failure, const Notifier& error) {
+  try {
+    std::rethrow_exception(failure);
+  } catch (const fatal_error& fatal) {
+    error.fatal_error(fatal.what());
+  } catch (const std::exception& other) {
+    std::cerr << program.name << ": " << other.what() << std::endl;
+  }
 }
 
 }  // namespace
@@ -223,6 +260,10 @@ int scale(const std::vector<std::string>& arguments) {
     _do(*options, error);
     return EXIT_SUCCESS;
   } catch (const Ended&) {
+    return EXIT_FAILURE;
+  } catch (const several_failures& failures) {
+    for (const std::exception_ptr& failure : failures.all())
+      _tell(failure, error);
     return EXIT_FAILURE;
   } catch (const fatal_error& failure) {
     error.fatal_error(failure.what());

@@ -16,6 +16,7 @@
 #include "corpus/parser.h"
 #include "corpus/store_overflow.h"
 #include "corpus/string_store.h"
+#include "scale/progress.h"
 #include "scale/shard_text.h"
 #include "scale/shard_warnings.h"
 #include "scale/shard_words.h"
@@ -57,6 +58,7 @@ class Reading {
   Parser& parser() { return *_parser; }
   bool failed() const { return _stream.fail(); }
   std::uint64_t begin() const { return _begin; }
+  std::uint64_t size() const { return _soft_end - std::min(_begin, _soft_end); }  // about
   std::uint64_t end() const {
     return _begin + static_cast<std::uint64_t>(std::max<std::int64_t>(_parser->position(), 0));
   }
@@ -132,7 +134,7 @@ class Scanner {
   void _read_sentences(Reading& reading, ScanResult& result) {
     WordQueue queue;
     while (reading.parser().next(1, ContextWindow::sentences, queue)) {
-      ++result.sentences;
+      if (result.sentences++ % Progress::sentences_of_a_report == 0) _say_progress(reading);
       result.words += queue.size();
       _words.add({queue.begin(), queue.end()});
       queue.drop_front(queue.size());
@@ -140,6 +142,13 @@ class Scanner {
       result.last_unreadable = reading.failed();
       if (only_first_sentence()) return;
     }
+  }
+
+  void _say_progress(const Reading& reading) const {
+    const auto read = static_cast<double>(reading.end() - reading.begin());
+    const double part = read / static_cast<double>(std::max<std::uint64_t>(reading.size(), 1));
+    Progress::set((static_cast<double>(_result.datafiles.size()) + std::min(part, 1.0)) /
+                  static_cast<double>(_shard.datafiles));
   }
 
   template <typename Index>

@@ -28,18 +28,23 @@ void _tell(const WorkFolder& folder) {
 
 }  // namespace
 
-void do_step(const WorkFolder& folder, std::string_view name, std::size_t first, std::size_t distance) {
+void do_step(const WorkFolder& folder, std::string_view name, std::size_t first, std::size_t distance,
+             OnFailure on_failure) {
   const Plan plan = load_plan(folder);
   const FolderLock lock(folder, FolderLock::Use::shared);
   plan.apply_options();
   NGram::init();
   const Step step = step_of(name, folder, plan);
+  Failures failures(on_failure);
   for (std::size_t k = first; k < step.tasks; k += distance) {
-    // What a task depends on may be different when another process has been at it.
-    const TaskLock of_task(folder, step.task(k).name);
-    do_tasks(folder, {step.task(k)}, 1);
-    if (name == number_name) _tell(folder);
+    failures.watch([&] {
+      // What a task depends on may be different when another process has been at it.
+      const TaskLock of_task(folder, step.task(k).name);
+      do_tasks(folder, {step.task(k)}, 1);
+      if (name == number_name) _tell(folder);
+    });
   }
+  failures.tell();
 }
 
 Plan load_plan(const WorkFolder& folder) {

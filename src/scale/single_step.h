@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "scale/plan.h"
+#include "scale/task_pool.h"
 
 namespace colx::scale {
 
@@ -14,7 +15,9 @@ namespace colx::scale {
 // and where the steps before are over. A task that is done already is not done again; of one at which another process
 // is, here or on another machine, the end is awaited. Behind "number" says what ngrex says while it reads the
 // datafiles. Throws fatal_error for what ends ngrex as well, input_error without a plan, and damaged_file.
-void do_step(const WorkFolder& folder, std::string_view name, std::size_t first, std::size_t distance);
+// If the others are to keep going when a task fails, failures are thrown when all have been tried.
+void do_step(const WorkFolder& folder, std::string_view name, std::size_t first, std::size_t distance,
+             OnFailure on_failure = OnFailure::stop);
 
 // The plan of a folder. Throws input_error when there is none, and damaged_file.
 Plan load_plan(const WorkFolder& folder);

@@ -1,5 +1,6 @@
 #include "scale/task_pool.h"
 
+#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -8,6 +9,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <exception>
 #include <map>
 #include <new>
 #include <set>
@@ -18,6 +20,7 @@
 #include "base/errors.h"
 #include "companion/descriptor.h"
 #include "companion/errors.h"
+#include "scale/progress.h"
 #include "spill/damaged_file.h"
 
 namespace colx::scale {
@@ -26,6 +29,7 @@ namespace {
 
 // How a process ends, and the first letter of what it says then.
 constexpr int failed = 3;
+constexpr int moment = 200;  // milliseconds until a progress bar is drawn again
 constexpr char damaged_letter = 'D';
 constexpr char fatal_letter = 'F';
 constexpr char output_letter = 'W';
@@ -92,6 +96,8 @@ class Processes {
 
   // Waits for one to end, and throws its failure.
   void wait() {
+    while (Progress::is_shown() && !_is_any_over())
+      Progress::draw();
     int status = 0;
     pid_t pid;
     do
@@ -112,6 +118,14 @@ class Processes {
     std::string name;
     Descriptor pipe;
   };
+
+  // Whether one ends, or fails, within a moment: nobody else has the other end of its pipe.
+  bool _is_any_over() const {
+    std::vector<pollfd> pipes;
+    for (const auto& [pid, process] : _running)
+      pipes.push_back({process.pipe.number(), POLLIN, 0});
+    return ::poll(pipes.data(), pipes.size(), moment) != 0;
+  }
 
   [[noreturn]] static void _throw_failure(const Running& process) {
     std::string text;
@@ -141,11 +155,29 @@ bool _is_done(const WorkFolder& folder, const Task& task) {
 
 }  // namespace
 
+void Failures::watch(const std::function<void()>& something) {
+  if (_on_failure == OnFailure::stop) return something();
+  try {
+    something();
+  } catch (const damaged_file&) {
+    // It can be made again, and what depends on it then done.
+    if (!_damaged) _damaged = std::current_exception();
+  } catch (const std::exception&) {
+    _all.push_back(std::current_exception());
+  }
+}
+
+void Failures::tell() const {
+  if (_damaged) std::rethrow_exception(_damaged);
+  if (_all.size() == 1) std::rethrow_exception(_all[0]);
+  if (!_all.empty()) throw several_failures(_all);
+}
+
 bool all_done(const WorkFolder& folder, const std::vector<Task>& tasks) {
   return std::all_of(tasks.begin(), tasks.end(), [&](const Task& task) { return _is_done(folder, task); });
 }
 
-void do_tasks(const WorkFolder& folder, const std::vector<Task>& tasks, std::size_t jobs) {
+void do_tasks(const WorkFolder& folder, const std::vector<Task>& tasks, std::size_t jobs, OnFailure on_failure) {
   std::vector<const Task*> waiting;
   std::set<std::string> names;
   for (const Task& task : tasks) {
@@ -153,16 +185,24 @@ void do_tasks(const WorkFolder& folder, const std::vector<Task>& tasks, std::siz
     waiting.push_back(&task);
     names.insert(task.name);
   }
+  Progress::keep(tasks.size() - waiting.size());
   if (waiting.empty()) return;
   folder.forget(names);
+  Failures failures(on_failure);
   Processes processes;
   for (const Task* task : waiting) {
     while (processes.size() >= jobs)
-      processes.wait();
-    processes.start(*task);
+      failures.watch([&] { processes.wait(); });
+    failures.watch([&] {
+      processes.start({task->name, task->key, [task] {
+                         task->body();
+                         Progress::finish();
+                       }});
+    });
   }
   while (processes.size() > 0)
-    processes.wait();
+    failures.watch([&] { processes.wait(); });
+  failures.tell();
 }
 
 void do_together(const std::vector<Task>& tasks) {

@@ -32,6 +32,7 @@
 #include "scale/parts.h"
 #include "scale/parts_file.h"
 #include "scale/patterns.h"
+#include "scale/progress.h"
 #include "scale/reduce_task.h"
 #include "scale/saturation.h"
 #include "scale/unfinished_output.h"
@@ -280,8 +281,11 @@ void write_files(const WorkFolder& folder, const Plan& plan, std::size_t jobs) {
   _make_file(folder, settings::stats_file, [&](std::ostream& out) { results.write_statistics(out); });
   _make_file(folder, settings::morphologic_filter_stats_file,
              [&](std::ostream& out) { results.write_filter_statistics(out); });
-  _make_file(folder, settings::output_file, results.output(jobs));
+  const PartsFile output = results.output(jobs);
+  Progress::begin_stage("write", output.parts);
+  _make_file(folder, settings::output_file, output);
   _make_file(folder, settings::context_output_file, [&](std::ostream& out) { write_context_file(folder, out); });
+  Progress::hide();
   if (results.overflowing())
     Notifier(std::cerr).warning(
         "Counts pass " + std::to_string(limits::frequency) +

@@ -98,6 +98,45 @@ def main():
         got, _ = on_terminal([importer, "bank"], folder, ["out", "err"])
         expect("#" not in got and got.startswith("1\tw\tw\t"), "a datafile on a terminal without a bar", got[:200])
 
+        def lines_of_bar(shown):
+            """The bars on a line, having checked that they grow and fit."""
+            lines = [bar.removesuffix("\x1b[K") for bar in shown.split("\r")[1:]]
+            expect("\n" not in shown and all(len(bar) < 80 for bar in lines), "bars on one line", shown)
+            percents = [int(bar[53:56]) for bar in lines]
+            expect(percents == sorted(percents) and all(bar[0] == "[" and bar[51:53] == "] " and bar[56] == "%" for bar in lines),
+                   "growing bars", lines)
+            return percents
+
+        scale = [os.path.join(build, "ngrex-scale"), "run", "--jobs", "2", "--shard", "8K", "-i", "banks", "-n", "2"]
+        with open(os.path.join(folder, "banks"), "w", encoding="utf-8") as file:
+            file.write("words\nodd\n")
+        subprocess.run([importer, "-q", "-o", "words", "bank"], cwd=folder, check=True)
+        with open(os.path.join(folder, "odd"), "w", encoding="utf-8") as file:
+            file.write("2 w big A 2 Atr\n\n")
+        for environment in (clean, {"NO_COLOR": "1"}):
+            got, _ = on_terminal([*scale, "-o", "pairs.s", "--work", "counts"], folder, ["err"], environment)
+            before, _, behind = got.partition("\r\x1b[KWARNING: ")
+            warning, _, behind = behind.partition("\n")
+            after, _, rest = behind.partition("\r\x1b[K")
+            percents = lines_of_bar(before) + lines_of_bar(after)
+            expect(percents == sorted(percents) and percents[0] == 0 and len(percents) > 5, "work that grows", percents)
+            expect("line 1" in warning and rest == "", "a warning between bars, and nothing behind them", got)
+        got, _ = on_terminal([scale[0], "write", "--work", "counts", "-o", "pairs.s"], folder, ["err"])
+        expect(got.startswith("\r[") and got.endswith("%\r\x1b[K"), "a bar while files are written", got)
+        for quiet in (["--quiet"], ["--quiet", "--work", "counts"]):
+            got, _ = on_terminal([*scale, *quiet, "-o", "pairs.s"], folder, ["err"])
+            expect(got.startswith("WARNING: ") and got.count("\n") == 1 and "\r" not in got, "warnings without a bar", got)
+        got, _ = on_terminal([*scale, "-o", "/dev/stdout"], folder, ["out", "err"])
+        expect("\r[" not in got and got.startswith("WARNING: "), "an output datafile on a terminal without a bar", got[:200])
+        got, rest = on_terminal([*scale, "-o", "pairs.s"], folder, ["out"])
+        expect(got == "" and rest.startswith("WARNING: ") and "\r" not in rest, "no bar into a pipe", rest)
+        for redirection in ("2>&-", "<&- >&- 2>&-"):
+            expect(closed([*scale, "-o", "pairs.c"], folder, redirection).returncode == 0, f"ngrex-scale {redirection}", None)
+            for name in ("pairs.s", "pairs.c"):
+                with open(os.path.join(folder, name), encoding="utf-8") as file:
+                    text = file.read()
+                expect(text.startswith("1\t"), f"{name} with {redirection}", text[:100])
+
         got = closed([importer, "-o", "words", "--check-nothing"], folder, "2>&-")
         expect(got.returncode == 2, "usage error with closed standard error", got)
         with open(os.path.join(folder, "bad"), "w", encoding="utf-8") as file:

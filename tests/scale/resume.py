@@ -307,6 +307,36 @@ def check_small_datafiles(bench, options):
   assert len(scans) == 1, scans
 
 
+def check_keep_going(bench, options):
+  """What does not depend on a task that fails is done, if that is asked for, and all failures are told."""
+  expected = bench.expect(*options)
+  assert bench.scaled(*options) == expected
+  for name in bench.intermediate():
+    if name.startswith("map-"):
+      os.remove(bench.path("work/" + name))
+  shards = sum(name.startswith("scan-") and name.endswith(".done") for name in bench.intermediate())
+  assert shards > 3
+  in_the_way = ["map-0.run-0", "map-2.run-0"]
+  for name in in_the_way:
+    os.mkdir(bench.path("work/" + name))
+  steps = ([bench.scale, "run", *options, "-o", "out.s", "-s", "stats.s", "--work", "work", "--jobs", "1"],
+           [bench.scale, "map", "--work", "work"])
+  for command in steps:
+    err = bench.run(*command, status=1)
+    assert b"cannot rename work/map-0.run-0." in err and b"map-2.run-0" not in err, err
+    assert not [name for name in bench.times() if name.startswith("map-")]
+  for command in reversed(steps):
+    err = bench.run(*command, "--keep-going", status=1)
+    lines = [line for line in err.decode().splitlines() if not line.startswith("WARNING: ")]
+    assert len(lines) == 2 and all(line.startswith("ngrex-scale: cannot rename work/" + name)
+                                   for line, name in zip(lines, in_the_way)), err
+    maps = sum(name.startswith("map-") for name in bench.times())
+    assert maps == shards - 2, (maps, shards)
+  for name in in_the_way:
+    os.rmdir(bench.path("work/" + name))
+  assert bench.scaled(*options, "--keep-going") == expected
+
+
 def check_many_shards(bench, options):
   """More runs than files that may be open."""
   def limit():
@@ -338,7 +368,7 @@ def main():
   plain = ["-i", "list", "-n", "2"]
   for check, line in ((check_kills, options), (check_nothing_done_twice, plain), (check_damage, plain),
                       (check_damaged_warnings, plain), (check_damaged_plan, plain), (check_usual_folder, plain),
-                      (check_file_size, plain), (check_lock, plain), (check_write, options), (check_lists, plain),
+                      (check_file_size, plain), (check_lock, plain), (check_write, options), (check_lists, plain), (check_keep_going, plain),
                       (check_small_datafiles, options),
                       (check_many_shards, plain)):
     with tempfile.TemporaryDirectory(prefix="ngrex-scale-resume-") as folder:
