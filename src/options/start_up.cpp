@@ -45,7 +45,23 @@ bool _load_context_filter(UniRulesFilter& filter, const Notifier& error) {
   return filter.read_rules(file) || _unreadable(file, error);
 }
 
-void _warn_of_thresholds_for_pairs(const Notifier& error) {
+}  // namespace
+
+bool check_settings(const Notifier& error) {
+  if (settings::ready() && settings::correct()) return true;
+  error.fatal_error(settings::ready() ? "Some of the program parameters are in incorrect format!"
+                                      : "Some of the mandatory program parameters are missing!");
+  return false;
+}
+
+void warn_of_missing_filter(const Notifier& error) {
+  if (settings::morphologic_filter_stats_file == nullptr || settings::morphologic_filter_file != nullptr) return;
+  error.warning(
+      "Morphologic filter is not turn on (parameter -f not specified). Morphologic filter stats cannot be "
+      "retrieved...");
+}
+
+void warn_of_thresholds_for_pairs(const Notifier& error) {
   if (settings::n == 2) return;
   const auto warn = [&](double threshold, std::string_view measure) {
     if (threshold > 0.0) {
@@ -58,24 +74,11 @@ void _warn_of_thresholds_for_pairs(const Notifier& error) {
   warn(settings::thresholds.z_score, "z score");
 }
 
-}  // namespace
-
-bool check_settings(const Notifier& error) {
-  if (settings::ready() && settings::correct()) return true;
-  error.fatal_error(settings::ready() ? "Some of the program parameters are in incorrect format!"
-                                      : "Some of the mandatory program parameters are missing!");
-  return false;
-}
-
 bool load_rules(MultiRulesFilter& morphologic_filter, UniRulesFilter& context_filter, const Notifier& error) {
   if (!_load_morphologic_filter(morphologic_filter, error)) return false;
-  if (settings::morphologic_filter_stats_file != nullptr && settings::morphologic_filter_file == nullptr) {
-    error.warning(
-        "Morphologic filter is not turn on (parameter -f not specified). Morphologic filter stats cannot be "
-        "retrieved...");
-  }
+  warn_of_missing_filter(error);
   if (!_load_context_filter(context_filter, error)) return false;
-  _warn_of_thresholds_for_pairs(error);
+  warn_of_thresholds_for_pairs(error);
   return true;
 }
 

@@ -15,6 +15,12 @@ namespace colx {
 // Returns false, having said why, when the settings are not complete or not correct.
 bool check_settings(const Notifier& error);
 
+// Warns when statistics are asked for of a filter that there is none of.
+void warn_of_missing_filter(const Notifier& error);
+
+// Warns of thresholds that are for pairs when N-grams are none.
+void warn_of_thresholds_for_pairs(const Notifier& error);
+
 // Loads the rule files into the filters and warns of settings without effect. Returns false, having said why, when a
 // rule file cannot be opened. Throws fatal_error when one cannot be read to its end.
 bool load_rules(MultiRulesFilter& morphologic_filter, UniRulesFilter& context_filter, const Notifier& error);

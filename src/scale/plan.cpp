@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <map>
 #include <set>
 #include <utility>
 
@@ -15,6 +16,7 @@
 #include "companion/errors.h"
 #include "companion/new_file.h"
 #include "options/params.h"
+#include "scale/content_versions.h"
 #include "spill/damaged_file.h"
 #include "spill/encoding.h"
 
@@ -58,32 +60,26 @@ std::uint64_t _copy(const std::string& from, const std::string& to) {
   return size;
 }
 
-// The checksum of all bytes of a file. Throws input_error.
-std::uint64_t _content(const std::string& path) {
-  const Descriptor file = open_for_reading(path == "-" ? "./-" : path);
-  std::vector<char> piece(std::size_t{1} << 20);
-  std::string sums;
-  for (std::size_t held = 0;;) {
-    const std::size_t count = file.read_some(piece.data() + held, piece.size() - held, path);
-    held += count;
-    if (count > 0 && held < piece.size()) continue;
-    append_fixed(sums, checksum({piece.data(), held}));
-    if (count == 0) return checksum(sums);
-    held = 0;
+// What is known of datafiles that have not changed since.
+class KnownVersions {
+ public:
+  explicit KnownVersions(const std::optional<Plan>& before) {
+    if (!before) return;
+    for (const Datafile& datafile : before->datafiles)
+      if (datafile.stamp != 0) _versions.emplace(std::pair(datafile.path, datafile.stamp), datafile.version);
   }
-}
 
-// What is known of a datafile that has not changed since.
-const Datafile* _as_before(const std::optional<Plan>& before, const Datafile& datafile) {
-  if (!before) return nullptr;
-  const auto found = std::find_if(before->datafiles.begin(), before->datafiles.end(), [&](const Datafile& known) {
-    return known.path == datafile.path && known.stamp == datafile.stamp && known.stamp != 0;
-  });
-  return found == before->datafiles.end() ? nullptr : &*found;
-}
+  std::optional<std::uint64_t> find(const Datafile& datafile) const {
+    const auto found = _versions.find({datafile.path, datafile.stamp});
+    return found == _versions.end() ? std::nullopt : std::optional(found->second);
+  }
 
-Datafile _look_at(const WorkFolder& folder, const std::string& path, std::size_t number,
-                  const std::optional<Plan>& before) {
+ private:
+  std::map<std::pair<std::string, std::uint64_t>, std::uint64_t> _versions;  // by path and stamp
+};
+
+// Everything but the version.
+Datafile _look_at(const WorkFolder& folder, const std::string& path, std::size_t number) {
   Datafile datafile;
   datafile.path = path;
   datafile.source = path;
@@ -97,6 +93,9 @@ Datafile _look_at(const WorkFolder& folder, const std::string& path, std::size_t
     append_fixed(stamp, status.st_size);
     append_fixed(stamp, status.st_mtim.tv_sec);
     append_fixed(stamp, status.st_mtim.tv_nsec);
+    // Nobody can set this one back.
+    append_fixed(stamp, status.st_ctim.tv_sec);
+    append_fixed(stamp, status.st_ctim.tv_nsec);
     append_fixed(stamp, status.st_ino);
     datafile.stamp = checksum(stamp);
   } else {
@@ -104,13 +103,25 @@ Datafile _look_at(const WorkFolder& folder, const std::string& path, std::size_t
     datafile.source = folder.file(fmt::format("copy-{}", number), "datafile");
     datafile.size = _copy(path, datafile.source);
   }
-  const Datafile* const known = _as_before(before, datafile);
-  try {
-    datafile.version = known != nullptr ? known->version : _content(datafile.source);
-  } catch (const input_error&) {
-    // The scan will find the fault where it is.
-  }
   return datafile;
+}
+
+// Gives all datafiles their versions. One that cannot be read has none; the scan will find the fault where it is.
+void _set_versions(std::vector<Datafile>& datafiles, const std::optional<Plan>& before, std::size_t jobs) {
+  const KnownVersions known(before);
+  std::vector<Datafile*> changed;
+  std::vector<SizedFile> files;
+  for (Datafile& datafile : datafiles) {
+    if (const std::optional<std::uint64_t> version = known.find(datafile)) {
+      datafile.version = *version;
+    } else {
+      changed.push_back(&datafile);
+      files.push_back({datafile.source, datafile.size});
+    }
+  }
+  const std::vector<std::uint64_t> versions = content_versions(files, jobs);
+  for (std::size_t i = 0; i < changed.size(); ++i)
+    changed[i]->version = versions[i];
 }
 
 // A size between the least and the largest, in shards enough for everybody to have several.
@@ -292,9 +303,10 @@ void make_plan(const WorkFolder& folder, const std::vector<std::string>& paths, 
   plan.memory = wishes.memory;
   std::uint64_t total = 0;
   for (std::size_t i = 0; i < paths.size(); ++i) {
-    plan.datafiles.push_back(_look_at(folder, paths[i], i, before));
+    plan.datafiles.push_back(_look_at(folder, paths[i], i));
     total += plan.datafiles.back().size;
   }
+  _set_versions(plan.datafiles, before, wishes.jobs);
   // Cuts stay as they were, so that what has been counted stays counted.
   plan.shard_size = before ? before->shard_size : wishes.shard_size;
   if (wishes.shard_size != 0) plan.shard_size = wishes.shard_size;

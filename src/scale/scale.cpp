@@ -79,32 +79,53 @@ bool _writes_to_terminal() {
          is_terminal(settings::stats_file) || is_terminal(settings::morphologic_filter_stats_file);
 }
 
+// A folder that is used when none was named.
+struct UsualFolder {
+  std::string path;
+  bool can_be_found = true;  // by the same command when it is given again
+};
+
 // A folder beside the output; where that is no file, in the folder for temporary files.
-std::string _usual_folder() {
+UsualFolder _usual_folder() {
   struct stat status {};
   const std::string output = settings::output_file;
   const bool is_file = ::stat(output.c_str(), &status) != 0 || S_ISREG(status.st_mode);
-  if (is_file) return output + ".ngrex-scale";
+  if (is_file) return {output + ".ngrex-scale"};
   const char* const chosen = std::getenv("TMPDIR");
   const std::string folder = chosen == nullptr || *chosen == '\0' ? "/tmp" : chosen;
-  return fmt::format("{}/ngrex-scale-{}", folder, ::getpid());
+  return {fmt::format("{}/ngrex-scale-{}", folder, ::getpid()), false};
 }
 
-// Uses a folder as it was asked for. One that was not named is removed at the end of a run that has ended well.
+// Uses a folder as it was asked for. One that was not named is removed at the end of a run that has ended well, and in
+// any case when no other run would find it.
 class UsedFolder {
  public:
   explicit UsedFolder(const std::optional<std::string>& named)
-      : _named(named.has_value()), _folder(named ? *named : _usual_folder()), _lock(_folder) {}
+      : UsedFolder(named ? UsualFolder{*named} : _usual_folder(), named.has_value()) {}
+  ~UsedFolder() {
+    if (!_can_be_found) _remove();
+  }
+
+  UsedFolder(const UsedFolder&) = delete;
+  UsedFolder& operator=(const UsedFolder&) = delete;
 
   const WorkFolder& folder() const { return _folder; }
 
   void finish() const {
-    std::error_code none;
-    if (!_named) std::filesystem::remove_all(_folder.path(), none);
+    if (!_named) _remove();
   }
 
  private:
+  UsedFolder(const UsualFolder& used, bool named)
+      : _named(named), _can_be_found(used.can_be_found), _folder(used.path), _lock(_folder) {}
+
+  void _remove() const {
+    std::error_code none;
+    std::filesystem::remove_all(_folder.path(), none);
+  }
+
   bool _named;
+  bool _can_be_found;
   WorkFolder _folder;
   FolderLock _lock;
 };
@@ -207,6 +228,8 @@ void _write(const Options& options, const Notifier& error) {
   if (settings::context_tracing_on() && !with_contexts)
     throw usage_error(fmt::format("-c: the folder {} holds no contexts", folder.path()));
   if (!check_settings(error)) throw Ended();
+  warn_of_missing_filter(error);
+  warn_of_thresholds_for_pairs(error);
   std::vector<std::string> paths;
   for (const Datafile& datafile : plan.datafiles)
     paths.push_back(datafile.path);

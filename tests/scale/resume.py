@@ -275,6 +275,12 @@ def check_lists(bench, options):
   assert bench.scaled(*options) == bench.expect(*options)
   bench.write("b", text.replace("dog", "cow"))
   assert bench.scaled(*options) == bench.expect(*options)
+  # Changed in place, and the time set back.
+  status = os.stat(bench.path("b"))
+  with open(bench.path("b"), "r+", encoding="utf-8") as file:
+    file.write(text.replace("dog", "owl"))
+  os.utime(bench.path("b"), ns=(status.st_atime_ns, status.st_mtime_ns))
+  assert bench.scaled(*options) == bench.expect(*options)
   bench.write("list", "b\na\n")
   assert bench.scaled(*options) == bench.expect(*options)
 
@@ -305,6 +311,29 @@ def check_small_datafiles(bench, options):
   assert files(bench.scaled(*options)) == files(bench.expect(*options))
   scans = {name for name, at in before.items() if name.startswith("scan-") and tasks()[name] != at}
   assert len(scans) == 1, scans
+
+
+def check_warnings_of_write(bench, options):
+  """What ngrex warns of when it looks at its options is said again by write."""
+  triples = ["-i", "list", "-n", "3"]
+  bench.run(bench.scale, "run", *triples, "-o", "out.s", "--work", "work")
+  writing = ["-tm", "3", "-tz", "2", "-fs", "filters", "-o", "out.s"]
+  about_reading = bench.run(bench.ngrex, *triples, "-o", "out.n")
+  expected = bench.run(bench.ngrex, *triples, *writing)
+  warnings = bench.run(bench.scale, "write", "--work", "work", *writing)
+  assert warnings.count(b"\n") == 3 and warnings + about_reading == expected, warnings
+
+
+def check_pipe(bench, options):
+  """With its output into a pipe a run that fails leaves no folder that no other run would find."""
+  temporary = bench.path("temporary")
+  os.mkdir(temporary)
+  bench.write("b", "".join(f"1\tw\tl\tT{i}\t0\tSb\n\n" for i in range(300)))
+  for pipe in ("/dev/null", "/dev/stdout"):
+    done = subprocess.run([bench.scale, "run", *options, "-m", "****", "-o", pipe], cwd=bench.folder, capture_output=True,
+                          check=False, env={**os.environ, "TMPDIR": temporary}, stdin=subprocess.DEVNULL)
+    assert done.returncode == 1 and b"morphologic tags store has overflowen" in done.stderr, done
+    assert os.listdir(temporary) == []
 
 
 def check_keep_going(bench, options):
@@ -369,6 +398,7 @@ def main():
   for check, line in ((check_kills, options), (check_nothing_done_twice, plain), (check_damage, plain),
                       (check_damaged_warnings, plain), (check_damaged_plan, plain), (check_usual_folder, plain),
                       (check_file_size, plain), (check_lock, plain), (check_write, options), (check_lists, plain), (check_keep_going, plain),
+                      (check_warnings_of_write, plain), (check_pipe, plain),
                       (check_small_datafiles, options),
                       (check_many_shards, plain)):
     with tempfile.TemporaryDirectory(prefix="ngrex-scale-resume-") as folder:
