@@ -150,7 +150,9 @@ def check_damage(bench, options):
   for name in bench.random.sample(names, 40):
     how = bench.random.choice(["missing", "cut", "empty", "foreign", "bit", "bit"])
     damage(bench, name, how)
-    if name.startswith(("count-", "order-")) and how != "bit":
+    # Patterns that are missing may have been removed, as nothing behind their counts needs them.
+    is_spent = how == "missing" and name.endswith(".patterns")
+    if name.startswith(("count-", "order-")) and how != "bit" and not is_spent:
       err = bench.run(bench.scale, "write", "--work", "work", "-o", "other", status=1)
       assert b"not complete" in err or name.encode() in err, (name, how, err)
     got = bench.scaled(*options)
