@@ -28,7 +28,8 @@ constexpr std::uint64_t least_shard = std::uint64_t{1} << 20;
 constexpr std::uint64_t largest_shard = std::uint64_t{256} << 20;
 constexpr std::size_t most_datafiles_of_a_shard = 1024;
 constexpr unsigned most_bucket_bits = 18;
-constexpr std::uint64_t records_of_a_bucket = 8192;
+constexpr std::uint64_t least_records_of_a_bucket = 16;
+constexpr std::uint64_t most_records_of_a_bucket = 8192;
 
 Manifest::Fields _with_key(std::string key, const std::vector<std::string>& values) {
   Manifest::Fields fields{std::move(key)};
@@ -66,7 +67,8 @@ class KnownVersions {
   explicit KnownVersions(const std::optional<Plan>& before) {
     if (!before) return;
     for (const Datafile& datafile : before->datafiles)
-      if (datafile.stamp != 0) _versions.emplace(std::pair(datafile.path, datafile.stamp), datafile.version);
+      if (datafile.stamp != 0 && datafile.was_read())
+        _versions.emplace(std::pair(datafile.path, datafile.stamp), datafile.version);
   }
 
   std::optional<std::uint64_t> find(const Datafile& datafile) const {
@@ -319,14 +321,17 @@ void make_plan(const WorkFolder& folder, const std::vector<std::string>& paths, 
 
   // A word takes twenty bytes or more; of larger N-grams there are some more than words.
   const std::uint64_t records = total / 20 * (settings::n > 2 ? 2U * (settings::n - 2U) : 1U);
-  while (plan.bucket_bits < most_bucket_bits && (records >> plan.bucket_bits) > records_of_a_bucket)
+  // Buckets are added up in memory one by one, and are what reductions are made of.
+  const std::uint64_t bytes_of_record = 6ULL * settings::n + 64;
+  const std::uint64_t of_a_bucket =
+      std::clamp(plan.memory / 2 / bytes_of_record, least_records_of_a_bucket, most_records_of_a_bucket);
+  while (plan.bucket_bits < most_bucket_bits && (records >> plan.bucket_bits) > of_a_bucket)
     ++plan.bucket_bits;
   // The indexes of all runs are in memory when the runs are added up.
   constexpr std::uint64_t bytes_of_entry = 16;
   while (plan.bucket_bits > 0 && (plan.shards.size() * bytes_of_entry << plan.bucket_bits) > plan.memory / 8)
     --plan.bucket_bits;
   if (before) plan.bucket_bits = before->bucket_bits;
-  const std::uint64_t bytes_of_record = 6ULL * settings::n + 64;
   const std::uint64_t by_memory = records * bytes_of_record / std::max<std::uint64_t>(plan.memory / 2, 1) + 1;
   plan.reduces = std::clamp<std::uint64_t>(std::max<std::uint64_t>(by_memory, wishes.jobs), 1,
                                            std::uint64_t{1} << plan.bucket_bits);

@@ -18,9 +18,14 @@ struct Datafile {
   std::string path;           // as messages and statistics name it
   std::string source;         // where its bytes are: itself, or a copy of what can be read only once
   std::uint64_t size = 0;     // in bytes
-  std::uint64_t version = 0;  // checksum of the content
+  std::uint64_t version = 0;  // checksum of the content; 0 when it could not be read
   std::uint64_t stamp = 0;    // by which it is seen that the content may have changed
   bool has_bar = true;        // whether ngrex would draw a progress bar over it, that is, knows how long it is
+
+  // Whether it could be opened, and read to its end, when the plan was made. What fails later passes over, and is no
+  // reason to count the corpus without it.
+  bool was_opened() const { return stamp != 0 || source != path; }
+  bool was_read() const { return version != 0; }
 
   friend bool operator==(const Datafile&, const Datafile&) = default;
 };

@@ -155,6 +155,7 @@ void _plan(const Options& options, const Notifier& error, const Use& use) {
   stages.emplace_back("write");
   const WorkBar bar(stages, settings::n, options.command == "run" && !options.quiet && !_writes_to_terminal());
   remove_unfinished_output(used.folder());
+  used.folder().drop_unfinished();
   Plan plan;
   plan.words = options.words;
   plan.morphologic_rules = morphologic_filter.rules();

@@ -11,7 +11,7 @@
 
 #include "base/config.h"
 #include "base/errors.h"
-#include "base/files.h"
+#include "companion/errors.h"
 #include "corpus/datafile_format.h"
 #include "corpus/parser.h"
 #include "corpus/store_overflow.h"
@@ -26,11 +26,11 @@ namespace colx::scale {
 
 namespace {
 
-// A descriptor for a datafile, or nothing when ngrex could not open it either.
-std::optional<Descriptor> _open(const std::string& path) {
-  if (!open_input(path).is_open()) return std::nullopt;
-  const int number = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (number < 0) return std::nullopt;
+// A descriptor for a datafile, or nothing when it could not be opened for the plan either. Throws input_error.
+std::optional<Descriptor> _open(const Datafile& datafile) {
+  if (!datafile.was_opened()) return std::nullopt;
+  const int number = ::open(datafile.source.c_str(), O_RDONLY | O_CLOEXEC);
+  if (number < 0) throw input_error(fmt::format("cannot open {} for reading: {}", datafile.path, system_reason()));
   return Descriptor(number);
 }
 
@@ -104,7 +104,7 @@ class Scanner {
 
  private:
   ScanResult _read(const Datafile& datafile, std::optional<std::uint64_t> begin) {
-    const std::optional<Descriptor> file = _open(datafile.source);
+    const std::optional<Descriptor> file = _open(datafile);
     _warn_of(datafile, file.has_value(), _shard.begin == 0, _warnings);
     ScanResult result;
     if (!file) return result;
@@ -126,6 +126,7 @@ class Scanner {
     }
     result.at_end = reader->at_end();
     result.unreadable = reading.failed();
+    if (result.unreadable && datafile.was_read()) throw unreadable(datafile.path);
     result.end = reading.end();
     result.lines = reader->lines();
     return result;
@@ -175,7 +176,7 @@ class Scanner {
 std::string _replay(const Datafile& datafile, const Shard& shard, std::uint64_t begin,
                     StringStore<std::uint32_t>& lemmas, StringStore<std::uint8_t>& tags,
                     ShardWarningsWriter& warnings) {
-  const std::optional<Descriptor> file = _open(datafile.source);
+  const std::optional<Descriptor> file = _open(datafile);
   _warn_of(datafile, file.has_value(), shard.begin == 0, warnings);
   if (!file) return "";
   const Parser* reader = nullptr;
@@ -186,6 +187,7 @@ std::string _replay(const Datafile& datafile, const Shard& shard, std::uint64_t 
     WordQueue queue;
     while (reading.parser().next(1, ContextWindow::sentences, queue) && !only_first_sentence())
       queue.drop_front(queue.size());
+    if (reading.failed() && datafile.was_read()) throw unreadable(datafile.path);
   } catch (const index_overflow&) {
     return explain_overflow(lemmas, tags);
   } catch (const string_too_long& error) {

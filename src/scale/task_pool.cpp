@@ -148,8 +148,7 @@ class Processes {
   std::map<pid_t, Running> _running;
 };
 
-bool _is_done(const WorkFolder& folder, const Task& task) {
-  const std::optional<Manifest> manifest = folder.done(task.name);
+bool _fits(const std::optional<Manifest>& manifest, const Task& task) {
   return manifest && manifest->number("key") == task.key;
 }
 
@@ -174,14 +173,15 @@ void Failures::tell() const {
 }
 
 bool all_done(const WorkFolder& folder, const std::vector<Task>& tasks) {
-  return std::all_of(tasks.begin(), tasks.end(), [&](const Task& task) { return _is_done(folder, task); });
+  return std::all_of(tasks.begin(), tasks.end(),
+                     [&](const Task& task) { return _fits(folder.verified(task.name), task); });
 }
 
 void do_tasks(const WorkFolder& folder, const std::vector<Task>& tasks, std::size_t jobs, OnFailure on_failure) {
   std::vector<const Task*> waiting;
   std::set<std::string> names;
   for (const Task& task : tasks) {
-    if (_is_done(folder, task)) continue;
+    if (_fits(folder.done(task.name), task)) continue;
     waiting.push_back(&task);
     names.insert(task.name);
   }

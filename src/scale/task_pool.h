@@ -64,7 +64,7 @@ void do_tasks(const WorkFolder& folder, const std::vector<Task>& tasks, std::siz
 // Runs the bodies of all tasks at the same time, whatever has been done. Fails as do_tasks does.
 void do_together(const std::vector<Task>& tasks);
 
-// Whether all tasks are done.
+// Whether all tasks are done. Throws damaged_file when one was, and what it has left is damaged or missing.
 bool all_done(const WorkFolder& folder, const std::vector<Task>& tasks);
 
 }  // namespace colx::scale

@@ -32,16 +32,21 @@ std::string _rest(const std::filesystem::path& file, const std::string& task) {
 
 }  // namespace
 
+std::optional<Manifest> WorkFolder::verified(const std::string& task) const {
+  std::optional<Manifest> manifest = Manifest::load(file(task, done_name));
+  if (!manifest) return std::nullopt;
+  for (const Manifest::Fields& line : manifest->all("file")) {
+    const std::string path = file(task, line.at(1));
+    if (!last_reader(task, line.at(1)).empty() && !_is_there(path)) continue;
+    if (mark_of(path) != FileMark{to_number(line.at(2)), to_number(line.at(3))})
+      throw damaged_file(path, "is not the one that the task " + task + " has left");
+  }
+  return manifest;
+}
+
 std::optional<Manifest> WorkFolder::done(const std::string& task) const {
   try {
-    std::optional<Manifest> manifest = Manifest::load(file(task, done_name));
-    if (!manifest) return std::nullopt;
-    for (const Manifest::Fields& line : manifest->all("file")) {
-      const std::string path = file(task, line.at(1));
-      if (!last_reader(task, line.at(1)).empty() && !_is_there(path)) continue;
-      if (mark_of(path) != FileMark{to_number(line.at(2)), to_number(line.at(3))}) return std::nullopt;
-    }
-    return manifest;
+    return verified(task);
   } catch (const damaged_file&) {
     return std::nullopt;
   }
@@ -109,6 +114,12 @@ void WorkFolder::drop_spent(std::string_view step) const {
     if (task.empty()) continue;
     const std::string_view reader = last_reader(task, _rest(entry.path(), task));
     if (!reader.empty() && reader == step) ::unlink(entry.path().c_str());
+  }
+}
+
+void WorkFolder::drop_unfinished() const {
+  for (const auto& entry : std::filesystem::directory_iterator(_path)) {
+    if (entry.path().extension() == ".part") ::unlink(entry.path().c_str());
   }
 }
 

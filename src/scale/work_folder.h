@@ -34,7 +34,10 @@ class WorkFolder {
   // missing that some later step is the last to read. Nothing when it has to be done, whatever the reason.
   std::optional<Manifest> done(const std::string& task) const;
 
-  // The same, where it must be there. Throws damaged_file.
+  // The same, but a file that is not as it was left is thrown as damaged_file. Nothing when there is no manifest.
+  std::optional<Manifest> verified(const std::string& task) const;
+
+  // The manifest of a task that must be there. Throws damaged_file.
   Manifest result(const std::string& task) const;
 
   // The checksum of that, for whatever depends on it. Throws damaged_file.
@@ -51,6 +54,9 @@ class WorkFolder {
 
   // Removes the files that no step needs behind this one, which is over.
   void drop_spent(std::string_view step) const;
+
+  // Removes what processes that were killed were about to write. Nobody else may be at work in the folder.
+  void drop_unfinished() const;
 
   // The task that makes a file of the folder; empty for a file that is none of a task.
   std::string maker(const std::string& file) const;

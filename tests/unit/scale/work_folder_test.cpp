@@ -60,6 +60,33 @@ TEST_F(WorkFolderTest, TheMarkOfATaskIsThatOfWhatItHasLeftLast) {
   EXPECT_EQ(folder.mark("map-7"), mark);
 }
 
+TEST_F(WorkFolderTest, AFileThatIsNotAsItWasLeftIsNamed) {
+  make("order-7", "ordered");
+  EXPECT_TRUE(folder.verified("order-7").has_value());
+  EXPECT_FALSE(folder.verified("order-8").has_value());
+  SegmentWriter other(folder.file("order-7", "ordered"), "test");
+  other.add("something else");
+  other.finish();
+  try {
+    folder.verified("order-7");
+    FAIL();
+  } catch (const damaged_file& error) {
+    EXPECT_EQ(error.path(), temporary.path("order-7.ordered"));
+  }
+  EXPECT_FALSE(folder.done("order-7").has_value());
+}
+
+TEST_F(WorkFolderTest, WhatWasAboutToBeWrittenGoes) {
+  make("map-7", "run-0");
+  temporary.write("map-8.run-0.77.part", "half");
+  temporary.write("plan.done.77.part", "");
+  folder.drop_unfinished();
+  EXPECT_FALSE(is_there("map-8.run-0.77.part"));
+  EXPECT_FALSE(is_there("plan.done.77.part"));
+  EXPECT_TRUE(is_there("map-7.run-0"));
+  EXPECT_TRUE(is_there("map-7.done"));
+}
+
 TEST_F(WorkFolderTest, FilesGoBehindTheStepThatReadsThemLast) {
   make("map-7", "run-0");
   make("reduce-0", "listed");

@@ -1,0 +1,87 @@
+"""What the tests of the folder of intermediate files share: small corpora, and the two programs at work on them."""
+
+import os
+import random
+import resource
+import subprocess
+
+LEMMAS = ["dog", "cat", "run", "big", "house", "see", "tree", "well_x", "rain", "heavy"]
+TAGS = ["NN", "VB", "AA"]
+RELATIONS = ["Sb", "Obj", "Atr", "Pred"]
+
+
+def sentence(r, warnings=0.01):
+  length = r.randint(1, 9)
+  lines = []
+  for order in range(1, length + 1):
+    if r.random() < warnings:
+      order = 77
+    lines.append(f"{order}\tw\t{r.choice(LEMMAS)}{r.choice(['', '', str(r.randint(0, 40))])}\t{r.choice(TAGS)}\t"
+                 f"{r.randint(0, length)}\t{r.choice(RELATIONS)}\n")
+  return "".join(lines) + "\n"
+
+
+def corpus(r, size, warnings=0.01):
+  return "".join(sentence(r, warnings) for _ in range(size))
+
+
+def seed_of(given):
+  """The seed of the command line or of the surroundings, or a new one, which is printed."""
+  environment_seed = os.environ.get("NGREX_TEST_SEED")
+  seed = given
+  if seed is None:
+    seed = int(environment_seed) if environment_seed else random.SystemRandom().randrange(1 << 32)
+  print(f"seed {seed}", flush=True)
+  return seed
+
+
+class Bench:
+  """A folder with a corpus, and the two programs in it."""
+
+  def __init__(self, ngrex, scale, folder, seed, sizes=(320, 80, 60), warnings=0.01):
+    self.ngrex, self.scale, self.folder = ngrex, scale, folder
+    self.random = random.Random(seed)
+    for name, size in zip("abc", sizes):
+      self.write(name, corpus(self.random, size, warnings))
+    self.write("rules", "NN -\nVB AA\n")
+    self.write("list", "a\nb\n")
+
+  def write(self, name, text):
+    with open(os.path.join(self.folder, name), "w", encoding="utf-8") as file:
+      file.write(text)
+
+  def path(self, name):
+    return os.path.join(self.folder, name)
+
+  def read(self, name):
+    with open(self.path(name), "rb") as file:
+      return file.read()
+
+  def run(self, *words, status=0, limit=None):
+    """Standard error of a program; `limit` is a resource and how much of it there is."""
+    done = subprocess.run(words, cwd=self.folder, capture_output=True, check=False, timeout=300,
+                          stdin=subprocess.DEVNULL,
+                          preexec_fn=limit and (lambda: resource.setrlimit(limit[0], (limit[1], limit[1]))))
+    assert done.returncode == status, (words, done.returncode, done.stderr)
+    return done.stderr
+
+  def expect(self, *options):
+    """The files and standard error of ngrex."""
+    err = self.run(self.ngrex, *options, "-o", "out.n", "-s", "stats.n")
+    return self.read("out.n"), self.read("stats.n"), err
+
+  def scaled(self, *options):
+    err = self.run(self.scale, "run", "-o", "out.s", "-s", "stats.s", "--work", "work", "--jobs", "2", "--shard", "4000",
+                   "--memory", "20K", *options)
+    return self.read("out.s"), self.read("stats.s"), err
+
+  def intermediate(self):
+    return sorted(os.listdir(self.path("work")))
+
+  def times(self, ending=".done"):
+    """When the tasks were done, by the names of their manifests."""
+    return {name: os.stat(self.path("work/" + name)).st_mtime_ns for name in self.intermediate()
+            if name.endswith(ending) and name != "plan.done"}
+
+  def forget(self):
+    subprocess.run(["rm", "-rf", self.path("work")], check=True)
