@@ -1,5 +1,5 @@
 """Every failure of the system at every moment: runs the programs again and again under the library of faults.cpp, which
-fails their n-th allocation, mapping, open, read, write, close, sync or seek, for n = 1, 2, 3 ... until no call is left to
+fails their n-th allocation, mapping, open, read, write, close, sync, seek or rename, for n = 1, 2, 3 ... until no call is left to
 fail; once that call alone, and once all calls from it on.
 
 usage: faults.py LIBRARY PROGRAM...
@@ -17,7 +17,7 @@ import signal
 import sys
 import tempfile
 
-ONCE = ("open", "read", "write", "close", "sync", "seek", "map", "memory", "barren")
+ONCE = ("open", "read", "write", "close", "sync", "seek", "rename", "map", "memory", "barren")
 ONWARDS = ("open", "read", "write", "map", "memory", "barren")  # what stays so: files used up, broken disk, full disk, no memory
 HARMLESS = ("interrupt", "piecemeal")  # no failures: the system asks to call again, or gives a part only
 SECONDS_FOR_A_RUN = 60
