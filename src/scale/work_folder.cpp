@@ -32,8 +32,18 @@ std::string _rest(const std::filesystem::path& file, const std::string& task) {
 
 }  // namespace
 
+std::optional<Manifest> WorkFolder::_load(const std::string& task) const {
+  const std::string name = file(task, done_name);
+  std::optional<Manifest> manifest = Manifest::load(name);
+  if (!manifest) return std::nullopt;
+  // The key does not tell: tasks that depend on the same have the same.
+  const Manifest::Fields* const whose = manifest->find("task");
+  if (whose == nullptr || *whose != Manifest::Fields{"task", task}) throw damaged_file(name, "is that of another task");
+  return manifest;
+}
+
 std::optional<Manifest> WorkFolder::verified(const std::string& task) const {
-  std::optional<Manifest> manifest = Manifest::load(file(task, done_name));
+  std::optional<Manifest> manifest = _load(task);
   if (!manifest) return std::nullopt;
   for (const Manifest::Fields& line : manifest->all("file")) {
     const std::string path = file(task, line.at(1));
@@ -53,7 +63,7 @@ std::optional<Manifest> WorkFolder::done(const std::string& task) const {
 }
 
 Manifest WorkFolder::result(const std::string& task) const {
-  std::optional<Manifest> manifest = Manifest::load(file(task, done_name));
+  std::optional<Manifest> manifest = _load(task);
   if (!manifest) throw damaged_file(file(task, done_name), "is missing");
   return *std::move(manifest);
 }

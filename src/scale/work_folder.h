@@ -68,6 +68,8 @@ class WorkFolder {
     std::uint64_t mark;
   };
 
+  // The manifest of a task, which says whose it is; nothing when there is none. Throws damaged_file.
+  std::optional<Manifest> _load(const std::string& task) const;
   bool _misses_files(const std::string& task) const;
 
   std::string _path;

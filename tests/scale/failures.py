@@ -77,11 +77,14 @@ class Surroundings(Bench):
               if name.endswith(".done") and name != "plan.done"}
     return {name: (state.st_ino, state.st_mtime_ns) for name, state in states.items()}
 
-  def check_outputs(self, complete, context, killed=False):
-    """Final names hold what ngrex writes, or are free when the run has failed; nothing else is left beside them."""
+  def check_outputs(self, complete, context, begun=0):
+    """Final names hold what ngrex writes, or are free when the run has failed; nothing else is left beside them but, where
+    a run was killed, so many bytes of a file that was begun."""
     left = set(os.listdir(self.folder)) - INPUTS - {"work"}
-    if killed:
-      left = {name for name in left if not re.fullmatch(r"\w+\.\d+\.part", name)}
+    if "!" in context[0]:
+      parts = {name for name in left if re.fullmatch(r"\w+\.\d+\.part", name)}
+      assert not any(os.path.getsize(self.path(name)) > begun for name in parts), (context, parts)
+      left -= parts
     assert left <= set(self.expected), (context, left)
     assert not complete or left == set(self.expected), (context, left)
     for name in left:
@@ -101,8 +104,8 @@ class Surroundings(Bench):
       assert (status == 0) == (err == b""), context
       # Nobody says so often what a full disk is.
       assert status == 0 or not fault.startswith(("disk", "task")) or re.search(REASONS, err), context
-    # What a process was about to write when it was killed goes with the next run.
-    self.check_outputs(status == 0, context, "!" in fault)
+    # What was being written goes with the next run, unless it was killed before anything was written.
+    self.check_outputs(status == 0, context, 1 << 30)
 
   def finish(self, context, keeps=True):
     """The same command once more, when nothing fails any longer."""
@@ -118,9 +121,8 @@ class Surroundings(Bench):
 
   def clear(self):
     self.forget()
-    for name in self.expected:
-      if os.path.exists(self.path(name)):
-        os.remove(self.path(name))
+    for name in set(os.listdir(self.folder)) - INPUTS:
+      os.remove(self.path(name))
 
   def fails(self, fault, jobs=1, keeps=True):
     """One run with a fault, and what comes after it. Returns whether there was anything to fail."""

@@ -76,6 +76,15 @@ TEST_F(WorkFolderTest, AFileThatIsNotAsItWasLeftIsNamed) {
   EXPECT_FALSE(folder.done("order-7").has_value());
 }
 
+TEST_F(WorkFolderTest, WhatAnotherTaskHasLeftIsRefused) {
+  make("order-7", "ordered");
+  for (const char* const what : {".done", ".ordered"})
+    std::filesystem::copy_file(temporary.path("order-7") + what, temporary.path("order-8") + what);
+  EXPECT_TRUE(folder.done("order-7").has_value());
+  EXPECT_FALSE(folder.done("order-8").has_value());
+  EXPECT_THROW(folder.result("order-8"), damaged_file);
+}
+
 TEST_F(WorkFolderTest, WhatWasAboutToBeWrittenGoes) {
   make("map-7", "run-0");
   temporary.write("map-8.run-0.77.part", "half");
