@@ -167,8 +167,7 @@ unsigned piece_shift(std::uint64_t occurrences) {
 }
 
 ReduceResult ReduceResult::from(const Manifest& manifest) {
-  return {manifest.number("listed"), manifest.number("refused"),
-          static_cast<unsigned>(manifest.number("piece_shift"))};
+  return {manifest.number("listed"), manifest.number("refused"), static_cast<unsigned>(manifest.number("piece_shift"))};
 }
 
 std::string reduce_name(std::size_t task) {
