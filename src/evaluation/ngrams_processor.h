@@ -39,10 +39,12 @@ class NGramsProcessor {
 
   struct Entry {
     const NGram* record;
+    std::uint32_t number;
     std::size_t stepped;
   };
 
   void _fill();
+  void _look_up_patterns();
   void _look_up(std::uint8_t type);
 
   const NGramStore& _store;

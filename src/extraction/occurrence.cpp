@@ -49,8 +49,13 @@ void OccurrenceCounter::add(std::span<const Position> positions) {
 
 void OccurrenceCounter::flush() {
   _ngrams.count_empty(_batch.size());
-  for (std::uint8_t type = 1; type <= NGram::_full_ngram_type; ++type)
-    _count_type(type);
+  if (_ngrams.patterns_last()) {
+    _count_type(NGram::_full_ngram_type);
+    _ngrams.make_room_for_patterns();
+  } else {
+    for (std::uint8_t type = 1; type <= NGram::_full_ngram_type; ++type)
+      _count_type(type);
+  }
   _batch.clear();
 }
 

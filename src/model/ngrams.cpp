@@ -29,4 +29,10 @@ void NGramStore::count_empty(std::size_t occurrences) {
   _empty_frequency = static_cast<std::uint32_t>(std::min(largest, _empty_frequency + occurrences));
 }
 
+void NGramStore::count_patterns() {
+  RecordTable& ngrams = records(NGram::_full_ngram_type);
+  ngrams.release_index();
+  _patterns.work_out(ngrams);
+}
+
 }  // namespace colx

@@ -11,6 +11,7 @@
 
 #include "model/context.h"
 #include "model/ngram.h"
+#include "model/pattern_frequencies.h"
 #include "model/record_table.h"
 #include "util/pool.h"
 
@@ -37,6 +38,27 @@ class NGramStore {
   RecordTable& records(std::uint8_t type) { return _tables[type - 1U]; }
   const RecordTable& records(std::uint8_t type) const { return _tables[type - 1U]; }
 
+  // Says that of every occurrence only the N-gram is counted and its patterns are worked out from all N-grams in the
+  // end, which is possible if every occurrence is counted whole and no contexts are collected.
+  void count_patterns_last() { _patterns_last = true; }
+  bool patterns_last() const { return _patterns_last; }
+
+  // Takes the memory that the patterns of the N-grams so far will need, so that a lack of it shows while they are
+  // counted. Throws std::bad_alloc.
+  void make_room_for_patterns() { _patterns.make_room(records(NGram::_full_ngram_type).size()); }
+
+  // Works the patterns out; to be called once, when all N-grams have been counted, if they are counted last. Finding
+  // records of the full type is given up. Throws std::bad_alloc.
+  void count_patterns();
+
+  // What has been worked out.
+  const PatternFrequencies& patterns() const { return _patterns; }
+
+  // How many different patterns of a type other than 0 there are, wherever they are counted.
+  std::uint32_t different(std::uint8_t type) const {
+    return _patterns_last ? _patterns.different(type) : records(type).size();
+  }
+
   // The context words of one of the records; only when contexts are collected.
   ContextList contexts(NGram& record) const { return {record.context_handle(), *_context_memory}; }
 
@@ -44,6 +66,8 @@ class NGramStore {
   std::uint32_t _empty_frequency = 0;
   std::vector<VoidPool> _pools;
   std::vector<RecordTable> _tables;  // by type, from 1
+  bool _patterns_last = false;
+  PatternFrequencies _patterns;
   std::unique_ptr<ContextMemory> _context_memory;
 };
 

@@ -43,7 +43,7 @@ StoreSizes sizes_of(const WordTexts& texts, const NGramStore& ngrams) {
   sizes.tags = texts.tags.size();
   sizes.records.push_back(1);
   for (std::uint8_t type = 1; type <= NGram::_full_ngram_type; ++type)
-    sizes.records.push_back(ngrams.records(type).size());
+    sizes.records.push_back(ngrams.different(type));
   return sizes;
 }
 

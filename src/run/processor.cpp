@@ -68,6 +68,7 @@ void process(const std::vector<std::string>& files, std::uint32_t total_size) {
   for (const std::string& path : files) {
     try {
       _process_datafile(path, total_size, processed);
+      if (&path == &files.back() && persistent::ngrams.patterns_last()) persistent::ngrams.count_patterns();
     } catch (const std::bad_alloc&) {
       throw out_of_memory("while processing datafile: " + path);
     }

@@ -85,6 +85,35 @@ TEST(NGramsProcessorTest, NeedsNoIndexOfTheFullType) {
   EXPECT_EQ(walk(store).at(0).second, (Frequencies{3, 3, 3, 3}));
 }
 
+TEST(NGramsProcessorTest, PatternsThatWereCountedLastHaveTheSameFrequencies) {
+  const SettingsGuard guard(3);
+  std::mt19937 random(11);
+  NGramStore with_records(2048);
+  NGramStore counted_last(2048);
+  counted_last.count_patterns_last();
+  for (int i = 0; i < 2000; ++i) {
+    std::vector<MemberSpec> words;
+    for (unsigned m = 0; m < 3; ++m)
+      words.push_back({static_cast<std::uint32_t>(random() % 20), 0, static_cast<std::uint8_t>(m == 0 ? 0 : 1), "Obj"});
+    test::count_all_types(with_records, words);
+    test::count(counted_last, test::Occurrence(words), NGram::_full_ngram_type);
+    counted_last.count_empty(1);
+  }
+  counted_last.count_patterns();
+  for (std::uint8_t type = 1; type < NGram::_types_count; ++type)
+    EXPECT_EQ(counted_last.different(type), with_records.different(type));
+  for (const std::uint32_t least_frequency : {0U, 2U}) {
+    const auto expected = walk(with_records, least_frequency);
+    const auto yielded = walk(counted_last, least_frequency);
+    ASSERT_EQ(yielded.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+      for (unsigned m = 0; m < 3; ++m)
+        ASSERT_EQ(yielded[i].first->member(m), expected[i].first->member(m));
+      ASSERT_EQ(yielded[i].second, expected[i].second);
+    }
+  }
+}
+
 TEST(NGramsProcessorTest, APatternThatIsNotThereIsAnError) {
   const SettingsGuard guard(2);
   NGramStore store(2048);

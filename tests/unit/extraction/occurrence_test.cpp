@@ -145,6 +145,20 @@ TEST_F(OccurrenceTest, APairRaisesTheEmptyNGramAndItsThreeTypes) {
   EXPECT_EQ(sentence.stats.words_count, 0U);
 }
 
+TEST_F(OccurrenceTest, WhenPatternsAreCountedLastAnOccurrenceRaisesTheFullTypeAlone) {
+  set_up(2);
+  stores().ngrams.count_patterns_last();
+  LoadedSentence sentence(pair, stores());
+  sentence.store({1, 2});
+  sentence.store({1, 2});
+  EXPECT_EQ(sentence.frequency({1, 2}, 0), 2U);
+  EXPECT_EQ(stores().ngrams.records(1).size(), 0U);
+  EXPECT_EQ(stores().ngrams.records(2).size(), 0U);
+  EXPECT_EQ(sentence.frequency({1, 2}, 3), 2U);
+  EXPECT_EQ(sentence.stats.extracted_count, 2U);
+  EXPECT_EQ(sentence.stats.passed_count, 2U);
+}
+
 TEST_F(OccurrenceTest, TheFullTypeAloneEntersTheStatisticsOfTheFilter) {
   set_up(2);
   // Tag rules from the last position to the first. An open position agrees with anything, so that the first rule admits
