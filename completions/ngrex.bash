@@ -80,7 +80,7 @@ _ngrex_complete() {
         -i --list -d --prefix -m --mask -f --rules --context-sentences --context-words --examples --sentences -h --help --version'
       ;;
     ngrex-scale)
-      options='--jobs --memory --work --drop --keep-going --quiet --shard --task --of --help --version
+      options='--jobs --memory --work --drop --exact --keep-going --quiet --shard --task --of --help --version
         -c -cf -cs -cw -d -f -fs -i -m -n -o -p -s -ta -tc -te -tf -tl -tm -to -tp -tt -tz'
       ;;
   esac

@@ -8,13 +8,17 @@
 namespace colx {
 
 // The counters of one datafile and its name, the path by which it was opened.
-struct NamedDataFileStats {
-  std::uint32_t words_count = 0;
-  std::uint32_t sentences_count = 0;
-  std::uint32_t extracted_count = 0;  // N-gram occurrences
-  std::uint32_t passed_count = 0;     // of these, let through by the morphological filter
-  std::uint32_t filtered_count = 0;   // of these, refused by it
+template <typename Count>
+struct NamedDataFileStatsOf {
+  Count words_count = 0;
+  Count sentences_count = 0;
+  Count extracted_count = 0;  // N-gram occurrences
+  Count passed_count = 0;     // of these, let through by the morphological filter
+  Count filtered_count = 0;   // of these, refused by it
   std::string name;
 };
+
+// What ngrex counts with.
+using NamedDataFileStats = NamedDataFileStatsOf<std::uint32_t>;
 
 }  // namespace colx

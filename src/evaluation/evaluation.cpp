@@ -19,7 +19,8 @@ void _for_each_member(std::size_t cells, const Take& take) {
 
 }  // namespace
 
-void EvaluationTables::assign(std::span<const std::uint32_t> frequencies) {
+template <typename Count>
+void EvaluationTablesOf<Count>::assign(std::span<const Count> frequencies) {
   const std::size_t cells = frequencies.size();
   _frequencies.assign(frequencies.begin(), frequencies.end());
 
@@ -34,16 +35,16 @@ void EvaluationTables::assign(std::span<const std::uint32_t> frequencies) {
   _for_each_member(cells, [&](std::size_t without, std::size_t with) {
     _inverse_marginals[with] = _inverse_marginals[without] - _inverse_marginals[with];
   });
-  for (std::uint32_t& marginal : _inverse_marginals)
+  for (Count& marginal : _inverse_marginals)
     marginal -= _contingency_table[0];
 
   // The factors are multiplied in ascending order of the members' bits, so that the rounding is that of each cell
   // worked out alone. Cells that agree in their low bits share the product so far.
-  const double total = frequencies[0];
+  const auto total = static_cast<double>(frequencies[0]);
   _expected_table.assign(cells, total);
   for (std::size_t bit = 1; bit < cells; bit *= 2) {
-    const double absent = _inverse_marginals[bit] / total;
-    const double present = _frequencies[bit] / total;
+    const double absent = static_cast<double>(_inverse_marginals[bit]) / total;
+    const double present = static_cast<double>(_frequencies[bit]) / total;
     for (std::size_t i = 0; i < bit; ++i) {
       const double product = _expected_table[i];
       _expected_table[i] = absent * product;
@@ -51,5 +52,8 @@ void EvaluationTables::assign(std::span<const std::uint32_t> frequencies) {
     }
   }
 }
+
+template class EvaluationTablesOf<std::uint32_t>;
+template class EvaluationTablesOf<std::uint64_t>;
 
 }  // namespace colx

@@ -12,7 +12,8 @@ namespace colx {
 namespace {
 
 // Computes the values of the measures that have a threshold, as far as they are needed to decide, and decides.
-bool _passes_thresholds(const EvaluationTables& tables, const std::vector<Measure>& measures,
+template <typename Count>
+bool _passes_thresholds(const EvaluationTablesOf<Count>& tables, const std::vector<MeasureOf<Count>>& measures,
                         std::vector<double>& values) {
   bool passed = true;
   for (std::size_t i = 0; i < measures.size(); ++i) {
@@ -26,10 +27,11 @@ bool _passes_thresholds(const EvaluationTables& tables, const std::vector<Measur
 
 }  // namespace
 
-std::vector<Measure> measures() {
+template <typename Count>
+std::vector<MeasureOf<Count>> measures() {
   const Thresholds& thresholds = settings::thresholds;
-  std::vector<Measure> list = {{eval::chi_square_test, thresholds.chi_square},
-                               {eval::log_likelihood_ratio, thresholds.log_likelihood}};
+  std::vector<MeasureOf<Count>> list = {{eval::chi_square_test, thresholds.chi_square},
+                                        {eval::log_likelihood_ratio, thresholds.log_likelihood}};
   if (settings::n == 2) {
     list.push_back({eval::mutual_information, thresholds.mutual_information});
     list.push_back({eval::pearsons_coefficient, thresholds.pearson});
@@ -39,7 +41,9 @@ std::vector<Measure> measures() {
   return list;
 }
 
-bool evaluate(const EvaluationTables& tables, const std::vector<Measure>& measures, std::vector<double>& values) {
+template <typename Count>
+bool evaluate(const EvaluationTablesOf<Count>& tables, const std::vector<MeasureOf<Count>>& measures,
+              std::vector<double>& values) {
   if (settings::sieves.estimated_frequency > tables.expected_table()[NGram::_full_ngram_type]) return false;
   values.assign(measures.size(), 0.0);
   if (!_passes_thresholds(tables, measures, values)) return false;
@@ -48,5 +52,12 @@ bool evaluate(const EvaluationTables& tables, const std::vector<Measure>& measur
   }
   return true;
 }
+
+template std::vector<MeasureOf<std::uint32_t>> measures();
+template std::vector<MeasureOf<std::uint64_t>> measures();
+template bool evaluate(const EvaluationTablesOf<std::uint32_t>&, const std::vector<MeasureOf<std::uint32_t>>&,
+                       std::vector<double>&);
+template bool evaluate(const EvaluationTablesOf<std::uint64_t>&, const std::vector<MeasureOf<std::uint64_t>>&,
+                       std::vector<double>&);
 
 }  // namespace colx

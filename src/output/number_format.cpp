@@ -158,4 +158,8 @@ char* format_unsigned(char* out, std::uint32_t number) {
   return std::to_chars(out, out + std::numeric_limits<std::uint32_t>::digits10 + 1, number).ptr;
 }
 
+char* format_unsigned(char* out, std::uint64_t number) {
+  return std::to_chars(out, out + std::numeric_limits<std::uint64_t>::digits10 + 1, number).ptr;
+}
+
 }  // namespace colx

@@ -25,5 +25,6 @@ char* format_general(char* out, double x, std::uint32_t precision);
 
 // Writes a number in plain decimal and returns the end of the text.
 char* format_unsigned(char* out, std::uint32_t number);
+char* format_unsigned(char* out, std::uint64_t number);
 
 }  // namespace colx

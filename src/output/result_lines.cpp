@@ -12,22 +12,26 @@ namespace colx {
 
 namespace {
 
-constexpr std::size_t longest_cell = std::numeric_limits<std::uint32_t>::digits10 + 2;  // with what follows it
+template <typename Count>
+constexpr std::size_t longest_cell = std::numeric_limits<Count>::digits10 + 2;  // with what follows it
 
 }  // namespace
 
-ResultLines::ResultLines()
-    : _measures(measures()),
-      _text(NGram::_types_count * longest_cell + _measures.size() * (longest_general(settings::precision) + 1) + 1),
+template <typename Count>
+ResultLinesOf<Count>::ResultLinesOf()
+    : _measures(measures<Count>()),
+      _text(NGram::_types_count * longest_cell<Count> + _measures.size() * (longest_general(settings::precision) + 1) +
+            1),
       _remembered_frequencies(std::size_t{NGram::_types_count} << place_bits, 0),
       _remembered(std::size_t{1} << place_bits) {}
 
-std::string_view ResultLines::get(std::span<const std::uint32_t> frequencies) {
+template <typename Count>
+std::string_view ResultLinesOf<Count>::get(std::span<const Count> frequencies) {
   std::uint64_t hash = 0;
-  for (const std::uint32_t frequency : frequencies)
+  for (const Count frequency : frequencies)
     hash = mix(hash ^ frequency, hash_keys[1]);
   const std::size_t place = hash >> (64 - place_bits);
-  std::uint32_t* const remembered = _remembered_frequencies.data() + place * frequencies.size();
+  Count* const remembered = _remembered_frequencies.data() + place * frequencies.size();
   if (!std::equal(frequencies.begin(), frequencies.end(), remembered)) {
     _remembered[place] = _make(frequencies);
     std::copy(frequencies.begin(), frequencies.end(), remembered);
@@ -35,7 +39,8 @@ std::string_view ResultLines::get(std::span<const std::uint32_t> frequencies) {
   return _remembered[place];
 }
 
-std::string_view ResultLines::_make(std::span<const std::uint32_t> frequencies) {
+template <typename Count>
+std::string_view ResultLinesOf<Count>::_make(std::span<const Count> frequencies) {
   _tables.assign(frequencies);
   if (!evaluate(_tables, _measures, _values)) return {};
   char* out = _print_tables(_text.data(), _tables);
@@ -44,8 +49,9 @@ std::string_view ResultLines::_make(std::span<const std::uint32_t> frequencies) 
   return {_text.data(), static_cast<std::size_t>(out - _text.data())};
 }
 
-char* _print_tables(char* out, const EvaluationTables& t) {
-  for (const std::uint32_t cell : t.contingency_table()) {
+template <typename Count>
+char* _print_tables(char* out, const EvaluationTablesOf<Count>& t) {
+  for (const Count cell : t.contingency_table()) {
     out = format_unsigned(out, cell);
     *out++ = '\t';
   }
@@ -61,5 +67,10 @@ char* _print_stats(char* out, std::span<const double> values, std::uint32_t prec
   out[-1] = '\n';
   return out;
 }
+
+template class ResultLinesOf<std::uint32_t>;
+template class ResultLinesOf<std::uint64_t>;
+template char* _print_tables(char* out, const EvaluationTablesOf<std::uint32_t>& t);
+template char* _print_tables(char* out, const EvaluationTablesOf<std::uint64_t>& t);
 
 }  // namespace colx

@@ -21,29 +21,35 @@ namespace colx {
 
 // Makes the text for one vector of frequencies after another, for the N, the precision, the sieves and the thresholds
 // of the settings.
-class ResultLines {
+template <typename Count>
+class ResultLinesOf {
  public:
-  ResultLines();
+  ResultLinesOf();
 
   // Returns the text for an N-gram with these frequencies, by type; nothing when sieves or thresholds reject it. Valid
   // until the next call.
-  std::string_view get(std::span<const std::uint32_t> frequencies);
+  std::string_view get(std::span<const Count> frequencies);
 
  private:
   static constexpr unsigned place_bits = 10;
 
-  std::string_view _make(std::span<const std::uint32_t> frequencies);
+  std::string_view _make(std::span<const Count> frequencies);
 
-  std::vector<Measure> _measures;
-  EvaluationTables _tables;
+  std::vector<MeasureOf<Count>> _measures;
+  EvaluationTablesOf<Count> _tables;
   std::vector<double> _values;
-  std::vector<char> _text;                             // room for one
-  std::vector<std::uint32_t> _remembered_frequencies;  // by place: all of a vector; no vector begins with 0
-  std::vector<std::string> _remembered;                // by place: its text
+  std::vector<char> _text;                     // room for one
+  std::vector<Count> _remembered_frequencies;  // by place: all of a vector; no vector begins with 0
+  std::vector<std::string> _remembered;        // by place: its text
 };
+using ResultLines = ResultLinesOf<std::uint32_t>;
+
+extern template class ResultLinesOf<std::uint32_t>;
+extern template class ResultLinesOf<std::uint64_t>;
 
 // Writes the observed cells as one line and returns its end.
-char* _print_tables(char* out, const EvaluationTables& t);
+template <typename Count>
+char* _print_tables(char* out, const EvaluationTablesOf<Count>& t);
 
 // Writes the values of the measures as one line, two of them or six, with the given precision, and returns its end.
 char* _print_stats(char* out, std::span<const double> values, std::uint32_t precision);

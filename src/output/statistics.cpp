@@ -15,7 +15,8 @@ std::string _grams() {
   return std::to_string(settings::n) + "-grams";
 }
 
-void _write_counts(std::ostream& out, const NamedDataFileStats& stats, bool filtered) {
+template <typename Count>
+void _write_counts(std::ostream& out, const NamedDataFileStatsOf<Count>& stats, bool filtered) {
   out << "# of words: " << stats.words_count << '\n';
   out << "# of sentences: " << stats.sentences_count << '\n';
   out << "# of " << _grams() << " extracted: " << stats.extracted_count << '\n';
@@ -26,8 +27,7 @@ void _write_counts(std::ostream& out, const NamedDataFileStats& stats, bool filt
   out << '\n';
 }
 
-void _write_rules(std::ostream& out, const std::vector<MultiRulesFilter::Rule>& rules,
-                  const std::vector<std::uint32_t>& matched) {
+void _write_rules(std::ostream& out, const std::vector<MultiRulesFilter::Rule>& rules, const RuleCounts& matched) {
   for (std::size_t i = 0; i < rules.size(); ++i) {
     for (const std::string& tag_rule : rules[i])
       out << ' ' << tag_rule;
@@ -47,10 +47,11 @@ StoreSizes sizes_of(const WordTexts& texts, const NGramStore& ngrams) {
   return sizes;
 }
 
-void write_stats(std::ostream& out, const std::vector<NamedDataFileStats>& datafiles, bool filtered,
+template <typename Count>
+void write_stats(std::ostream& out, const std::vector<NamedDataFileStatsOf<Count>>& datafiles, bool filtered,
                  const StoreSizes& sizes) {
-  NamedDataFileStats sums;
-  for (const NamedDataFileStats& stats : datafiles) {
+  NamedDataFileStatsOf<Count> sums;
+  for (const NamedDataFileStatsOf<Count>& stats : datafiles) {
     out << "Statistics for datafile " << stats.name << ":\n";
     _write_counts(out, stats, filtered);
     sums.words_count += stats.words_count;
@@ -75,16 +76,30 @@ void write_stats(std::ostream& out, const std::vector<NamedDataFileStats>& dataf
   out << std::endl;
 }
 
-void write_morphologic_filter_stats(std::ostream& out, const MultiRulesFilter& filter,
-                                    const std::map<std::string, Filter::Stats>& by_datafile) {
-  for (const auto& [name, stats] : by_datafile) {
+template void write_stats(std::ostream&, const std::vector<NamedDataFileStatsOf<std::uint32_t>>&, bool,
+                          const StoreSizes&);
+template void write_stats(std::ostream&, const std::vector<NamedDataFileStatsOf<std::uint64_t>>&, bool,
+                          const StoreSizes&);
+
+void write_rule_counts(std::ostream& out, const std::vector<MultiRulesFilter::Rule>& rules, const RuleCounts& whole,
+                       const std::map<std::string, RuleCounts>& by_datafile) {
+  for (const auto& [name, counts] : by_datafile) {
     out << "Passed " << _grams() << " statistics for datafile " << name << ":\n";
-    _write_rules(out, filter.rules(), stats.matched);
+    _write_rules(out, rules, counts);
     out << '\n';
   }
   out << "Overall passed " << _grams() << " statistics:\n";
-  _write_rules(out, filter.rules(), filter.stats.matched);
+  _write_rules(out, rules, whole);
   out << std::endl;
+}
+
+void write_morphologic_filter_stats(std::ostream& out, const MultiRulesFilter& filter,
+                                    const std::map<std::string, Filter::Stats>& by_datafile) {
+  const auto wide = [](const Filter::Stats& stats) { return RuleCounts(stats.matched.begin(), stats.matched.end()); };
+  std::map<std::string, RuleCounts> counts;
+  for (const auto& [name, stats] : by_datafile)
+    counts.emplace(name, wide(stats));
+  write_rule_counts(out, filter.rules(), wide(filter.stats), counts);
 }
 
 }  // namespace colx

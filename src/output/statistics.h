@@ -24,11 +24,18 @@ struct StoreSizes {
 StoreSizes sizes_of(const WordTexts& texts, const NGramStore& ngrams);
 
 // Writes the counts of each datafile, in the given order, their sums and the sizes of the stores. What the
-// morphological filter let through and what it refused is shown when it was asked, that is, when it has rules.
-void write_stats(std::ostream& out, const std::vector<NamedDataFileStats>& datafiles, bool filtered,
+// morphological filter let through and what it refused is shown when it was asked, that is, when it has rules. Sums are
+// of the size of the counts, 32 bits or 64, and wrap.
+template <typename Count>
+void write_stats(std::ostream& out, const std::vector<NamedDataFileStatsOf<Count>>& datafiles, bool filtered,
                  const StoreSizes& sizes);
 
-// Writes how many N-grams each rule of the filter let through, for each datafile and for the whole run.
+// Writes how many N-grams each rule of a filter let through, for each datafile and for the whole run: rule by rule.
+using RuleCounts = std::vector<std::uint64_t>;
+void write_rule_counts(std::ostream& out, const std::vector<MultiRulesFilter::Rule>& rules, const RuleCounts& whole,
+                       const std::map<std::string, RuleCounts>& by_datafile);
+
+// The same as the filter itself has counted it.
 void write_morphologic_filter_stats(std::ostream& out, const MultiRulesFilter& filter,
                                     const std::map<std::string, Filter::Stats>& by_datafile);
 

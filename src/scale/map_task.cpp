@@ -36,6 +36,7 @@ class Mapper {
     load_tags(folder, _tags);
     add_morphologic_rules(plan, _rules);
     _filter = std::make_unique<MorphologicFilter>(_rules, _tags);
+    _matched.resize(_rules.rules().size());
   }
 
   void run(const NumberedShard& numbered, TaskResult& done) {
@@ -56,7 +57,7 @@ class Mapper {
   void _take_datafile(ShardWordsReader& words, std::uint64_t sentences, std::uint64_t extracted, Manifest& manifest) {
     const std::uint64_t occurrences_before = _occurrences;
     const std::uint64_t passed_before = _passed;
-    const std::vector<std::uint32_t> matched_before = _rules.stats.matched;
+    const std::vector<std::uint64_t> matched_before = _matched;
     std::span<const PackedWord> packed;
     for (std::uint64_t i = 0; i < sentences && words.next(packed); ++i) {
       if (_sentences++ % Progress::sentences_of_a_report == 0) Progress::set(_sentences, _all_sentences);
@@ -66,7 +67,7 @@ class Mapper {
     Manifest::Fields line{"datafile", std::to_string(_occurrences - occurrences_before),
                           std::to_string(_passed - passed_before)};
     for (std::size_t rule = 0; rule < matched_before.size(); ++rule)
-      line.push_back(std::to_string(_rules.stats.matched[rule] - matched_before[rule]));
+      line.push_back(std::to_string(_matched[rule] - matched_before[rule]));
     manifest.add(std::move(line));
   }
 
@@ -93,6 +94,9 @@ class Mapper {
     if (_filter->is_on()) {
       for (std::size_t i = 0; i < _batch.size(); ++i)
         if (_filter->admits(_batch, i, NGram::_full_ngram_type)) ++_passed;
+      for (std::size_t rule = 0; rule < _matched.size(); ++rule)
+        _matched[rule] += _rules.stats.matched[rule];
+      _rules.stats.reset();
     } else {
       _passed += _batch.size();
     }
@@ -119,6 +123,7 @@ class Mapper {
   std::uint64_t _all_sentences = 0;
   std::uint64_t _occurrences = 0;
   std::uint64_t _passed = 0;
+  std::vector<std::uint64_t> _matched;  // by rule of the filter
   std::vector<FileMark> _marks;
 };
 

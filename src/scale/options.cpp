@@ -21,7 +21,7 @@ constexpr std::string_view commands[] = {"run", "plan", "write", "steps"};
 void _print_help(Options& options, const GivenOption& given);
 void _print_version(Options& options, const GivenOption& given);
 
-constexpr std::array<Option<Options>, 11> _rows = {{
+constexpr std::array<Option<Options>, 12> _rows = {{
     {{"--jobs", "K", "processes at a time; the default is the number of processors"},
      [](Options& options, const GivenOption& given) { options.jobs = whole_number(given, 1); }},
     {{"--memory", "SIZE",
@@ -39,6 +39,10 @@ constexpr std::array<Option<Options>, 11> _rows = {{
       "with --work: remove intermediate files as soon as no later step needs them; what stays is what "
       "write reads"},
      [](Options& options, const GivenOption&) { options.drop = true; }},
+    {{"--exact", "",
+      "write counts beyond 32 bits as they are, and measures that are computed from them; ngrex would stop at "
+      "4294967295"},
+     [](Options& options, const GivenOption&) { options.exact = true; }},
     {{"--shard", "SIZE", "bytes of a datafile that are a task of their own; the default depends on the corpus"},
      [](Options& options, const GivenOption& given) { options.shard = memory_size(given); }},
     {{"--keep-going", "",
@@ -113,6 +117,7 @@ bool _is_foreign(std::string_view option, const std::string& command) {
   if (option == "--drop") return command != "run";
   if (option == "--quiet") return command != "run" && command != "write";
   if (option == "--keep-going") return command != "run" && !_is_step(command);
+  if (option == "--exact") return command != "run" && command != "write";
   return option == "--jobs" && _is_step(command);
 }
 

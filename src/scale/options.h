@@ -21,6 +21,7 @@ struct Options {
   bool drop = false;        // whether what is not needed any more goes from a folder that was named, too
   bool keep_going = false;  // whether a task that fails lets the others of its step go on
   bool quiet = false;       // no progress bar
+  bool exact = false;       // whether counts are written as they are
   std::uint64_t shard = 0;  // bytes; 0: not said
   std::size_t task = 0;     // of a step: the first task to be done, and how far the next one is
   std::size_t of = 1;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <type_traits>
 
 #include "base/limits.h"
 
@@ -14,6 +15,22 @@ namespace colx::scale {
 // itself, and beyond it is the limit.
 inline std::uint32_t saturated(std::uint64_t number) {
   return static_cast<std::uint32_t>(std::min<std::uint64_t>(number, limits::frequency));
+}
+
+// A frequency as it is written: that of ngrex, or, with 64 bits, the true one.
+template <typename Count>
+Count frequency_as(std::uint64_t number) {
+  if constexpr (std::is_same_v<Count, std::uint32_t>) {
+    return saturated(number);
+  } else {
+    return number;
+  }
+}
+
+// A number of the statistics: ngrex begins again at 2^32.
+template <typename Count>
+Count number_as(std::uint64_t number) {
+  return static_cast<Count>(number);
 }
 
 }  // namespace colx::scale

@@ -134,6 +134,10 @@ std::size_t _jobs(const Options& options) {
   return options.jobs != 0 ? options.jobs : std::max(std::thread::hardware_concurrency(), 1U);
 }
 
+Writing _writing(const Options& options) {
+  return {_jobs(options), options.exact};
+}
+
 // Makes the plan and hands it on, with its folder, to `use`.
 template <typename Use>
 void _plan(const Options& options, const Notifier& error, const Use& use) {
@@ -175,7 +179,7 @@ void _run(const Options& options, const Notifier& error) {
     const bool drop = options.drop || !options.work;
     const OnFailure on_failure = options.keep_going ? OnFailure::keep_going : OnFailure::stop;
     count_all(used.folder(), plan, _jobs(options), on_failure, drop,
-              [&] { write_files(used.folder(), plan, _jobs(options)); });
+              [&] { write_files(used.folder(), plan, _writing(options)); });
     used.finish();
   });
 }
@@ -237,7 +241,7 @@ void _write(const Options& options, const Notifier& error) {
   check_output_paths(paths);
   _check_outputs();
   const WorkBar bar({"write"}, settings::n, !options.quiet && !_writes_to_terminal());
-  write_files(folder, plan, _jobs(options));
+  write_files(folder, plan, _writing(options));
 }
 
 void _print_steps() {

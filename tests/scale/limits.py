@@ -1,13 +1,17 @@
 #!/usr/bin/env python3
-"""Lowers the limits of counting and compares ngrex-scale with the twin of ngrex, whose records count no further either.
+"""Lowers the limits of counting and compares ngrex-scale with the twin of ngrex, whose records count no further either; and
+with --exact, with a twin that counts without limits and works out tables and Pearson's coefficient in whole numbers.
 
   limits.py --scale NGREX_SCALE_LOWERED [--seed S] [--cases K] [--first C]
 
 The program is ngrex-scale with another main, which takes its limits from the environment. The cases are those of
-tests/differential. Files are the same byte for byte, and there is one more warning if, and only if, some count passes.
+tests/differential. Files are the same byte for byte, and there is one more warning if, and only if, some count passes and
+is not written as it is.
 """
 
 import argparse
+import fractions
+import math
 import os
 import random
 import shutil
@@ -32,9 +36,47 @@ class Twin(ngrex_reference.Run):
     return sum(stats.extracted for stats in self.overall_stats)
 
 
-def twin(case, folder, counter, carry):
-  """The outcome of the twin with a counter and a carried amount of other sizes."""
+class ExactTables:
+  """Tables of whole numbers: each cell by itself, as a sum over the patterns that have its members and more."""
+
+  def __init__(self, frequencies, n):
+    types = range(1 << n)
+    self.F = list(frequencies)
+    self.O = [sum((-1) ** (j ^ t).bit_count() * self.F[j] for j in types if j & t == t) for t in types]
+    assert min(self.O) >= 0 and sum(self.O) == self.F[0]
+    total = float(self.F[0])
+    self.E = []
+    for t in types:
+      expected = total
+      for k in range(n):
+        bit = 1 << k
+        # Those that have some member of the N-gram, but not this one.
+        absent = sum(self.O[j] for j in types if j != 0 and j & bit == 0)
+        expected = ngrex_reference.div(float(self.F[bit] if t & bit else absent), total) * expected
+      self.E.append(expected)
+
+
+def exact_pearsons_coefficient(tables):
+  neither, second, first, both = tables.O
+  numerator = both * neither - first * second
+  sums = [both + first, both + second, neither + first, neither + second]
+  value = ngrex_reference.div(float(numerator), math.sqrt(float(sums[0]) * float(sums[1]) * (float(sums[2]) * float(sums[3]))))
+  if all(sums):
+    square = fractions.Fraction(numerator * numerator, math.prod(sums))
+    assert abs(fractions.Fraction(value) ** 2 - square) <= square / 10**12 and (value < 0) == (numerator < 0)
+  return value
+
+
+USUAL = ngrex_reference.Tables, ngrex_reference.pearsons_coefficient, ngrex_reference.MAX_FREQUENCY, ngrex_reference.MAX_CARRY
+
+
+def twin(case, folder, exact, counter, carry):
+  """The outcome of the twin with a counter and a carried amount of other sizes, or of the exact one."""
+  ngrex_reference.Tables, ngrex_reference.pearsons_coefficient, *_ = USUAL
   ngrex_reference.MAX_FREQUENCY, ngrex_reference.MAX_CARRY = counter, carry
+  if exact:
+    ngrex_reference.Tables, ngrex_reference.pearsons_coefficient = ExactTables, exact_pearsons_coefficient
+    ngrex_reference.MAX_FREQUENCY, ngrex_reference.MAX_CARRY = USUAL[2:]
   ngrex_reference.Run = Twin
   return differential.run_reference(case, folder)[0]
 
@@ -53,7 +95,7 @@ def main():
     seed = int(environment_seed) if environment_seed else random.SystemRandom().randrange(1 << 32)
   print(f"seed {seed}", flush=True)
   base = tempfile.mkdtemp(prefix="ngrex-scale-limits-")
-  agreed = left_out = passed = 0
+  agreed = left_out = passed = exactly = 0
   for number in range(options.first, options.first + options.cases):
     case = differential.Generator(seed, number).make()
     if not case.arguments or not agree.understood(case.arguments):
@@ -68,23 +110,25 @@ def main():
       os.makedirs(folder)
       differential.write_folder(folder, case.files)
     size = sum(len(content) for content in case.files.values() if content)
-    expected = twin(case, folders[0], counter, carry)
+    exact = r.random() < 0.4
+    expected = twin(case, folders[0], exact, counter, carry)
     if expected is None:
       left_out += 1
       for folder in folders:
         shutil.rmtree(folder)
       continue
-    arguments = ["run", *agree.own_options(r, size), *case.arguments]
+    arguments = ["run", *["--exact"][:exact], *agree.own_options(r, size), *case.arguments]
     os.environ["NGREX_LOWERED_LIMITS"] = f"frequency={carry}"
     got = agree.run(scale, arguments, case, folders[1])
     expected.out = b""
     if expected.status != 0:
       expected.files = got.files = {}
     warning = (f"WARNING: Counts pass {carry}, which is as far as ngrex counts! Frequencies stop there, and statistics "
-               "begin again...\n").encode()
-    if expected.status == 0 and Twin.last.all_ngrams() > carry:
+               "begin again; --exact writes them as they are...\n").encode()
+    if not exact and expected.status == 0 and Twin.last.all_ngrams() > carry:
       passed += 1
       expected.err += warning
+    exactly += exact
     lines = differential.differences(expected, got)
     if lines:
       print(f"case {number} of seed {seed} disagrees with a counter to {counter} and a limit of {carry}; folder {base}")
@@ -95,8 +139,8 @@ def main():
     for folder in folders:
       shutil.rmtree(folder)
   shutil.rmtree(base)
-  assert passed > 0 or options.cases < 20
-  print(f"{agreed} cases agree, {passed} of them beyond the limit, {left_out} left out (seed {seed})")
+  assert (passed > 0 and exactly > 0) or options.cases < 20
+  print(f"{agreed} cases agree, {passed} of them beyond the limit, {exactly} with --exact, {left_out} left out (seed {seed})")
   return 0
 
 

@@ -63,6 +63,44 @@ def check_jobs(bench):
     assert process.returncode == 0
 
 
+def check_exact(bench):
+  """While nothing wraps, --exact changes Pearson's coefficient and nothing else, and only where that wraps: where it is
+  negative, or its denominator takes more than 32 bits."""
+  prepare(bench, "300K")
+  files = {}
+  for name, words in (("plain", []), ("exact", ["--exact"])):
+    bench.run(bench.scale, "write", "--work", "work", *words, "--jobs", "3", "-o", name, "-s", name + ".stats")
+    files[name] = bench.read(name)
+  assert files["plain"] == bench.read("out.s")
+  assert bench.read("plain.stats") == bench.read("exact.stats")
+  bench.run(bench.scale, "run", *OPTIONS, "--exact", "-o", "out.e", "--work", "work", "--jobs", "2")
+  assert bench.read("out.e") == files["exact"]
+  same = other = 0
+  plain, exact = (files[name].decode().split("\n") for name in ("plain", "exact"))
+  assert len(plain) == len(exact)
+  for i in range(3, len(plain) - 1, 5):
+    assert plain[i - 3:i] == exact[i - 3:i]
+    neither, second, first, both = map(int, plain[i - 1].split("\t"))
+    denominator = (both + first) * (both + second) * (neither + first) * (neither + second)
+    wraps = both * neither < first * second or denominator >= 1 << 32
+    a, b = plain[i].split("\t"), exact[i].split("\t")
+    assert a[:3] + a[4:] == b[:3] + b[4:]
+    if not wraps:
+      assert a[3] == b[3], (plain[i - 1], a[3], b[3])
+      same += 1
+    else:
+      other += a[3] != b[3]
+    assert -1 <= float(b[3]) <= 1
+  assert same > 0 and other > 100, (same, other)
+  least = ["-tp", "0.05"]
+  bench.run(bench.scale, "write", "--work", "work", "--exact", *least, "-o", "sieved")
+  blocks = [exact[i - 3:i + 2] for i in range(3, len(exact) - 1, 5) if float(exact[i].split("\t")[3]) >= 0.05]
+  assert bench.read("sieved").decode() == "".join(line + "\n" for block in blocks for line in block) + "\n"
+  for command in (["plan", *OPTIONS, "-o", "x"], ["map"]):
+    err = bench.run(bench.scale, *command, "--work", "work", "--exact", status=2)
+    assert f"{command[0]} takes no --exact".encode() in err, err
+
+
 def check_full(bench):
   """A file that cannot grow any more ends the writing at whatever place."""
   prepare(bench, "300K")
@@ -128,7 +166,7 @@ def main():
   if seed is None:
     seed = int(environment_seed) if environment_seed else random.SystemRandom().randrange(1 << 32)
   print(f"seed {seed}", flush=True)
-  for check in (check_jobs, check_full, check_damage, check_kills):
+  for check in (check_jobs, check_exact, check_full, check_damage, check_kills):
     with tempfile.TemporaryDirectory(prefix="ngrex-scale-writing-") as folder:
       bench = resume.Bench(os.path.abspath(arguments.program), os.path.abspath(arguments.scale), folder, seed)
       result = check(bench)

@@ -78,6 +78,12 @@ def check_growth(source, folder, ngrex, scale, r):
     expect_bytes(folder, files, "with a sieve")
     expect(done_at(folder) == after, "shards were counted again")
 
+    configure(folder, scale, options, exact=True)
+    run = snakemake(source, folder, "--cores", "2", "--printshellcmds")
+    expect_success(run, "with true counts")
+    expect("--exact" in run.stderr and "rule map:" not in run.stderr, f"more than writing is done:\n{run.stderr}")
+    expect_bytes(folder, files, "with true counts")
+
 
 def check_kill(source, folder, files):
     """Kills Snakemake itself when some of the work is done; what it has started may go on for a while."""

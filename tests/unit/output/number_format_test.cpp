@@ -160,5 +160,11 @@ TEST(FormatUnsigned, WritesPlainDecimal) {
   }
 }
 
+TEST(FormatUnsigned, WritesNumbersOf64Bits) {
+  std::array<char, 20> text;
+  for (const std::uint64_t number : {std::uint64_t{0}, std::uint64_t{4294967296}, ~std::uint64_t{0}})
+    EXPECT_EQ(std::string(text.data(), format_unsigned(text.data(), number)), std::to_string(number));
+}
+
 }  // namespace
 }  // namespace colx

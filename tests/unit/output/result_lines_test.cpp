@@ -101,5 +101,28 @@ TEST(ResultLinesTest, WritesWhatStreamsWriteWhateverWasAskedBefore) {
   }
 }
 
+TEST(ResultLinesTest, CellsOf64BitsAreWrittenAsTheyAre) {
+  const test::SettingsGuard guard(2);
+  ResultLinesOf<std::uint64_t> lines;
+  // The pair of the first test, 2^40 times as frequent.
+  std::vector<std::uint64_t> frequencies = {883188, 408, 1636, 96};
+  for (std::uint64_t& frequency : frequencies)
+    frequency <<= 40;
+  const std::string_view text = lines.get(frequencies);
+  EXPECT_EQ(text.substr(0, text.find('\n')), "968933626861322240\t343047627866112\t1693247906775040\t105553116266496");
+  EXPECT_NE(text.find("\t6.98894117\t"), std::string_view::npos) << text;
+  EXPECT_EQ(lines.get(frequencies), text);
+}
+
+TEST(ResultLinesTest, TheLargestCellsHaveRoom) {
+  const test::SettingsGuard guard(7);
+  settings::precision = 3;
+  ResultLinesOf<std::uint64_t> lines;
+  // Cells that wrap are as long as a number can be.
+  const std::vector<std::uint64_t> frequencies(NGram::_types_count, ~std::uint64_t{0} - 1);
+  const std::string_view text = lines.get(frequencies);
+  EXPECT_TRUE(text.ends_with("\n\n")) << text;
+}
+
 }  // namespace
 }  // namespace colx

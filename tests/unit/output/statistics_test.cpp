@@ -69,6 +69,25 @@ TEST_F(StatisticsTest, SumsWrapAt32Bits) {
       << text;
 }
 
+TEST_F(StatisticsTest, SumsOf64BitsDoNotWrap) {
+  const std::vector<NamedDataFileStatsOf<std::uint64_t>> exact = {{4294967295U, 1, 4000000000U, 0, 0, "b"},
+                                                                  {6, 2, 1000000000U, 0, 0, "a"}};
+  std::ostringstream out;
+  write_stats(out, exact, false, sizes_of(_stores.texts(), _stores.ngrams));
+  EXPECT_NE(out.str().find("Overall datafiles statistics:\n# of words: 4294967301\n# of sentences: 3\n"
+                           "# of 2-grams extracted: 5000000000\n\n"),
+            std::string::npos)
+      << out.str();
+}
+
+TEST_F(StatisticsTest, CountsOfRulesMayBeBeyond32Bits) {
+  std::ostringstream out;
+  write_rule_counts(out, {{"A", "B"}}, {5000000000U}, {{"a", {5000000000U}}});
+  EXPECT_EQ(out.str(),
+            "Passed 2-grams statistics for datafile a:\n A B\t5000000000\n\n"
+            "Overall passed 2-grams statistics:\n A B\t5000000000\n\n");
+}
+
 TEST_F(StatisticsTest, AnActiveFilterShowsWhatPassedAndWhatDidNot) {
   datafiles.push_back({10, 2, 8, 5, 3, "a"});
   datafiles.push_back({1, 1, 2, 0, 2, "b"});
