@@ -157,7 +157,8 @@ class Arranger {
     std::vector<CountedRecord> records;
     for (std::size_t i = 0; i < places.size(); ++i)
       records.push_back({bytes.data() + places[i], counts[i]});
-    return write_patterns(_folder.file(arrange_name(_task), "patterns"), records, _layout.partition_bits);
+    return write_patterns(_folder.file(arrange_name(_task), "patterns"), records, _layout.partition_bits,
+                          RecordsWanted::no);
   }
 
   const WorkFolder& _folder;

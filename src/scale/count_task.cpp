@@ -61,12 +61,19 @@ class PatternCounter {
   // How many patterns are numbered at the most, instead of being looked up once more.
   std::size_t _most_numbers() const { return _plan.memory / 8 / sizeof(std::uint32_t); }
 
-  template <unsigned K>
-  static std::uint64_t _hash(const char* members, const Positions& positions) {
-    std::uint64_t hash = 0;
-    for (unsigned k = 0; k < K; ++k)
-      hash += member_hash(member_at(members, k), positions.at[k]);
-    return hash;
+  // Reads what a file has of a pair. `take` gets the number in the table of the pattern of each record.
+  template <unsigned K, typename Take>
+  void _read(SegmentReader& file, std::size_t pair, const Positions& positions, SumTable<K>& table, bool adding,
+             const Take& take) {
+    _local.clear();
+    read_patterns<K>(
+        file.read(pair),
+        [&](const char* members, std::uint64_t count) {
+          const std::uint32_t number = table.find_or_add(pattern_hash<K>(members, positions), members);
+          if (adding) table[number].count += count;
+          _local.push_back(number);
+        },
+        [&](std::size_t local) { take(_local[local]); });
   }
 
   template <unsigned K>
@@ -78,30 +85,27 @@ class PatternCounter {
     for (const SegmentReader& file : _files)
       bytes += file.size(pair);
     table.clear(static_cast<std::size_t>(bytes / (size + 1) / 2));
-    const bool numbered = bytes / (size + 1) <= _most_numbers();
+    bool numbered = true;
     _numbers.clear();
+    _ends.clear();
     for (SegmentReader& file : _files) {
-      const std::string_view segment = file.read(pair);
-      const char* const end = segment.data() + segment.size();
-      for (const char* from = segment.data(); from != end;) {
-        const std::uint32_t number = table.find_or_add(_hash<K>(from, positions), from);
-        from += size;
-        table[number].count += get_short(from);
+      _read<K>(file, pair, positions, table, true, [&](std::uint32_t number) {
         if (numbered) _numbers.push_back(number);
-      }
+      });
+      _ends.push_back(_numbers.size());
+      if (_numbers.size() > _most_numbers()) numbered = false;
     }
     _count_different(type, positions, table);
 
     std::size_t next = 0;
     for (std::size_t part = 0; part < _parts; ++part) {
       _out.clear();
-      const std::string_view segment = _files[part].read(pair);
-      const char* const end = segment.data() + segment.size();
-      for (const char* from = segment.data(); from != end;) {
-        const std::uint32_t number = numbered ? _numbers[next++] : table.find_or_add(_hash<K>(from, positions), from);
-        from += size;
-        get_short(from);
-        append_short(_out, table[number].count);
+      const auto put = [&](std::uint32_t number) { append_short(_out, table[number].count); };
+      if (numbered) {
+        for (; next < _ends[part]; ++next)
+          put(_numbers[next]);
+      } else {
+        _read<K>(_files[part], pair, positions, table, false, put);
       }
       _frequencies.add(part, _out);
     }
@@ -134,7 +138,9 @@ class PatternCounter {
   std::vector<SegmentReader> _files;
   FrequenciesWriter _frequencies;
   std::vector<std::uint64_t> _different;  // by type
-  std::vector<std::uint32_t> _numbers;
+  std::vector<std::uint32_t> _local;      // of the patterns of a segment, their numbers in the table
+  std::vector<std::uint32_t> _numbers;    // record by record
+  std::vector<std::size_t> _ends;         // in the numbers, file by file
   std::string _out;
 };
 

@@ -114,7 +114,8 @@ void order(const WorkFolder& folder, const Plan& plan, const Layout& layout, con
   }
   std::vector<Entry>().swap(entries);
   done.add_file("ordered", ordered.finish());
-  done.add_file("patterns", write_patterns(folder.file(name, "patterns"), records, layout.partition_bits));
+  done.add_file("patterns",
+                write_patterns(folder.file(name, "patterns"), records, layout.partition_bits, RecordsWanted::yes));
   done.manifest().add("records", records.size());
   done.save();
 }

@@ -12,6 +12,7 @@
 
 #include "base/config.h"
 #include "scale/records.h"
+#include "spill/encoding.h"
 #include "spill/segment_file.h"
 
 namespace colx::scale {
@@ -40,17 +41,20 @@ inline NGram::Member member_at(const char* members, unsigned m) {
   return NGram::Member::load(reinterpret_cast<const unsigned char*>(members) + m * NGram::Member::size);
 }
 
-// The partition of the pattern that a record has at these positions.
-inline std::size_t partition_of(const char* members, const Positions& positions, unsigned partition_bits) {
+// The hash of a pattern of K members at these positions.
+template <unsigned K>
+std::uint64_t pattern_hash(const char* members, const Positions& positions) {
   std::uint64_t hash = 0;
-  for (unsigned i = 0; i < positions.count; ++i)
-    hash += member_hash(member_at(members, positions.at[i]), positions.at[i]);
-  return bucket_of(hash, partition_bits);
+  for (unsigned k = 0; k < K; ++k)
+    hash += member_hash(member_at(members, k), positions.at[k]);
+  return hash;
 }
 
-// What tells a file of patterns: a segment for each pair, in which the patterns stand in the order of their records,
-// each with the count of its record.
-inline constexpr std::string_view patterns_kind = "patt";
+// What tells a file of patterns: a segment for each pair. In it stand the different patterns, as many of which have few
+// lemmas and occur again and again: their number, and of each the members and the sum of the counts of its records.
+// Then, for each record in their order, 0 for a pattern that no record before has, or the number of its pattern,
+// from 1.
+inline constexpr std::string_view patterns_kind = "pat2";
 
 // A record as it is in memory: its members and its count.
 struct CountedRecord {
@@ -58,7 +62,29 @@ struct CountedRecord {
   std::uint64_t count;
 };
 
+// Whether it has to be known which record has which pattern.
+enum class RecordsWanted { no, yes };
+
 // Writes the patterns of records to a file.
-FileMark write_patterns(const std::string& path, const std::vector<CountedRecord>& records, unsigned partition_bits);
+FileMark write_patterns(const std::string& path, const std::vector<CountedRecord>& records, unsigned partition_bits,
+                        RecordsWanted wanted);
+
+// Reads the patterns of K members of a segment: calls `take_pattern(members, count)` for each, and then, for each
+// record, `take_record(number)` with the number of its pattern, from 0.
+template <unsigned K, typename TakePattern, typename TakeRecord>
+void read_patterns(std::string_view segment, const TakePattern& take_pattern, const TakeRecord& take_record) {
+  if (segment.empty()) return;
+  const char* from = segment.data();
+  const char* const end = from + segment.size();
+  for (std::uint64_t left = get_short(from); left > 0; --left) {
+    const char* const members = from;
+    from += K * NGram::Member::size;
+    take_pattern(members, get_short(from));
+  }
+  for (std::uint64_t next = 0; from != end;) {
+    const std::uint64_t number = get_short(from);
+    take_record(static_cast<std::size_t>(number == 0 ? next++ : number - 1));
+  }
+}
 
 }  // namespace colx::scale

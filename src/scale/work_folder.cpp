@@ -118,13 +118,30 @@ bool WorkFolder::forget_maker(const std::string& file) const {
   return true;
 }
 
-void WorkFolder::drop_spent(std::string_view step) const {
+void WorkFolder::drop_spent(std::string_view step, std::uint64_t least_missed) const {
+  std::vector<std::string> spent;
+  std::uint64_t bytes = 0;
   for (const auto& entry : std::filesystem::directory_iterator(_path)) {
     const std::string task = maker(entry.path().string());
     if (task.empty()) continue;
     const std::string_view reader = last_reader(task, _rest(entry.path(), task));
-    if (!reader.empty() && reader == step) ::unlink(entry.path().c_str());
+    if (reader.empty() || reader != step) continue;
+    spent.push_back(entry.path().string());
+    bytes += entry.file_size();
   }
+  if (bytes >= least_missed) _bring_to_disk(step);
+  for (const std::string& path : spent)
+    ::unlink(path.c_str());
+}
+
+void WorkFolder::_bring_to_disk(std::string_view step) const {
+  const auto bring = [](const std::string& path) {
+    const Descriptor file = open_for_reading(path);
+    if (::fsync(file.number()) != 0) throw output_error(fmt::format("cannot write to {}: {}", path, system_reason()));
+  };
+  for (const auto& entry : std::filesystem::directory_iterator(_path))
+    if (step_of_task(maker(entry.path().string())) == step) bring(entry.path().string());
+  bring(_path);
 }
 
 void WorkFolder::drop_unfinished() const {

@@ -52,8 +52,10 @@ class WorkFolder {
   // task makes again.
   bool forget_maker(const std::string& file) const;
 
-  // Removes the files that no step needs behind this one, which is over.
-  void drop_spent(std::string_view step) const;
+  // Removes the files that no step needs behind this one, which is over. When they have so many bytes or more, what the
+  // step has left is brought to the disk before, so that the machine may go down and they are not missed. Throws
+  // output_error.
+  void drop_spent(std::string_view step, std::uint64_t least_missed = std::uint64_t{256} << 20) const;
 
   // Removes what processes that were killed were about to write. Nobody else may be at work in the folder.
   void drop_unfinished() const;
@@ -71,6 +73,7 @@ class WorkFolder {
   // The manifest of a task, which says whose it is; nothing when there is none. Throws damaged_file.
   std::optional<Manifest> _load(const std::string& task) const;
   bool _misses_files(const std::string& task) const;
+  void _bring_to_disk(std::string_view step) const;
 
   std::string _path;
   mutable std::map<std::string, Known> _known;  // by task

@@ -14,6 +14,7 @@
 #include "companion/errors.h"
 #include "spill/damaged_file.h"
 #include "spill/segment_file.h"
+#include "spill/temporary_name.h"
 
 namespace colx {
 
@@ -107,9 +108,9 @@ std::uint64_t Manifest::mark() const {
 }
 
 void Manifest::save(const std::string& path) const {
-  const std::string temporary = fmt::format("{}.{}.part", path, ::getpid());
+  const std::string temporary = temporary_name(path);
   const std::string text = _as_text();
-  const int number = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  const int number = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   if (number < 0) throw output_error(fmt::format("cannot open {} for writing: {}", temporary, system_reason()));
   Descriptor file(number);
   try {

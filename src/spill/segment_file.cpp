@@ -14,6 +14,7 @@
 #include "companion/errors.h"
 #include "spill/damaged_file.h"
 #include "spill/encoding.h"
+#include "spill/temporary_name.h"
 #include "util/hashing.h"
 
 namespace colx {
@@ -77,8 +78,8 @@ std::uint64_t checksum(std::string_view bytes) {
 }
 
 SegmentWriter::SegmentWriter(std::string path, std::string_view kind)
-    : _path(std::move(path)), _temporary(fmt::format("{}.{}.part", _path, ::getpid())), _header(magic) {
-  const int number = ::open(_temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    : _path(std::move(path)), _temporary(temporary_name(_path)), _header(magic) {
+  const int number = ::open(_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   if (number < 0) throw output_error(fmt::format("cannot open {} for writing: {}", _temporary, system_reason()));
   _file = Descriptor(number);
   append_fixed(_header, version);

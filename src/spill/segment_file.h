@@ -11,6 +11,10 @@
 //
 // All numbers are little-endian. Checksums find damage, not malice. Memory: one segment and a buffer, on either side,
 // and the index.
+//
+// Nothing here waits for the disk: files that live shortly need never reach it. When the machine goes down, a file may
+// stand under its name and be empty, cut, or hold zeros. That is found like any other damage, by whoever asks for the
+// mark or reads the segment, and the file is made again.
 
 #include <cstddef>
 #include <cstdint>
