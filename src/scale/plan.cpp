@@ -299,7 +299,9 @@ void make_plan(const WorkFolder& folder, const std::vector<std::string>& paths, 
   plan.counting = _counting(plan);
   if (before && before->counting != plan.counting) {
     if (!wishes.may_start_over)
-      throw usage_error(fmt::format("the folder {} holds counts for other options", folder.path()));
+      throw usage_error(fmt::format(
+          "the folder {} holds counts for other options (-n, -m, -f, -c, -cf, -cs or -cw): name another folder",
+          folder.path()));
     before.reset();
   }
   plan.memory = wishes.memory;

@@ -96,6 +96,17 @@ UsualFolder _usual_folder() {
   return {fmt::format("{}/ngrex-scale-{}", folder, ::getpid()), false};
 }
 
+// Refuses a named folder that holds something else: many files are made there, and some are removed. The workflow keeps
+// its own files in a subfolder.
+void _check_work(const std::string& path) {
+  std::error_code none;
+  if (std::filesystem::exists(WorkFolder(path).lock_path(), none)) return;
+  for (const auto& entry : std::filesystem::directory_iterator(path, none)) {
+    if (entry.path().filename() != "workflow")
+      throw usage_error(fmt::format("--work: the folder {} holds other files: name a new one", path));
+  }
+}
+
 // Uses a folder as it was asked for. One that was not named is removed at the end of a run that has ended well, and in
 // any case when no other run would find it.
 class UsedFolder {
@@ -153,6 +164,7 @@ void _plan(const Options& options, const Notifier& error, const Use& use) {
   check_output_paths(paths);
   _check_outputs();
 
+  if (options.work) _check_work(*options.work);
   const UsedFolder used(options.work);
   std::vector<std::string_view> stages{"plan"};
   stages.insert(stages.end(), std::begin(step_names), std::end(step_names));

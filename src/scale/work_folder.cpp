@@ -64,7 +64,7 @@ std::optional<Manifest> WorkFolder::done(const std::string& task) const {
 
 Manifest WorkFolder::result(const std::string& task) const {
   std::optional<Manifest> manifest = _load(task);
-  if (!manifest) throw damaged_file(file(task, done_name), "is missing");
+  if (!manifest) throw damaged_file(file(task, done_name), fmt::format("is missing: the task {} is not done", task));
   return *std::move(manifest);
 }
 
@@ -174,7 +174,7 @@ void TaskResult::save() const {
 FolderLock::FolderLock(const WorkFolder& folder, Use use) {
   if (::mkdir(folder.path().c_str(), 0777) != 0 && errno != EEXIST)
     throw output_error(fmt::format("cannot make the folder {}: {}", folder.path(), system_reason()));
-  const std::string name = folder.path() + "/lock";
+  const std::string name = folder.lock_path();
   const int number = ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
   if (number < 0) throw output_error(fmt::format("cannot open {} for writing: {}", name, system_reason()));
   _file = Descriptor(number);

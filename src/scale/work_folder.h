@@ -25,6 +25,9 @@ class WorkFolder {
 
   const std::string& path() const { return _path; }
 
+  // The path of the file by which the folder is held, which it has from its first use on.
+  std::string lock_path() const { return _path + "/lock"; }
+
   // The path of a file of a task.
   std::string file(const std::string& task, std::string_view what) const {
     return _path + "/" + task + "." + std::string(what);

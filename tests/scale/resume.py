@@ -137,6 +137,9 @@ def check_usual_folder(bench, options):
   process.kill()
   assert process.wait() == -signal.SIGKILL
   subprocess.run(["flock", bench.path("out.s.ngrex-scale/lock"), "true"], check=False, timeout=60)
+  bench.write("elsewhere", "")
+  err = bench.run(bench.scale, "run", *options, "-o", "out.s", "--work", ".", status=2)
+  assert b"holds other files" in err and not os.path.exists(bench.path("plan.done")), err
   other = ["3" if word == "2" else word for word in options]
   expected = bench.expect(*other)
   bench.run(bench.scale, "run", "--jobs", "2", "-o", "out.s", *other)
@@ -185,6 +188,9 @@ def check_write(bench, options):
   assert b"expected an output datafile" in err, err
   err = bench.run(bench.scale, "write", "--work", "nowhere", "-o", "out.w", status=1)
   assert b"holds no counts" in err, err
+  bench.write("elsewhere", "")
+  err = bench.run(bench.scale, "run", *options, "-o", "out.s", "--work", ".", status=2)
+  assert b"holds other files" in err and not os.path.exists(bench.path("plan.done")), err
   other = ["3" if word == "2" else word for word in options]
   err = bench.run(bench.scale, "run", *other, "-o", "out.s", "--work", "work", status=2)
   assert b"holds counts for other options" in err, err
