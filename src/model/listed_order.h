@@ -11,8 +11,9 @@
 //   Between two growths the set is fed a sequence: the records it held in their order of iteration, then the new ones.
 //   Its order of iteration is that sequence sorted by bucket, stably, after having been turned around.
 //
-// So every stage is one bucket sort, and stages grow geometrically: time is linear in the number of records. Memory is
-// three numbers of 32 bits for each record at the most.
+// So the buckets in the end come one after another, and how the few records of one bucket stand can be told from the
+// records alone (listing.h). One bucket sort does it, and time is linear in the number of records, unless nearly all
+// have the same hash. Memory is a number of 32 bits for each record beside its hash.
 
 #include <cstdint>
 
