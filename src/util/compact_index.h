@@ -62,7 +62,15 @@ class CompactIndex {
   void clear() { *this = CompactIndex(); }
 
  private:
-  static constexpr std::size_t first_capacity = 64;
+  static constexpr std::size_t first_capacity = 1024;
+  static constexpr std::size_t large_capacity = std::size_t{1} << 20;
+
+  // Small indexes grow by four, because what growing costs beside counting is much and what the memory of a slot costs
+  // is little; large ones, of which most of the memory is, by half.
+  std::size_t _next_capacity() const {
+    if (_slots.size() == 0) return first_capacity;
+    return _slots.size() < large_capacity ? _slots.size() * 4 : _slots.size() / 2 * 3;
+  }
 
   std::size_t _home(std::uint64_t hash) const { return static_cast<std::size_t>(((hash >> 32) * _slots.size()) >> 32); }
   std::size_t _after(std::size_t i) const { return i + 1 == _slots.size() ? 0 : i + 1; }
@@ -79,7 +87,7 @@ class CompactIndex {
 
   template <typename HashOf>
   void _grow(const HashOf& hash_of) {
-    const std::size_t capacity = _slots.size() == 0 ? first_capacity : _slots.size() / 2 * 3;
+    const std::size_t capacity = _next_capacity();
     const std::size_t size = _size;
     clear();
     _slots = ZeroedArray<std::uint32_t>(capacity);
