@@ -16,6 +16,15 @@ void _print_context(TextBuffer& out, const WordTexts& texts, std::span<const Par
   out << '\n';
 }
 
+void _print_contexts(TextBuffer& out, const WordTexts& texts, const NGram& record,
+                     std::span<const PartOfContext> parts) {
+  _print_n_members(out, texts, record);
+  out << '\n';
+  if (record.type() == NGram::_full_ngram_type) _print_context(out, texts, parts, true);
+  _print_context(out, texts, parts, false);
+  out << '\n';
+}
+
 void write_contexts(std::ostream& out, const NGramStore& ngrams, const WordTexts& texts, const Notifier& progress) {
   std::size_t count = 0;
   for (std::uint8_t type = NGram::_full_ngram_type; type > 0; --type)
@@ -31,12 +40,7 @@ void write_contexts(std::ostream& out, const NGramStore& ngrams, const WordTexts
       if (i + 2 * ahead < order.size()) __builtin_prefetch(records.record(order[i + 2 * ahead]));
       if (i + ahead < order.size()) ngrams.contexts(*records.record(order[i + ahead])).prefetch();
       NGram& record = *records.record(order[i]);
-      const std::span<const PartOfContext> parts = ngrams.contexts(record).parts();
-      _print_n_members(text, texts, record);
-      text << '\n';
-      if (type == NGram::_full_ngram_type) _print_context(text, texts, parts, true);
-      _print_context(text, texts, parts, false);
-      text << '\n';
+      _print_contexts(text, texts, record, ngrams.contexts(record).parts());
       bar.advance(1);
     }
   }

@@ -17,6 +17,10 @@ namespace colx {
 // one down to 1, records in the order in which the store is listed. The caller looks at the state of the stream.
 void write_contexts(std::ostream& out, const NGramStore& ngrams, const WordTexts& texts, const Notifier& progress);
 
+// Writes the block of one record.
+void _print_contexts(TextBuffer& out, const WordTexts& texts, const NGram& record,
+                     std::span<const PartOfContext> parts);
+
 // Writes the narrow or the wide ones of a list of context words, a line each, and an empty line.
 void _print_context(TextBuffer& out, const WordTexts& texts, std::span<const PartOfContext> parts, bool narrow);
 

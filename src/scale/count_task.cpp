@@ -170,6 +170,17 @@ std::uint64_t count_key(const WorkFolder& folder, const Plan& plan, const Pairs&
   return checksum(key);
 }
 
+std::vector<std::uint64_t> records_by_type(const WorkFolder& folder, const Plan& plan, const Layout& layout) {
+  std::vector<std::uint64_t> records(NGram::_types_count, 0);
+  records[NGram::_full_ngram_type] = layout.listed;
+  for (std::size_t task = 0; task < count_tasks(plan, layout).size(); ++task) {
+    const std::vector<Manifest::Fields> lines = folder.result(count_name(task)).all("different");
+    for (std::size_t type = 1; type < NGram::_full_ngram_type; ++type)
+      records[type] += to_number(lines.at(type).at(1));
+  }
+  return records;
+}
+
 void count_patterns(const WorkFolder& folder, const Plan& plan, const Layout& layout, const Pairs& pairs,
                     std::size_t parts, std::size_t number) {
   TaskResult done(folder, count_name(number), count_key(folder, plan, pairs, parts));

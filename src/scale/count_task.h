@@ -28,6 +28,9 @@ std::string count_name(std::size_t task);
 // What the tasks depend on: the patterns of all parts.
 std::uint64_t count_key(const WorkFolder& folder, const Plan& plan, const Pairs& pairs, std::size_t parts);
 
+// How many different N-grams of each type ngrex would hold, from what the tasks have left.
+std::vector<std::uint64_t> records_by_type(const WorkFolder& folder, const Plan& plan, const Layout& layout);
+
 // Does one task. Its manifest says how many different patterns of each type there are.
 void count_patterns(const WorkFolder& folder, const Plan& plan, const Layout& layout, const Pairs& pairs,
                     std::size_t parts, std::size_t number);

@@ -139,8 +139,9 @@ constexpr Program program = {"ngrex-scale",
                              "COMMAND is run, which does all the work, or write, which writes the files again\n"
                              "from a folder given by --work. An engine that spreads the work over machines\n"
                              "takes plan, with the options of run, and then the steps one after another: scan,\n"
-                             "number, map, reduce, arrange, order and count, each of which has tasks that can\n"
-                             "be done at the same time. The command steps prints their names.\n"
+                             "number, map, reduce, arrange, order, count, collect, merge and format, each of\n"
+                             "which has tasks that can be done at the same time. The command steps prints\n"
+                             "their names.\n"
                              "The options of ngrex mean what they mean there:",
                              _entries,
                              0};

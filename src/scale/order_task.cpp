@@ -1,60 +1,18 @@
 #include "scale/order_task.h"
 
 #include <algorithm>
-#include <limits>
 
 #include <fmt/format.h>
 
 #include "model/ngram_hash.h"
 #include "scale/arrange_task.h"
+#include "scale/listed_sort.h"
 #include "scale/patterns.h"
 #include "scale/records.h"
 #include "scale/records_writer.h"
 #include "spill/encoding.h"
 
 namespace colx::scale {
-
-namespace {
-
-// A record in memory, as far as its place goes.
-struct Entry {
-  std::uint64_t first;
-  std::uint64_t begin;  // in the bytes
-  std::uint32_t weak_hash;
-  std::uint32_t bucket;
-};
-
-// Sorts entries by bucket, and in one bucket as the listing says.
-std::vector<Entry> _sorted(const std::vector<Entry>& entries, const Listing& listing) {
-  std::uint32_t least = std::numeric_limits<std::uint32_t>::max();
-  std::uint32_t largest = 0;
-  for (const Entry& entry : entries) {
-    least = std::min(least, entry.bucket);
-    largest = std::max(largest, entry.bucket);
-  }
-  if (entries.empty()) return {};
-  std::vector<std::uint32_t> next(std::size_t{largest - least} + 2, 0);
-  for (const Entry& entry : entries)
-    ++next[entry.bucket - least + 1];
-  for (std::size_t b = 1; b < next.size(); ++b)
-    next[b] += next[b - 1];
-  std::vector<Entry> sorted(entries.size());
-  for (const Entry& entry : entries)
-    sorted[next[entry.bucket - least]++] = entry;
-  const auto before = [&](const Entry& a, const Entry& b) {
-    return listing.before({a.weak_hash, a.first}, {b.weak_hash, b.first});
-  };
-  for (auto begin = sorted.begin(); begin != sorted.end();) {
-    auto end = begin + 1;
-    while (end != sorted.end() && end->bucket == begin->bucket)
-      ++end;
-    if (end - begin > 1) std::sort(begin, end, before);
-    begin = end;
-  }
-  return sorted;
-}
-
-}  // namespace
 
 std::string order_name(std::size_t part) {
   return fmt::format("order-{}", part);
@@ -85,11 +43,11 @@ void order(const WorkFolder& folder, const Plan& plan, const Layout& layout, con
     }
   }
   const std::size_t members_size = settings::n * NGram::Member::size;
-  std::vector<Entry> entries;
+  std::vector<ListedEntry> entries;
   Members members;
   const char* const end = bytes.data() + bytes.size();
   for (const char* from = bytes.data(); from != end;) {
-    Entry entry;
+    ListedEntry entry;
     entry.begin = static_cast<std::uint64_t>(from - bytes.data());
     load_members(from, settings::n, members);
     from += members_size;
@@ -99,12 +57,12 @@ void order(const WorkFolder& folder, const Plan& plan, const Layout& layout, con
     entry.bucket = listing.bucket(entry.weak_hash);
     entries.push_back(entry);
   }
-  entries = _sorted(entries, listing);
+  entries = sorted_by_listing(entries, listing);
 
   RecordsWriter ordered(folder.file(name, "ordered"), ordered_kind);
   std::vector<CountedRecord> records;
   records.reserve(entries.size());
-  for (const Entry& entry : entries) {
+  for (const ListedEntry& entry : entries) {
     const char* const record = bytes.data() + entry.begin;
     const char* from = record + members_size;
     records.push_back({record, get_short(from)});
@@ -112,7 +70,7 @@ void order(const WorkFolder& folder, const Plan& plan, const Layout& layout, con
     std::copy(record, from, to);
     ordered.wrote_to(to + (from - record));
   }
-  std::vector<Entry>().swap(entries);
+  std::vector<ListedEntry>().swap(entries);
   done.add_file("ordered", ordered.finish());
   done.add_file("patterns",
                 write_patterns(folder.file(name, "patterns"), records, layout.partition_bits, RecordsWanted::yes));

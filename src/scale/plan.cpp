@@ -30,6 +30,7 @@ constexpr std::size_t most_datafiles_of_a_shard = 1024;
 constexpr unsigned most_bucket_bits = 18;
 constexpr std::uint64_t least_records_of_a_bucket = 16;
 constexpr std::uint64_t most_records_of_a_bucket = 8192;
+constexpr std::uint64_t usual_sentence = 20;  // in words
 
 Manifest::Fields _with_key(std::string key, const std::vector<std::string>& values) {
   Manifest::Fields fields{std::move(key)};
@@ -214,6 +215,25 @@ std::uint64_t _counting(const Plan& plan) {
   return options.mark();
 }
 
+// So many that the contexts of a bucket, of one type, take a sixteenth of the memory, as long as the indexes of all
+// runs, which are in memory when the runs are merged, take no more than an eighth.
+unsigned _context_bits(std::uint64_t records, const Plan& plan) {
+  if (!settings::context_tracing_on()) return 0;
+  constexpr std::uint64_t bytes_of_entry = 16;
+  constexpr std::uint64_t most_entries = std::uint64_t{16} << 10;
+  const std::uint64_t types = (std::uint64_t{1} << settings::n) - 1;
+  const ContextWindow& window = settings::context_window;
+  const std::uint64_t words =
+      window.mode == ContextWindow::words ? 2 * window.size : usual_sentence * (window.size + std::uint64_t{1});
+  const std::uint64_t bytes = records * (words * sizeof(std::uint32_t) + 6ULL * settings::n);
+  const std::uint64_t runs = plan.shards.size() + records * (24 + 40 * types) / std::max<std::uint64_t>(plan.memory, 1);
+  unsigned bits = 0;
+  while ((bytes >> bits) > plan.memory / 16 && (types << (bits + 1)) <= most_entries &&
+         (runs * types * bytes_of_entry << (bits + 1)) <= plan.memory / 8)
+    ++bits;
+  return bits;
+}
+
 }  // namespace
 
 std::uint64_t Plan::key_of_shard(std::size_t shard) const {
@@ -256,6 +276,7 @@ void Plan::save(const WorkFolder& folder) const {
   manifest.add("memory", memory);
   manifest.add("bucket_bits", bucket_bits);
   manifest.add("reduces", reduces);
+  manifest.add("context_bits", context_bits);
   manifest.add("counting", counting);
   for (const Datafile& datafile : datafiles)
     manifest.add({"datafile", datafile.path, datafile.source, std::to_string(datafile.size),
@@ -280,6 +301,7 @@ std::optional<Plan> Plan::load(const WorkFolder& folder) {
   plan.memory = manifest->number("memory");
   plan.bucket_bits = static_cast<unsigned>(manifest->number("bucket_bits"));
   plan.reduces = manifest->number("reduces");
+  plan.context_bits = static_cast<unsigned>(manifest->number("context_bits"));
   plan.counting = manifest->number("counting");
   for (const Manifest::Fields& line : manifest->all("datafile"))
     plan.datafiles.push_back({line.at(1), line.at(2), to_number(line.at(3)), to_number(line.at(4)),
@@ -315,8 +337,8 @@ void make_plan(const WorkFolder& folder, const std::vector<std::string>& paths, 
   plan.shard_size = before ? before->shard_size : wishes.shard_size;
   if (wishes.shard_size != 0) plan.shard_size = wishes.shard_size;
   if (plan.shard_size == 0) plan.shard_size = _usual_shard_size(total, wishes);
-  // A window reaches over cuts, and one of no words lets a datafile be read up to its first sentence only.
-  const bool inside = !settings::context_tracing_on() && !only_first_sentence();
+  // A window of no words lets a datafile be read up to its first sentence only.
+  const bool inside = !only_first_sentence();
   const bool as_before = before && before->shard_size == plan.shard_size;
   plan.shards =
       Cutter(plan.datafiles, plan.shard_size, inside, as_before ? _starts(before) : std::set<std::size_t>()).cut();
@@ -334,6 +356,7 @@ void make_plan(const WorkFolder& folder, const std::vector<std::string>& paths, 
   while (plan.bucket_bits > 0 && (plan.shards.size() * bytes_of_entry << plan.bucket_bits) > plan.memory / 8)
     --plan.bucket_bits;
   if (before) plan.bucket_bits = before->bucket_bits;
+  plan.context_bits = before ? before->context_bits : _context_bits(records, plan);
   const std::uint64_t by_memory = records * bytes_of_record / std::max<std::uint64_t>(plan.memory / 2, 1) + 1;
   plan.reduces = std::clamp<std::uint64_t>(std::max<std::uint64_t>(by_memory, wishes.jobs), 1,
                                            std::uint64_t{1} << plan.bucket_bits);

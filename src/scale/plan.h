@@ -55,6 +55,7 @@ struct Plan {
   std::size_t memory = 0;        // for each process
   unsigned bucket_bits = 0;      // of the hash of a record, by which runs are ordered
   std::size_t reduces = 1;       // tasks that add up the runs
+  unsigned context_bits = 0;     // of the hash of a record of any type, by which runs of contexts are ordered
   std::uint64_t counting = 0;    // tells apart options that make the counts different
 
   // The task's own part of what its result depends on.

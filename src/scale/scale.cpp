@@ -167,7 +167,8 @@ void _plan(const Options& options, const Notifier& error, const Use& use) {
   if (options.work) _check_work(*options.work);
   const UsedFolder used(options.work);
   std::vector<std::string_view> stages{"plan"};
-  stages.insert(stages.end(), std::begin(step_names), std::end(step_names));
+  stages.insert(stages.end(), std::begin(step_names),
+                std::end(step_names) - (settings::context_tracing_on() ? 0 : steps_of_contexts));
   stages.emplace_back("write");
   const WorkBar bar(stages, settings::n, options.command == "run" && !options.quiet && !_writes_to_terminal());
   remove_unfinished_output(used.folder());

@@ -15,8 +15,8 @@ struct Spent {
   std::string_view reader;
 };
 
-// Contexts, which are collected beside the last step, need the sentences as well.
-constexpr std::string_view reader_of_sentences = "map, or contexts";
+// Contexts need the sentences as well.
+constexpr std::string_view reader_of_sentences = "map, or collect";
 
 constexpr Spent spent_files[] = {
     {"scan", "lemmas", "number"},
@@ -31,6 +31,9 @@ constexpr Spent spent_files[] = {
     {"arrange", "candidates", "order"},
     {"arrange", "patterns", "count"},
     {"order", "patterns", "count"},
+    {"collect", "run-", "merge"},
+    {"merge", "merged", "format"},
+    {"merge", "firsts", "format"},
 };
 
 bool _is(std::string_view what, std::string_view name) {
@@ -48,7 +51,7 @@ std::string_view last_reader(std::string_view task, std::string_view what) {
   const auto* const found = std::find_if(std::begin(spent_files), std::end(spent_files),
                                          [&](const Spent& file) { return file.step == step && _is(what, file.what); });
   if (found == std::end(spent_files)) return "";
-  if (found->reader == reader_of_sentences) return settings::context_tracing_on() ? "count" : "map";
+  if (found->reader == reader_of_sentences) return settings::context_tracing_on() ? "collect" : "map";
   return found->reader;
 }
 

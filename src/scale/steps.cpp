@@ -6,9 +6,12 @@
 #include "base/config.h"
 #include "base/errors.h"
 #include "scale/arrange_task.h"
-#include "scale/context_task.h"
+#include "scale/collect_task.h"
+#include "scale/context_layout.h"
 #include "scale/count_task.h"
+#include "scale/format_task.h"
 #include "scale/map_task.h"
+#include "scale/merge_task.h"
 #include "scale/number_task.h"
 #include "scale/order_task.h"
 #include "scale/parts.h"
@@ -80,18 +83,47 @@ Step _order(const WorkFolder& folder, const Plan& plan) {
           }};
 }
 
-// Contexts are collected beside it.
 Step _count(const WorkFolder& folder, const Plan& plan) {
   const auto arranged = _arranged(folder, plan);
-  const std::size_t counts = arranged->pairs.size();
-  return {counts + (settings::context_tracing_on() ? 1 : 0), [&folder, &plan, arranged, counts](std::size_t task) {
-            if (task == counts)
-              return Task{context_name, context_key(folder), [&folder, &plan] { collect_contexts(folder, plan); }};
+  return {arranged->pairs.size(), [&folder, &plan, arranged](std::size_t task) {
             const Pairs& pairs = arranged->pairs[task];
             const std::size_t parts = arranged->parts.size();
             return Task{count_name(task), count_key(folder, plan, pairs, parts),
                         [&folder, &plan, arranged, pairs, parts, task] {
                           count_patterns(folder, plan, arranged->layout, pairs, parts, task);
+                        }};
+          }};
+}
+
+Step _collect(const WorkFolder& folder, const Plan& plan) {
+  const auto numbered = _numbered(folder);
+  return {numbered->used_shards.size(), [&folder, &plan, numbered](std::size_t task) {
+            const std::size_t k = numbered->used_shards[task];
+            return Task{collect_name(k), collect_key(folder, plan, numbered->shards, k),
+                        [&folder, &plan, numbered, k] { collect(folder, plan, numbered->shards, k); }};
+          }};
+}
+
+Step _merge(const WorkFolder& folder, const Plan& plan) {
+  const auto layout =
+      std::make_shared<const ContextLayout>(ContextLayout::from(folder, plan, _numbered(folder)->shards));
+  const std::uint64_t mark = merges_mark(folder, plan, *layout);
+  return {layout->merges.size(), [&folder, &plan, layout, mark](std::size_t task) {
+            return Task{merge_name(task), merge_key(mark, layout->merges[task]),
+                        [&folder, &plan, layout, mark, task] { merge(folder, plan, *layout, mark, task); }};
+          }};
+}
+
+Step _format(const WorkFolder& folder, const Plan& plan) {
+  const auto layout =
+      std::make_shared<const ContextLayout>(ContextLayout::from(folder, plan, _numbered(folder)->shards));
+  const std::uint64_t mark = formats_mark(folder, *layout);
+  const auto parts = std::make_shared<const std::vector<ContextPart>>(
+      context_parts(merged_bytes(folder, *layout), context_part_bytes(plan)));
+  return {parts->size(), [&folder, layout, mark, parts](std::size_t task) {
+            const ContextPart& part = (*parts)[task];
+            return Task{format_name(task), format_key(mark, part), [&folder, layout, mark, parts, task] {
+                          format_contexts(folder, *layout, mark, (*parts)[task], task);
                         }};
           }};
 }
@@ -119,7 +151,11 @@ Step step_of(std::string_view name, const WorkFolder& folder, const Plan& plan) 
             }};
   }
   if (name == "order") return _order(folder, plan);
-  return _count(folder, plan);
+  if (name == "count") return _count(folder, plan);
+  if (!settings::context_tracing_on()) return {};
+  if (name == "collect") return _collect(folder, plan);
+  if (name == "merge") return _merge(folder, plan);
+  return _format(folder, plan);
 }
 
 }  // namespace colx::scale

@@ -13,7 +13,11 @@
 namespace colx::scale {
 
 // In their order. What is left then is to write the files.
-inline constexpr std::string_view step_names[] = {"scan", "number", "map", "reduce", "arrange", "order", "count"};
+inline constexpr std::string_view step_names[] = {"scan",  "number", "map",     "reduce", "arrange",
+                                                  "order", "count",  "collect", "merge",  "format"};
+
+// The last steps, which have no tasks unless contexts are collected.
+inline constexpr std::size_t steps_of_contexts = 3;
 
 // The tasks of a step. They refer to the folder and the plan.
 struct Step {

@@ -12,8 +12,8 @@
 #include "base/notifier.h"
 #include "companion/errors.h"
 #include "companion/new_file.h"
-#include "scale/context_task.h"
 #include "scale/counted.h"
+#include "scale/format_task.h"
 #include "scale/parts_file.h"
 #include "scale/progress.h"
 #include "scale/unfinished_output.h"
@@ -58,7 +58,8 @@ void _write_files(const Counted& counted, std::size_t jobs) {
   const PartsFile listing = listing_file<Count>(counted, jobs);
   Progress::begin_stage("write", listing.parts);
   _make_file(folder, settings::output_file, listing);
-  _make_file(folder, settings::context_output_file, [&](std::ostream& out) { write_context_file(folder, out); });
+  _make_file(folder, settings::context_output_file,
+             [&](std::ostream& out) { write_context_file(folder, counted.plan, out); });
   Progress::hide();
 }
 

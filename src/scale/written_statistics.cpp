@@ -39,13 +39,7 @@ StoreSizes _sizes(const Counted& counted) {
   StoreSizes sizes;
   sizes.lemmas = counted.numbering.lemmas;
   sizes.tags = counted.numbering.tags;
-  sizes.records.assign(NGram::_types_count, 0);
-  sizes.records[NGram::_full_ngram_type] = counted.layout.listed;
-  for (std::size_t task = 0; task < count_tasks(counted.plan, counted.layout).size(); ++task) {
-    const std::vector<Manifest::Fields> lines = counted.folder.result(count_name(task)).all("different");
-    for (std::size_t type = 1; type < NGram::_full_ngram_type; ++type)
-      sizes.records[type] += to_number(lines.at(type).at(1));
-  }
+  sizes.records = records_by_type(counted.folder, counted.plan, counted.layout);
   return sizes;
 }
 

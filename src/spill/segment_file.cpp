@@ -196,6 +196,12 @@ std::string_view SegmentReader::read(std::size_t segment) {
   return bytes;
 }
 
+void SegmentReader::shrink() {
+  if (_buffer.size() <= _ahead) return;
+  std::vector<char>().swap(_buffer);
+  _held_begin = _held_end = 0;
+}
+
 FileMark mark_of(const std::string& path) {
   const Descriptor file = _open(path);
   const std::uint64_t size = _size_of(file, path);

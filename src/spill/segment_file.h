@@ -93,6 +93,9 @@ class SegmentReader {
   // The bytes of a segment, checked; valid until the next call.
   std::string_view read(std::size_t segment);
 
+  // Gives back the memory that a large segment has taken; for whoever reads the segments of one number from many files.
+  void shrink();
+
   const std::string& path() const { return _path; }
   FileMark mark() const { return _mark; }
 

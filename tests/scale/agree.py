@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Compares ngrex-scale with ngrex, byte for byte, on random corpora and command lines.
 
-  agree.py --program NGREX --scale NGREX_SCALE [--seed S] [--cases K] [--first C] [--keep DIR] [--no-contexts]
+  agree.py --program NGREX --scale NGREX_SCALE [--seed S] [--cases K] [--first C] [--keep DIR] [--no-contexts | --contexts]
 
 The cases are those of tests/differential, and each is run with cuts, memory and jobs drawn at random: shards from a few
 bytes to everything, memory so small that every step goes to disk, one to five processes. Compared are the exit status,
@@ -73,6 +73,7 @@ def main():
   parser.add_argument("--first", type=int, default=0)
   parser.add_argument("--keep", default=None)
   parser.add_argument("--no-contexts", action="store_true")
+  parser.add_argument("--contexts", action="store_true")
   options = parser.parse_args()
   program, scale = os.path.abspath(options.program), os.path.abspath(options.scale)
   environment_seed = os.environ.get("NGREX_TEST_SEED")
@@ -84,7 +85,8 @@ def main():
   agreed = left_out = 0
   for number in range(options.first, options.first + options.cases):
     case = differential.Generator(seed, number).make()
-    if not case.arguments or not understood(case.arguments) or (options.no_contexts and has_contexts(case.arguments)):
+    if not case.arguments or not understood(case.arguments) or (options.no_contexts and has_contexts(case.arguments)) \
+        or (options.contexts and not has_contexts(case.arguments)):
       left_out += 1
       continue
     r = random.Random(f"{seed}/{number}/scale")

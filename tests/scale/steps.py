@@ -16,8 +16,9 @@ import sys
 import tempfile
 
 WORDS = ["rain", "wind", "heavy", "falls", "ž"]
-OPTIONS = ["-i", "list", "-n", "3", "-m", "**"]
-FILES = ["-o", "triples", "-s", "statistics"]
+OPTIONS = ["-i", "list", "-n", "3", "-m", "**", "-cw", "4"]
+FILES = ["-o", "triples", "-s", "statistics", "-c", "contexts"]
+NAMES = FILES[1::2]
 
 
 def datafile(r):
@@ -60,8 +61,8 @@ def main():
         with open(os.path.join(folder, "list"), "w", encoding="utf-8") as file:
             file.write("one\ntwo\n")
         run = subprocess.run([arguments.program, *OPTIONS, *FILES], cwd=folder, check=True, capture_output=True)
-        expected = [read(folder, name) for name in ("triples", "statistics")]
-        for name in ("triples", "statistics"):
+        expected = [read(folder, name) for name in NAMES]
+        for name in NAMES:
             os.remove(os.path.join(folder, name))
 
         steps = subprocess.run([arguments.scale, "steps"], check=True, capture_output=True, text=True).stdout.splitlines()
@@ -86,7 +87,7 @@ def main():
             if step == "order":
                 assert "are not complete" in told("write", *FILES, status=1)
         told("write", *FILES)
-        assert [read(folder, name) for name in ("triples", "statistics")] == expected, "the files are not those of ngrex"
+        assert [read(folder, name) for name in NAMES] == expected, "the files are not those of ngrex"
 
         with open(os.path.join(folder, "work", "lock"), "rb") as lock:
             fcntl.flock(lock, fcntl.LOCK_SH)  # as a step does

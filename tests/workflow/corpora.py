@@ -8,9 +8,10 @@ WORDS = ["rain", "wind", "heavy", "falls", "ž"]
 TAGS = ["NN", "VB"]
 FUNCTIONS = ["Sb", "Atr", "Unknown"]
 
-# What ngrex is asked for: with filters, statistics and contexts, so that every step has something to do.
+# What ngrex is asked for, with filters and statistics; and what is asked for beside it, for which there are steps of their own.
 OPTIONS = ["-i", "my list", "-n", "3", "-m", "**", "-o", "triples.txt", "-s", "statistics.txt", "-f", "rules", "-fs", "filter.txt"]
 OUTPUTS = ["triples.txt", "statistics.txt", "filter.txt"]
+CONTEXTS = ["-c", "contexts.txt", "-cw", "3"]
 
 
 def datafile(r, sentences):
@@ -47,8 +48,9 @@ def make_corpus(folder, r):
 def expected(ngrex, folder, options=OPTIONS, least=20000):
     """What ngrex writes, by name; removes the files."""
     subprocess.run([ngrex, *options], cwd=folder, check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    files = {name: read(os.path.join(folder, name)) for name in OUTPUTS}
-    for name in OUTPUTS:
+    outputs = [*OUTPUTS, *(["contexts.txt"] if "-c" in options else [])]
+    files = {name: read(os.path.join(folder, name)) for name in outputs}
+    for name in outputs:
         os.remove(os.path.join(folder, name))
     assert len(files["triples.txt"]) > least, "the corpus is too small to show anything"
     return files

@@ -3,7 +3,7 @@
 usage: workflow.py SOURCE_FOLDER BUILD_FOLDER
 
 A random corpus (the seed is printed, NGREX_TEST_SEED gives it back) is counted by snakemake --cores 2: in one go; killed
-half-way without a chance to clear up, and resumed; with a datafile more than before, and with a sieve. What is
+half-way without a chance to clear up, and resumed; with a datafile more than before, with a sieve, and with contexts. What is
 not to be counted again is not. A failure ends with a sentence and no output. Of the profile for Slurm the test looks at
 what sbatch is given and at what the states of a job mean; slurm.py runs it. Status 77 says that Snakemake is not there.
 """
@@ -18,7 +18,7 @@ import tempfile
 import time
 
 import corpora
-from corpora import OPTIONS, configure, expected, make_corpus, markers, read, snakemake, write
+from corpora import CONTEXTS, OPTIONS, configure, expected, make_corpus, markers, read, snakemake, write
 
 failures = []
 
@@ -54,6 +54,15 @@ def check_in_one_go(source, folder, files):
     expect(len(before) > 8, f"there are few tasks: {sorted(before)}")
     again = snakemake(source, folder, "--cores", "2")
     expect("Nothing to be done" in again.stderr, f"there is something left to do:\n{again.stderr}")
+
+
+def check_contexts(source, folder, ngrex, scale):
+    """With contexts, in a work folder of their own."""
+    options = [*OPTIONS, *CONTEXTS]
+    files = expected(ngrex, folder, options)
+    configure(folder, scale, options)
+    expect_success(snakemake(source, folder, "--cores", "2"), "with contexts")
+    expect_bytes(folder, files, "with contexts")
 
 
 def check_growth(source, folder, ngrex, scale, r):
@@ -164,17 +173,20 @@ def main():
     seed = int(os.environ.get("NGREX_TEST_SEED", random.randrange(10**9)))
     print(f"seed {seed}")
     r = random.Random(seed)
-    with tempfile.TemporaryDirectory() as one, tempfile.TemporaryDirectory() as two, tempfile.TemporaryDirectory() as three:
+    with tempfile.TemporaryDirectory() as one, tempfile.TemporaryDirectory() as two, tempfile.TemporaryDirectory() as three, \
+            tempfile.TemporaryDirectory() as four:
         make_corpus(one, r)
         files = expected(ngrex, one)
         shutil.copytree(one, two, dirs_exist_ok=True)
         shutil.copytree(one, three, dirs_exist_ok=True)
+        shutil.copytree(one, four, dirs_exist_ok=True)
         for folder in one, two:
             configure(folder, scale)
         check_in_one_go(source, one, files)
         check_growth(source, one, ngrex, scale, r)
         check_kill(source, two, files)
         check_failure(source, three, scale)
+        check_contexts(source, four, ngrex, scale)
         check_submission(source, three, scale)
         check_states(source, three)
     for failure in failures:
