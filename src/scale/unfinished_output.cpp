@@ -7,6 +7,7 @@
 #include <optional>
 #include <stdexcept>
 
+#include "companion/errors.h"
 #include "spill/manifest.h"
 
 namespace colx::scale {
@@ -35,7 +36,11 @@ void UnfinishedOutput::remember(const NewFile& file) const {
   if (file.temporary_path().empty() || ::lstat(file.temporary_path().c_str(), &status) != 0) return;
   Manifest manifest;
   manifest.add({"file", std::filesystem::absolute(file.temporary_path()).string(), _identity(status)});
-  manifest.save(_name);
+  try {
+    manifest.save(_name);
+  } catch (const output_error&) {
+    // A file that is left behind is found by its name as well.
+  }
 }
 
 void remove_unfinished_output(const WorkFolder& folder) {

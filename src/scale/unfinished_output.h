@@ -19,7 +19,8 @@ class UnfinishedOutput {
   UnfinishedOutput(const UnfinishedOutput&) = delete;
   UnfinishedOutput& operator=(const UnfinishedOutput&) = delete;
 
-  // Remembers the file under its temporary name, if it has one. Throws output_error.
+  // Remembers the file under its temporary name, if it has one, and if that can be written down: no output is to fail
+  // for it.
   void remember(const NewFile& file) const;
 
  private:

@@ -67,5 +67,14 @@ TEST(UnfinishedOutputTest, AFileThatWasWrittenIsForgotten) {
   EXPECT_TRUE(std::filesystem::exists(folder.path("output")));
 }
 
+TEST(UnfinishedOutputTest, WithoutAPlaceToRememberItTheFileIsWrittenAllTheSame) {
+  const test::TemporaryFolder folder;
+  const UnfinishedOutput unfinished(WorkFolder(folder.path("nowhere")));
+  NewFile file(folder.path("output"));
+  unfinished.remember(file);
+  file.commit();
+  EXPECT_TRUE(std::filesystem::exists(folder.path("output")));
+}
+
 }  // namespace
 }  // namespace colx::scale
