@@ -20,7 +20,7 @@ import resume  # noqa: E402
 
 # What write reads, and what tells whether it is right.
 STAYS = re.compile(r"lock|.*\.done|order-\d+\.ordered|count-\d+\.frequencies|number\.(lemmas|tags)|scan-\d+\.warnings|"
-                   r"contexts?(-\d+)?\.text")
+                   r"merge-\d+\.cells|format-\d+\.text")
 OPTIONS = ["-i", "list", "-n", "2", "-m", "**", "-f", "rules"]
 
 
