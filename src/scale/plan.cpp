@@ -223,8 +223,8 @@ unsigned _context_bits(std::uint64_t records, const Plan& plan) {
   constexpr std::uint64_t most_entries = std::uint64_t{16} << 10;
   const std::uint64_t types = (std::uint64_t{1} << settings::n) - 1;
   const ContextWindow& window = settings::context_window;
-  const std::uint64_t words =
-      window.mode == ContextWindow::words ? 2 * window.size : usual_sentence * (window.size + std::uint64_t{1});
+  const std::uint64_t words = window.mode == ContextWindow::words ? std::uint64_t{2} * window.size
+                                                                  : usual_sentence * (window.size + std::uint64_t{1});
   const std::uint64_t bytes = records * (words * sizeof(std::uint32_t) + 6ULL * settings::n);
   const std::uint64_t runs = plan.shards.size() + records * (24 + 40 * types) / std::max<std::uint64_t>(plan.memory, 1);
   unsigned bits = 0;
