@@ -11,8 +11,8 @@
 #include <fmt/format.h>
 
 #include "base/config.h"
+#include "base/errors.h"
 #include "base/files.h"
-#include "companion/descriptor.h"
 #include "companion/errors.h"
 #include "companion/new_file.h"
 #include "options/params.h"
@@ -47,17 +47,23 @@ std::streamoff _length(std::ifstream& stream) {
   stream.seekg(0, std::ios::end);
   const std::streamoff end = stream.tellg();
   stream.clear();
+  stream.seekg(0);
+  stream.clear();
   return end;
 }
 
 // Copies what can be read only once. Returns the bytes copied.
-std::uint64_t _copy(const std::string& from, const std::string& to) {
-  const Descriptor input = open_for_reading(from == "-" ? "./-" : from);
+std::uint64_t _copy(std::ifstream& from, const std::string& name, const std::string& to) {
   NewFile output(to);
   std::vector<char> buffer(std::size_t{1} << 20);
   std::uint64_t size = 0;
-  for (std::size_t count; (count = input.read_some(buffer.data(), buffer.size(), from)) != 0; size += count)
+  do {
+    from.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+    const auto count = static_cast<std::size_t>(from.gcount());
     output.write({buffer.data(), count});
+    size += count;
+  } while (from);
+  if (from.bad()) throw unreadable(name);
   output.commit();
   return size;
 }
@@ -102,9 +108,9 @@ Datafile _look_at(const WorkFolder& folder, const std::string& path, std::size_t
     append_fixed(stamp, status.st_ino);
     datafile.stamp = checksum(stamp);
   } else {
-    stream.close();
+    // Who opens a pipe a second time may wait for its writer in vain.
     datafile.source = folder.file(fmt::format("copy-{}", number), "datafile");
-    datafile.size = _copy(path, datafile.source);
+    datafile.size = _copy(stream, path, datafile.source);
   }
   return datafile;
 }

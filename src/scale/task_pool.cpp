@@ -34,6 +34,7 @@ constexpr char damaged_letter = 'D';
 constexpr char fatal_letter = 'F';
 constexpr char output_letter = 'W';
 constexpr char other_letter = 'O';
+constexpr char path_end = '\0';  // which no path has
 
 // What a process says of its failure goes through a pipe.
 void _say(const Descriptor& pipe, char letter, const std::string& text) {
@@ -51,7 +52,7 @@ void _say(const Descriptor& pipe, char letter, const std::string& text) {
     task.body();
     ::_exit(EXIT_SUCCESS);
   } catch (const damaged_file& error) {
-    _say(pipe, damaged_letter, error.path() + '\n' + error.what());
+    _say(pipe, damaged_letter, error.path() + path_end + error.what());
   } catch (const fatal_error& error) {
     _say(pipe, fatal_letter, error.what());
   } catch (const output_error& error) {
@@ -136,11 +137,11 @@ class Processes {
     const std::string rest = text.substr(1);
     if (text[0] == fatal_letter) throw fatal_error(rest);
     if (text[0] == output_letter) throw output_error(rest);
-    const std::size_t line_end = rest.find('\n');
-    if (text[0] == damaged_letter && line_end != std::string::npos) {
-      const std::string path = rest.substr(0, line_end);
+    const std::size_t end = rest.find(path_end);
+    if (text[0] == damaged_letter && end != std::string::npos) {
+      const std::string path = rest.substr(0, end);
       const std::string usual = fmt::format("intermediate file {} ", path);
-      throw damaged_file(path, rest.substr(line_end + 1 + usual.size()));
+      throw damaged_file(path, rest.substr(end + 1 + usual.size()));
     }
     throw std::runtime_error(rest);
   }

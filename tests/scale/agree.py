@@ -3,12 +3,15 @@
 
   agree.py --program NGREX --scale NGREX_SCALE [--seed S] [--cases K] [--first C] [--keep DIR] [--no-contexts | --contexts]
 
-The cases are those of tests/differential, and each is run with cuts, memory and jobs drawn at random: shards from a few
-bytes to everything, memory so small that every step goes to disk, one to five processes. Compared are the exit status,
-standard error and, when the run ends well, every file. The first disagreement is shown and its folder kept.
+The cases are those of tests/differential, half of them with more of a corpus: datafiles that are many of theirs in one, so that
+cuts fall into whatever is malformed, more and smaller datafiles, some of them more than once or through pipes. Each is run with
+cuts, memory and jobs drawn at random: shards from a few bytes to everything, memory so small that every step goes to disk, one to
+five processes. Compared are the exit status, standard error and, when the run ends well, every file. The first disagreement is
+shown and its folder kept.
 """
 
 import argparse
+import collections
 import os
 import random
 import shlex
@@ -19,9 +22,7 @@ import tempfile
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "differential"))
 import differential  # noqa: E402
-import ngrex_reference  # noqa: E402
 
-TAKES_VALUE = ("i", "o", "n", "d", "m", "p", "s", "c", "cf", "cs", "cw", "f", "fs", "tc", "te", "tf", "tl", "tm", "tp", "tt", "tz")
 
 
 def understood(arguments):
@@ -54,9 +55,73 @@ def own_options(r, size):
   return options
 
 
+def other_datafiles(seed, number, r, n, count):
+  """Datafiles of other cases, the sentences of which are short enough for N-grams of this size."""
+  found = []
+  for other in range(count * 8):
+    generator = differential.Generator(seed, f"{number}/{other}")
+    generator.make()
+    if generator.n >= n and not generator.heavy:
+      found += [content for content in generator.case.files.values() if content and len(content) < 20000]
+    if len(found) >= count:
+      break
+  return found[:count] or [b""]
+
+
+def grow(case, seed, number, r, n, prefix):
+  """Gives a case more of a corpus, unless its list or its prefix leads nowhere. Returns what it was given."""
+  if prefix not in (None, "", "./") or b"a0.dat" in (case.stdin or b""):
+    return None
+  lines = case.files["list"].split(b"\n")
+  named = [line.decode() for line in lines if case.files.get(line.decode(errors="replace"))]
+  if not named:
+    return None
+  kind = r.choice(["long", "long", "many", "again", "pipes", "all"])
+  if kind in ("long", "all"):
+    between = r.choice([b"", b"\n", b"\n\n", b" ", b"\r\n"])
+    case.files[r.choice(named)] += between + between.join(other_datafiles(seed, number, r, n, r.choice([5, 20, 60])))
+  if kind in ("many", "all"):
+    for at, content in enumerate(other_datafiles(seed, number, r, n, r.choice([3, 10, 30]))):
+      name = f"more{at}.dat"
+      case.files[name] = r.choice([content, content, content, b"", b"\n", content[:r.randint(0, len(content))]])
+      lines.insert(r.randint(0, len(lines)), name.encode())
+  if kind in ("again", "all"):
+    for _ in range(r.randint(1, 3)):
+      lines.insert(r.randint(0, len(lines)), (r.choice(["", "./", "folder/../"]) + r.choice(named)).encode())
+  if kind in ("pipes", "all") and prefix is None:
+    for name in r.sample(named, 1):
+      if len(case.files[name]) < PIPE_HOLDS and name.encode() in lines:
+        case.pipes.append(case.files[name])
+        lines[lines.index(name.encode())] = b"/dev/fd/%d" % (FIRST_PIPE + len(case.pipes) - 1)
+  case.files["list"] = b"\n".join(lines)
+  return kind
+
+
+# Descriptors that no program uses for anything else.
+FIRST_PIPE = 50
+PIPE_HOLDS = 60000
+
+
+def full_pipes(contents):
+  """Pipes that hold these contents, at the descriptors from FIRST_PIPE on."""
+  for at, content in enumerate(contents):
+    source, sink = os.pipe()
+    os.write(sink, content)
+    os.close(sink)
+    os.dup2(source, FIRST_PIPE + at)
+    os.close(source)
+    yield FIRST_PIPE + at
+
+
 def run(program, arguments, case, folder):
   source = {"input": case.stdin} if case.stdin is not None else {"stdin": subprocess.DEVNULL}
-  done = subprocess.run([program, *arguments], cwd=folder, capture_output=True, check=False, timeout=120, **source)
+  pipes = list(full_pipes(case.pipes))
+  try:
+    done = subprocess.run([program, *arguments], cwd=folder, capture_output=True, check=False, timeout=300, pass_fds=pipes,
+                          **source)
+  finally:
+    for pipe in pipes:
+      os.close(pipe)
   return differential.Outcome(done.returncode, b"", done.stderr, folder)
 
 
@@ -83,13 +148,18 @@ def main():
   print(f"seed {seed}", flush=True)
   base = tempfile.mkdtemp(prefix="ngrex-scale-agree-")
   agreed = left_out = 0
+  grown = collections.Counter()
   for number in range(options.first, options.first + options.cases):
-    case = differential.Generator(seed, number).make()
+    generator = differential.Generator(seed, number)
+    case = generator.make()
+    case.pipes = []
     if not case.arguments or not understood(case.arguments) or (options.no_contexts and has_contexts(case.arguments)) \
         or (options.contexts and not has_contexts(case.arguments)):
       left_out += 1
       continue
     r = random.Random(f"{seed}/{number}/scale")
+    if r.random() < 0.5:
+      grown[grow(case, seed, number, r, generator.n, generator.prefix)] += 1
     size = sum(len(content) for content in case.files.values() if content)
     folders = [os.path.join(base, name) for name in ("ngrex", "scale")]
     for folder in folders:
@@ -123,7 +193,8 @@ def main():
     for folder in folders:
       shutil.rmtree(folder)
   shutil.rmtree(base)
-  print(f"{agreed} cases agree, {left_out} left out (seed {seed})")
+  more = ", ".join(f"{count} {kind}" for kind, count in grown.items() if kind)
+  print(f"{agreed} cases agree, {left_out} left out, with more of a corpus: {more} (seed {seed})")
   return 0
 
 
