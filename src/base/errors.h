@@ -2,6 +2,7 @@
 
 // The exceptions that end a run during its start-up checks, while datafiles are processed or output files are written.
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 
@@ -22,6 +23,12 @@ class index_overflow : public std::overflow_error {
 // The end of a run that has no memory left; `moment` completes the sentence, as in "while processing datafile: a".
 inline fatal_error out_of_memory(const std::string& moment) {
   return fatal_error("Program has met with out-of-memory condition " + moment + "!");
+}
+
+// The end of a run that has more different N-grams of a type than one can number.
+inline fatal_error too_many_records(unsigned type, std::uint32_t most) {
+  return fatal_error("There are more than " + std::to_string(most) + " different N-grams of type " +
+                     std::to_string(type) + ", which is as many as can be counted!");
 }
 
 // The end of a run for which an open input could not be read to its end.

@@ -11,4 +11,10 @@ namespace colx::limits {
 // as occurring so often.
 extern std::uint32_t frequency;
 
+// The most different N-grams of one type. One more ends a run.
+extern std::uint32_t records;
+
+// The most lemmas that N-grams tell apart; those whose numbers differ by a multiple of it are the same to them.
+extern std::uint32_t lemmas;
+
 }  // namespace colx::limits

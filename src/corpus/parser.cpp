@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/limits.h"
 #include "corpus/datafile_format.h"
 #include "corpus/dependencies.h"
 
@@ -207,8 +208,8 @@ std::uint8_t Parser::_intern_tag(std::string_view tag) {
 std::uint32_t Parser::_intern_lemma(std::string_view text) {
   const std::size_t known_lemmas = _lemmas.size();
   const std::uint32_t lemma = _lemmas.store(text);
-  if (known_lemmas == most_distinct_lemmas && _lemmas.size() > known_lemmas) {
-    _warning_sink("More than " + std::to_string(most_distinct_lemmas) +
+  if (_lemmas.size() > known_lemmas && known_lemmas == limits::lemmas) {
+    _warning_sink("More than " + std::to_string(limits::lemmas) +
                   " different lemmas were read. N-grams whose lemmas differ by a multiple of that number of "
                   "indexes are counted as the same...");
   }

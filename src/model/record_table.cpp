@@ -45,10 +45,7 @@ NGram* RecordTable::add(std::span<const NGram::Member> members, std::uint32_t fr
 }
 
 NGram* RecordTable::_make(std::uint64_t hash, const NGram::Member* members) {
-  if (_size == _most_records) {
-    throw fatal_error("There are more than " + std::to_string(_most_records) + " different N-grams of type " +
-                      std::to_string(_type) + ", which is as many as can be counted!");
-  }
+  if (_size == _most_records) throw too_many_records(_type, _most_records);
   if (_index.size() != _size) {
     throw fatal_error("N-grams of type " + std::to_string(_type) + " cannot be counted any more: their index is gone!");
   }

@@ -10,6 +10,7 @@
 #include <span>
 #include <vector>
 
+#include "base/limits.h"
 #include "model/ngram.h"
 #include "model/occurrence_batch.h"
 #include "util/compact_index.h"
@@ -23,7 +24,7 @@ class RecordTable {
  public:
   // The type must not be 0. The pool must serve chunks of `records_per_chunk` records of this type's size, and outlive
   // the table. `most_records` is at most what the index can number.
-  RecordTable(std::uint8_t type, VoidPool& pool, std::uint32_t most_records = CompactIndex::largest_size);
+  RecordTable(std::uint8_t type, VoidPool& pool, std::uint32_t most_records = limits::records);
 
   static constexpr std::uint32_t records_per_chunk = 2048;
 

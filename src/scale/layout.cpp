@@ -3,6 +3,9 @@
 #include <algorithm>
 
 #include "base/config.h"
+#include "base/errors.h"
+#include "base/limits.h"
+#include "model/ngram.h"
 #include "scale/reduce_task.h"
 
 namespace colx::scale {
@@ -37,6 +40,7 @@ Layout Layout::from(const WorkFolder& folder, const Plan& plan) {
     layout.refused += result.refused;
     layout.piece_shift = result.piece_shift;
   }
+  if (layout.listed > limits::records) throw too_many_records(NGram::_full_ngram_type, limits::records);
   const std::uint64_t fitting = plan.memory / 2 / _bytes_of_record();
   const std::uint64_t even = layout.listed / (plan.reduces * 2) + 1;
   layout.most_records =

@@ -25,6 +25,7 @@ struct Layout {
     return static_cast<std::size_t>(std::uint64_t{bucket} * ranges / buckets);
   }
 
+  // Throws fatal_error when there are more listed N-grams than ngrex can hold.
   static Layout from(const WorkFolder& folder, const Plan& plan);
 };
 

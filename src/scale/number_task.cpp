@@ -9,6 +9,7 @@
 
 #include "base/config.h"
 #include "base/errors.h"
+#include "base/limits.h"
 #include "base/notifier.h"
 #include "corpus/datafile_format.h"
 #include "scale/extracted_sentences.h"
@@ -144,7 +145,7 @@ class Numberer {
       _replay(shard, begin, lines_before, lemmas_before, tags_before);
       return;
     }
-    if (lemmas_before <= most_distinct_lemmas && _lemmas.size() > most_distinct_lemmas) {
+    if (lemmas_before <= limits::lemmas && _lemmas.size() > limits::lemmas) {
       _replay(shard, begin, lines_before, lemmas_before, tags_before);
     } else if (result.warnings > 0) {
       _messages.push_back({"told", std::to_string(shard), std::to_string(lines_before)});
@@ -181,7 +182,7 @@ class Numberer {
     numbers.add(tags);
     std::string lemmas;
     for_each_text(_folder.file(scan_name(shard), "lemmas"), [&](std::string_view text) {
-      append_fixed(lemmas, _lemmas.store(text));
+      append_fixed(lemmas, _lemmas.store(text) % limits::lemmas);
       if (lemmas.size() < numbers_of_block * sizeof(std::uint32_t)) return;
       numbers.add(lemmas);
       lemmas.clear();

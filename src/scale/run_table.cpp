@@ -27,7 +27,8 @@ void RunTable::_clear() {
   _table.reset();
   const std::size_t record_size = NGram::_ngrams_memory_sizes[settings::n];
   _pool = std::make_unique<VoidPool>(static_cast<std::uint32_t>(RecordTable::records_per_chunk * record_size));
-  _table = std::make_unique<RecordTable>(NGram::_full_ngram_type, *_pool);
+  // How many there may be is for those to say who know which are the same, and which are refused.
+  _table = std::make_unique<RecordTable>(NGram::_full_ngram_type, *_pool, CompactIndex::largest_size);
   _first.clear();
   _occurrences = 0;
 }

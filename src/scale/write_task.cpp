@@ -73,6 +73,7 @@ bool _passes_ngrex(const Counted& counted) {
 
 void write_files(const WorkFolder& folder, const Plan& plan, const Writing& writing) {
   const Counted counted(folder, plan);
+  check_patterns(counted);
   if (writing.exact) {
     _write_files<std::uint64_t>(counted, writing.jobs);
     return;

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "base/errors.h"
+#include "base/limits.h"
 #include "corpus/datafile_stats.h"
 #include "output/statistics.h"
 #include "scale/count_task.h"
@@ -44,6 +46,12 @@ StoreSizes _sizes(const Counted& counted) {
 }
 
 }  // namespace
+
+void check_patterns(const Counted& counted) {
+  const auto records = _sizes(counted).records;
+  for (unsigned type = 1; type < records.size(); ++type)
+    if (records[type] > limits::records) throw too_many_records(type, limits::records);
+}
 
 template <typename Count>
 void write_statistics(std::ostream& out, const Counted& counted) {

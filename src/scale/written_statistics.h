@@ -10,6 +10,9 @@
 
 namespace colx::scale {
 
+// Throws fatal_error when there are more different patterns of some type than ngrex can hold, and damaged_file.
+void check_patterns(const Counted& counted);
+
 // Writes what the option -s asks for. Throws damaged_file.
 template <typename Count>
 void write_statistics(std::ostream& out, const Counted& counted);

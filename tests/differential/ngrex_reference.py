@@ -641,7 +641,11 @@ class Parser:
         else:
           code = RELATION_CODES.get(dependency, UNDEF)
           tag_index = run.tags.store(mask_tag(run.settings.mask, tag))
+          known_lemmas = len(run.lemmas.table)
           lemma_index = run.lemmas.store(cut_lemma(lemma))
+          if known_lemmas == MOST_LEMMAS and len(run.lemmas.table) > known_lemmas:
+            run.warning(b"More than " + u(MOST_LEMMAS) + b" different lemmas were read. N-grams whose lemmas differ by a "
+                        b"multiple of that number of indexes are counted as the same...")
           words.append(Word(lemma_index, tag_index, order & 0xFFFF, parent & 0xFFFF, code))
           k += 1
           continue
@@ -740,6 +744,7 @@ class Buffer:
 # model
 
 MAX_FREQUENCY = 0xFFFFFF
+MOST_LEMMAS = 1 << 24
 MAX_CARRY = 0xFFFFFFFF
 CONTEXT_MAX_FREQUENCY = 0x7FFFFFFF
 
@@ -748,7 +753,7 @@ class Context:
   __slots__ = ("lemma", "tag", "narrow", "frequency")
 
   def __init__(self, lemma, tag, narrow):
-    self.lemma = lemma & 0xFFFFFF
+    self.lemma = lemma % MOST_LEMMAS
     self.tag = tag
     self.narrow = narrow
     self.frequency = 1
@@ -809,7 +814,7 @@ def record_of_occurrence(members, type_, n):
   kept = []
   for position, (parent, word) in enumerate(members):
     if has_position(type_, n, position):
-      kept.append((word.lemma & 0xFFFFFF, word.tag, parent, word.dependency if parent else HEAD))
+      kept.append((word.lemma % MOST_LEMMAS, word.tag, parent, word.dependency if parent else HEAD))
   return Record(type_, tuple(kept), 1)
 
 

@@ -70,8 +70,9 @@ def exact_pearsons_coefficient(tables):
 USUAL = ngrex_reference.Tables, ngrex_reference.pearsons_coefficient, ngrex_reference.MAX_FREQUENCY, ngrex_reference.MAX_CARRY
 
 
-def twin(case, folder, exact, counter, carry):
-  """The outcome of the twin with a counter and a carried amount of other sizes, or of the exact one."""
+def twin(case, folder, exact, counter, carry, lemmas):
+  """The outcome of the twin with a counter, a carried amount and a number of lemmas of other sizes, or of the exact one."""
+  ngrex_reference.MOST_LEMMAS = lemmas
   ngrex_reference.Tables, ngrex_reference.pearsons_coefficient, *_ = USUAL
   ngrex_reference.MAX_FREQUENCY, ngrex_reference.MAX_CARRY = counter, carry
   if exact:
@@ -105,20 +106,21 @@ def main():
     # A carried amount grows by what the counter holds until it would pass its own limit.
     counter = r.choice([1, 2, 3, 5, 17])
     carry = max(r.choice([1, 2, 3, 4, 7, 20, 1000]), counter)
+    lemmas = r.choice([1, 2, 4, 8, 16, 32, 1 << 24])
     folders = [os.path.join(base, name) for name in ("twin", "scale")]
     for folder in folders:
       os.makedirs(folder)
       differential.write_folder(folder, case.files)
     size = sum(len(content) for content in case.files.values() if content)
     exact = r.random() < 0.4
-    expected = twin(case, folders[0], exact, counter, carry)
+    expected = twin(case, folders[0], exact, counter, carry, lemmas)
     if expected is None:
       left_out += 1
       for folder in folders:
         shutil.rmtree(folder)
       continue
     arguments = ["run", *["--exact"][:exact], *agree.own_options(r, size), *case.arguments]
-    os.environ["NGREX_LOWERED_LIMITS"] = f"frequency={carry}"
+    os.environ["NGREX_LOWERED_LIMITS"] = f"frequency={carry} lemmas={lemmas}"
     got = agree.run(scale, arguments, case, folders[1])
     expected.out = b""
     if expected.status != 0:
@@ -131,7 +133,8 @@ def main():
     exactly += exact
     lines = differential.differences(expected, got)
     if lines:
-      print(f"case {number} of seed {seed} disagrees with a counter to {counter} and a limit of {carry}; folder {base}")
+      print(f"case {number} of seed {seed} disagrees with a counter to {counter}, a limit of {carry}, and {lemmas} lemmas; "
+            f"folder {base}")
       print("command: ngrex-scale " + " ".join(arguments))
       print("\n".join(lines[:80]))
       return 1
