@@ -102,7 +102,7 @@ class Comparison:
       took.append(time.monotonic() - begin)
       self._check(command, expected, got, options)
     if expected[0] == 0:
-      sieve = r.choice([["-tf", "2"], ["-tl", "3"], ["-ta", "-tf", "3", "-tl", "1"], ["-tp", "0.1", "-p", "3"]])
+      sieve = r.choice([["-tf", "2"], ["-tl", "3"], ["-ta", "-tf", "3", "-tl", "1"], ["-tc", "3", "-p", "3"]])
       self._run([self.ngrex, *options, *sieve, *self._files("n", options)])
       command = [self.scale, "write", "--work", "work", *sieve, *self._files("s", options)]
       # Warnings are said by the run that reads.
