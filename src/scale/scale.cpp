@@ -92,19 +92,29 @@ UsualFolder _usual_folder() {
   const bool is_file = ::stat(output.c_str(), &status) != 0 || S_ISREG(status.st_mode);
   if (is_file) return {output + ".ngrex-scale"};
   const char* const chosen = std::getenv("TMPDIR");
-  const std::string folder = chosen == nullptr || *chosen == '\0' ? "/tmp" : chosen;
-  return {fmt::format("{}/ngrex-scale-{}", folder, ::getpid()), false};
+  std::string folder = chosen == nullptr || *chosen == '\0' ? "/tmp" : chosen;
+  folder += "/ngrex-scale-XXXXXX";
+  if (::mkdtemp(folder.data()) == nullptr)
+    throw output_error(fmt::format("cannot make a folder {}: {}", folder, system_reason()));
+  return {folder, false};
 }
 
-// Refuses a named folder that holds something else: many files are made there, and some are removed. The workflow keeps
-// its own files in a subfolder.
-void _check_work(const std::string& path) {
+// Refuses a folder that holds something else: many files are made there, and some are removed, or all. The workflow
+// keeps its own files in a subfolder.
+void _check_work(const std::string& path, bool named) {
   std::error_code none;
   if (std::filesystem::exists(WorkFolder(path).lock_path(), none)) return;
   for (const auto& entry : std::filesystem::directory_iterator(path, none)) {
-    if (entry.path().filename() != "workflow")
-      throw usage_error(fmt::format("--work: the folder {} holds other files: name a new one", path));
+    if (named && entry.path().filename() == "workflow") continue;
+    throw usage_error(
+        named ? fmt::format("--work: the folder {} holds other files: name a new one", path)
+              : fmt::format("the folder {} holds other files: name one for intermediate files by --work", path));
   }
+}
+
+UsualFolder _checked(UsualFolder used, bool named) {
+  _check_work(used.path, named);
+  return used;
 }
 
 // Uses a folder as it was asked for. One that was not named is removed at the end of a run that has ended well, and in
@@ -112,7 +122,7 @@ void _check_work(const std::string& path) {
 class UsedFolder {
  public:
   explicit UsedFolder(const std::optional<std::string>& named)
-      : UsedFolder(named ? UsualFolder{*named} : _usual_folder(), named.has_value()) {}
+      : UsedFolder(_checked(named ? UsualFolder{*named} : _usual_folder(), named.has_value()), named.has_value()) {}
   ~UsedFolder() {
     if (!_can_be_found) _remove();
   }
@@ -164,7 +174,6 @@ void _plan(const Options& options, const Notifier& error, const Use& use) {
   check_output_paths(paths);
   _check_outputs();
 
-  if (options.work) _check_work(*options.work);
   const UsedFolder used(options.work);
   std::vector<std::string_view> stages{"plan"};
   stages.insert(stages.end(), std::begin(step_names),

@@ -86,6 +86,9 @@ def check_foreign(bench):
   bench.write("mine/number.txt", "precious\n")
   for work in ("mine", "."):
     bench.refuses(b"%s holds other files" % work.encode(), "run", *OPTIONS, "-o", "out", "--work", work, status=2)
+  os.mkdir(bench.path("out.ngrex-scale"))
+  bench.write("out.ngrex-scale/number.txt", "precious\n")
+  bench.refuses(b"out.ngrex-scale holds other files", "run", *OPTIONS, "-o", "out", status=2)
   bench.refuses(b"holds no counts", "write", "-o", "out", "--work", "mine")
   bench.refuses(b"a/lock", "run", *OPTIONS, "-o", "out", "--work", "a")
   bench.refuses(b"no/such", "run", *OPTIONS, "-o", "out", "--work", "no/such")
