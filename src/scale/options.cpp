@@ -43,7 +43,8 @@ constexpr std::array<Option<Options>, 12> _rows = {{
       "write counts beyond 32 bits as they are, and measures that are computed from them; ngrex would stop at "
       "4294967295"},
      [](Options& options, const GivenOption&) { options.exact = true; }},
-    {{"--shard", "SIZE", "bytes of a datafile that are a task of their own; the default depends on the corpus"},
+    {{"--shard", "SIZE",
+      "bytes of a datafile that are a task of their own; the default depends on the corpus and on the jobs"},
      [](Options& options, const GivenOption& given) { options.shard = memory_size(given); }},
     {{"--keep-going", "",
       "when a task fails, do the other tasks of its step all the same, and say all failures at the end"},
@@ -70,6 +71,12 @@ void _print_version(Options&, const GivenOption&) {
   write_to_standard_output(version(program));
 }
 
+// Whether the word, up to a value that is joined to it, is an option of ngrex-scale's own.
+bool _is_own(const std::string& word) {
+  return std::any_of(_entries.begin(), _entries.end(),
+                     [&](const OptionEntry& entry) { return entry.names == word.substr(0, word.find('=')); });
+}
+
 // Whether the word is an option of ngrex-scale's own that takes the next word as its value.
 bool _takes_value(const std::string& word) {
   return std::any_of(_entries.begin(), _entries.end(),
@@ -91,6 +98,8 @@ std::vector<std::string> _part(const std::vector<std::string>& arguments, Option
     if (word.starts_with("--")) {
       if (_takes_value(word) && i + 1 < count) ++taken;
       own.insert(own.end(), words.begin() + i, words.begin() + i + taken);
+      // Of one that there is not, which will be told, the next word may be the value.
+      if (!_is_own(word) && word != "--" && i + 1 < count && *words[static_cast<std::size_t>(i) + 1] != '-') ++taken;
     } else if ((taken = take_option(count, words.data(), i)) > 0) {
       options.words.insert(options.words.end(), words.begin() + i, words.begin() + i + taken);
     } else if (options.command.empty() && !word.empty() && !word.starts_with("-")) {
@@ -129,6 +138,9 @@ void _check_meant(const std::vector<std::string>& own, const Options& options) {
   }
   if (options.command == "steps" && !options.words.empty())
     throw usage_error(fmt::format("{} takes no {}", options.command, options.words[0]));
+  // ngrex without options prints a summary of them.
+  if ((options.command == "run" || options.command == "plan") && options.words.empty())
+    throw usage_error(fmt::format("{}: expected -i LIST, -n SIZE and -o FILE, found none of them", options.command));
 }
 
 }  // namespace
@@ -142,6 +154,7 @@ constexpr Program program = {"ngrex-scale",
                              "number, map, reduce, arrange, order, count, collect, merge and format, each of\n"
                              "which has tasks that can be done at the same time. The command steps prints\n"
                              "their names.\n"
+                             "\n"
                              "The options of ngrex mean what they mean there:",
                              _entries,
                              0};

@@ -76,6 +76,9 @@ def main():
                       ["write", "--of", "2"], ["plan", *OPTIONS, *FILES, "--task", "1"], ["steps", "--jobs", "1"]):
             option, = (word for word in words if word.startswith("--"))
             assert f"{words[0]} takes no {option}" in told(*words, status=2)
+        assert "there is no option --job" in told("run", "--job", "3", *OPTIONS, *FILES, status=2)
+        for command in ("run", "plan"):
+            assert f"{command}: expected -i LIST, -n SIZE and -o FILE" in told(command, status=2)
 
         for step in steps:
             jobs = r.randint(1, 4)
