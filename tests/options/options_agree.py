@@ -1,5 +1,5 @@
 """Proves that help and man page of a program have the same options and values, and that bash completes the same options and
-values that the program takes.
+values that the program takes; for ngrex-scale that help, man page and bash know its commands.
 
 usage: options_agree.py SOURCE_FOLDER PROGRAM...
 """
@@ -99,6 +99,24 @@ def refused_values(source, program, options):
     return refused
 
 
+def unknown_commands(source, program):
+    """Commands of ngrex-scale, as the program names its steps, that help, man page or completion do not know, and places that
+    have others or another order."""
+    steps = subprocess.run([program, "steps"], capture_output=True, text=True, check=True).stdout.split()
+    notes = subprocess.run([program, "--help"], capture_output=True, text=True, check=True).stdout
+    manual = open(f"{source}/docs/ngrex-scale.1", encoding="utf-8").read()
+    listed = {
+        "the help": re.findall(r"\w+", re.search(r"one\s+after\s+another:(.*?),\s+each\s+of", notes, re.S).group(1).replace(" and ", " ")),
+        "the man page": re.findall(r"^\.TP\n\.B (\w+)$", manual[manual.index(".SS Steps"):manual.index(".SH OPTIONS")], re.M),
+        "the completion": completed(source, "ngrex-scale", "")[4:],
+    }
+    if completed(source, "ngrex-scale", "")[:4] != ["run", "write", "plan", "steps"]:
+        yield "other commands than steps are not completed"
+    for place, names in listed.items():
+        if names != steps:
+            yield f"{place} has the steps {names}, the program {steps}"
+
+
 def main():
     source, *programs = map(os.path.abspath, sys.argv[1:])
     failures = 0
@@ -128,6 +146,9 @@ def main():
                 failures += 1
         for refused in refused_values(source, program, expected):
             print(f"{name}: {refused}")
+            failures += 1
+        for complaint in unknown_commands(source, program) if name == "ngrex-scale" else ():
+            print(f"{name}: {complaint}")
             failures += 1
     for words, expected in ((("ngrex", "-n", ""), list("234567")), (("ngrex", "-tf", ""), []),
                             (("ngrex", "-i", "ng"), ["ngrex.bash"]), (("ngrex-table", "--", "-"), []),

@@ -63,6 +63,9 @@ def check_contexts(source, folder, ngrex, scale):
     configure(folder, scale, options)
     expect_success(snakemake(source, folder, "--cores", "2"), "with contexts")
     expect_bytes(folder, files, "with contexts")
+    steps = subprocess.run([scale, "steps"], capture_output=True, text=True, check=True).stdout.split()
+    gates = {name for name in markers(folder) if "-" not in name and "." not in name}
+    expect(gates == {"plan", *steps, "write"}, f"the steps are {steps}, those of the workflow {sorted(gates)}")
 
 
 def check_growth(source, folder, ngrex, scale, r):
