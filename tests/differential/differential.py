@@ -35,6 +35,7 @@ class Case:
     self.files = {}  # relative path -> content, None for a folder
     self.arguments = []
     self.stdin = None  # bytes for a pipe, None for /dev/null
+    self.pipes = []  # contents of datafiles that are pipes; whoever adds some has to open them
     self.work_limit = WORK_LIMIT
 
 

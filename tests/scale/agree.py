@@ -152,7 +152,6 @@ def main():
   for number in range(options.first, options.first + options.cases):
     generator = differential.Generator(seed, number)
     case = generator.make()
-    case.pipes = []
     if not case.arguments or not understood(case.arguments) or (options.no_contexts and has_contexts(case.arguments)) \
         or (options.contexts and not has_contexts(case.arguments)):
       left_out += 1
