@@ -25,6 +25,7 @@ struct ArrangeResult {
 // The file of arranged records, each with members, count and first place.
 inline constexpr std::string_view arranged_kind = "arra";
 
+// The name of a task, and of what it leaves.
 std::string arrange_name(std::size_t task);
 
 // What the task depends on: all of the reduction.

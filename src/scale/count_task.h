@@ -14,15 +14,17 @@
 
 namespace colx::scale {
 
-// The frequencies of the patterns of all parts stand in the file "frequencies".
-
-// The pairs of one task.
+// The pairs of a type and a partition that one task has, by the numbers of scale/patterns.
 struct Pairs {
   std::size_t first = 0;
   std::size_t end = 0;
 };
+
+// The pairs of each task.
 std::vector<Pairs> count_tasks(const Plan& plan, const Layout& layout);
 
+// The name of a task, and of what it leaves: the frequencies of the patterns of all parts stand in its file
+// "frequencies".
 std::string count_name(std::size_t task);
 
 // What the tasks depend on: the patterns of all parts.

@@ -13,9 +13,10 @@
 
 namespace colx::scale {
 
+// The name of a task, and of what it leaves.
 std::string format_name(std::size_t part);
 
-// What the tasks depend on, as far as it is the same for all.
+// What the tasks depend on, as far as it is the same for all; and what one of them depends on.
 std::uint64_t formats_mark(const WorkFolder& folder, const ContextLayout& layout);
 std::uint64_t format_key(std::uint64_t formats_mark, const ContextPart& part);
 

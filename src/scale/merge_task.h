@@ -27,9 +27,10 @@ inline constexpr std::string_view firsts_kind = "firs";
 inline constexpr std::size_t firsts_pieces = 64;
 unsigned firsts_shift(std::uint64_t occurrences);
 
+// The name of a task, and of what it leaves.
 std::string merge_name(std::size_t task);
 
-// What the tasks depend on, as far as it is the same for all.
+// What the tasks depend on, as far as it is the same for all; and what one of them depends on.
 std::uint64_t merges_mark(const WorkFolder& folder, const Plan& plan, const ContextLayout& layout);
 std::uint64_t merge_key(std::uint64_t merges_mark, const Pairs& pairs);
 

@@ -13,14 +13,15 @@
 
 namespace colx::scale {
 
+// The name of the task, and what tells a file of the numbers of one shard.
 inline const std::string number_name = "number";
 inline constexpr std::string_view numbers_kind = "numb";
 
-// The numbers of the corpus that the lemmas of a shard have, by their numbers in the shard.
+// The numbers of the corpus that the lemmas, or tags, of a shard have, by their numbers in the shard.
 std::vector<std::uint32_t> lemma_numbers(const WorkFolder& folder, std::size_t shard);
 std::vector<std::uint8_t> tag_numbers(const WorkFolder& folder, std::size_t shard);
 
-// The file that holds them, and what tells its content.
+// The path of the file that holds them.
 std::string numbers_file(const WorkFolder& folder, std::size_t shard);
 
 // Loads the texts of the corpus.

@@ -16,6 +16,7 @@ namespace colx::scale {
 // The file of ordered records, by blocks, each with members and count.
 inline constexpr std::string_view ordered_kind = "orde";
 
+// The name of a task, and of what it leaves.
 std::string order_name(std::size_t part);
 
 // What the tasks depend on: all that is arranged, and the cut into parts.

@@ -43,6 +43,7 @@ inline constexpr std::string_view listed_kind = "list";
 inline constexpr std::string_view refused_kind = "refu";
 inline constexpr std::string_view pieces_kind = "piec";
 
+// The name of a task, and of what it leaves.
 std::string reduce_name(std::size_t task);
 
 // What the tasks depend on: the runs.

@@ -19,6 +19,7 @@ namespace colx::scale {
 inline constexpr std::uint32_t frequency_mark = 0xFF000000;
 inline constexpr std::uint32_t longer_frequency = 0xFFFFFFFF;
 
+// Appends such a list.
 inline void append_seen_words(std::string& to, std::span<const SeenWord> words) {
   const auto is_long = [](const SeenWord& word) { return word.count >= (longer_frequency & ~frequency_mark); };
   std::size_t units = words.size();
@@ -59,13 +60,14 @@ void for_each_seen_word(const char*& from, const Take& take) {
   }
 }
 
+// Moves `from` behind such a list.
 inline void skip_seen_words(const char*& from) {
   const std::uint64_t units = get_short(from);
   from += units * sizeof(std::uint32_t);
 }
 
-// A ranked list: for each frequency that it has, from the highest, the frequency, the number of words that have it, and
-// these; at the end a 0.
+// Appends a ranked list: for each frequency that it has, from the highest, the frequency, the number of words that have
+// it, and these; at the end a 0.
 inline void append_ranked_words(std::string& to, std::span<const SeenWord> words) {
   for (auto begin = words.begin(); begin != words.end();) {
     const auto end = std::find_if(begin, words.end(), [&](const SeenWord& word) { return word.count != begin->count; });

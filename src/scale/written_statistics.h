@@ -10,7 +10,8 @@
 
 namespace colx::scale {
 
-// Throws fatal_error when there are more different patterns of some type than ngrex can hold, and damaged_file.
+// Checks that ngrex could hold the different patterns of every type: throws fatal_error when it could not, and
+// damaged_file.
 void check_patterns(const Counted& counted);
 
 // Writes what the option -s asks for. Throws damaged_file.
