@@ -1,9 +1,11 @@
 """What the tests of the folder of intermediate files share: small corpora, and the two programs at work on them."""
 
+import argparse
 import os
 import random
 import resource
 import subprocess
+import tempfile
 
 LEMMAS = ["dog", "cat", "run", "big", "house", "see", "tree", "well_x", "rain", "heavy"]
 TAGS = ["NN", "VB", "AA"]
@@ -25,14 +27,32 @@ def corpus(r, size, warnings=0.01):
   return "".join(sentence(r, warnings) for _ in range(size))
 
 
-def seed_of(given):
-  """The seed of the command line or of the surroundings, or a new one, which is printed."""
+def read_arguments(*more):
+  """The command line of a test: --program NGREX, --scale NGREX_SCALE, --seed S, and what `more` adds to its parser. The
+  paths are made absolute; the seed, from the surroundings or new where none was given, is printed."""
+  parser = argparse.ArgumentParser()
+  parser.add_argument("--program", required=True)
+  parser.add_argument("--scale", required=True)
+  parser.add_argument("--seed", type=int, default=None)
+  for name, words in more:
+    parser.add_argument(name, **words)
+  arguments = parser.parse_args()
+  arguments.program, arguments.scale = os.path.abspath(arguments.program), os.path.abspath(arguments.scale)
   environment_seed = os.environ.get("NGREX_TEST_SEED")
-  seed = given
-  if seed is None:
-    seed = int(environment_seed) if environment_seed else random.SystemRandom().randrange(1 << 32)
-  print(f"seed {seed}", flush=True)
-  return seed
+  if arguments.seed is None:
+    arguments.seed = int(environment_seed) if environment_seed else random.SystemRandom().randrange(1 << 32)
+  print(f"seed {arguments.seed}", flush=True)
+  return arguments
+
+
+def in_folders(name, checks, make):
+  """Calls each check with what `make(program, scale, folder, seed)` makes of a new folder, and says that it holds."""
+  arguments = read_arguments()
+  for check in checks:
+    with tempfile.TemporaryDirectory(prefix=f"ngrex-scale-{name}-") as folder:
+      result = check(make(arguments.program, arguments.scale, folder, arguments.seed))
+      print(check.__name__, "holds" + (f" ({result})" if result else ""), flush=True)
+  return 0
 
 
 class Bench:

@@ -9,7 +9,6 @@ taken away; alone, with all files of their task, or several at a time. After tha
 be, or writes what is right; and `run` does, whatever it has to do again.
 """
 
-import argparse
 import os
 import random
 import re
@@ -18,8 +17,7 @@ import subprocess
 import sys
 import tempfile
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from bench import Bench, seed_of  # noqa: E402
+from bench import Bench, read_arguments
 
 SCENARIOS = {
   "pairs": ["-i", "list", "-n", "2", "-m", "**", "-f", "rules"],
@@ -134,17 +132,11 @@ WAYS = ["bit", "bit", "cut", "empty", "zeros", "longer", "missing", "elsewhere",
 
 
 def main():
-  parser = argparse.ArgumentParser()
-  parser.add_argument("--program", required=True)
-  parser.add_argument("--scale", required=True)
-  parser.add_argument("--seed", type=int, default=None)
-  parser.add_argument("--rounds", type=int, default=1, help="how often each kind of file is damaged")
-  arguments = parser.parse_args()
-  seed = seed_of(arguments.seed)
+  arguments = read_arguments(("--rounds", {"type": int, "default": 1, "help": "how often each kind of file is damaged"}))
   for scenario, options in SCENARIOS.items():
     with tempfile.TemporaryDirectory(prefix="ngrex-scale-damage-") as folder:
-      bench = Damaged(arguments, folder, seed, options)
-      r = random.Random(seed)
+      bench = Damaged(arguments, folder, arguments.seed, options)
+      r = random.Random(arguments.seed)
       tried = 0
       for _ in range(arguments.rounds):
         kinds = {}

@@ -5,18 +5,15 @@ ngrex whatever happens then: killed and resumed runs, damaged files whose source
   disk.py --program NGREX --scale NGREX_SCALE [--seed S]
 """
 
-import argparse
 import os
-import random
 import re
 import signal
 import subprocess
 import sys
-import tempfile
 import time
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-import resume  # noqa: E402
+import resume
+from bench import Bench, in_folders
 
 # What write reads, and what tells whether it is right.
 STAYS = re.compile(r"lock|.*\.done|order-\d+\.ordered|count-\d+\.frequencies|number\.(lemmas|tags)|scan-\d+\.warnings|"
@@ -24,7 +21,7 @@ STAYS = re.compile(r"lock|.*\.done|order-\d+\.ordered|count-\d+\.frequencies|num
 OPTIONS = ["-i", "list", "-n", "2", "-m", "**", "-f", "rules"]
 
 
-class Bench(resume.Bench):
+class DroppingBench(Bench):
   def dropping(self, *options):
     return self.scaled(*options, "--drop")
 
@@ -143,22 +140,7 @@ def check_lists(bench):
 
 
 def main():
-  parser = argparse.ArgumentParser()
-  parser.add_argument("--program", required=True)
-  parser.add_argument("--scale", required=True)
-  parser.add_argument("--seed", type=int, default=None)
-  arguments = parser.parse_args()
-  environment_seed = os.environ.get("NGREX_TEST_SEED")
-  seed = arguments.seed
-  if seed is None:
-    seed = int(environment_seed) if environment_seed else random.SystemRandom().randrange(1 << 32)
-  print(f"seed {seed}", flush=True)
-  for check in (check_what_stays, check_usual_folder, check_kills, check_damage, check_lists):
-    with tempfile.TemporaryDirectory(prefix="ngrex-scale-disk-") as folder:
-      bench = Bench(os.path.abspath(arguments.program), os.path.abspath(arguments.scale), folder, seed)
-      result = check(bench)
-      print(check.__name__, "holds" + (f" ({result})" if result else ""), flush=True)
-  return 0
+  return in_folders("disk", (check_what_stays, check_usual_folder, check_kills, check_damage, check_lists), DroppingBench)
 
 
 if __name__ == "__main__":

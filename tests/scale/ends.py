@@ -7,12 +7,13 @@ with the same failure and the same status, and with the same warnings before it 
 The programs are ngrex and ngrex-scale with another main, which takes limits from the environment.
 """
 
-import argparse
 import os
 import random
 import subprocess
 import sys
 import tempfile
+
+from bench import read_arguments
 
 RELATIONS = ["Sb", "Obj", "Atr", "Pred"]
 
@@ -25,18 +26,9 @@ def sentence(r, tags, lemmas):
 
 
 def main():
-  parser = argparse.ArgumentParser()
-  parser.add_argument("--program", required=True)
-  parser.add_argument("--scale", required=True)
-  parser.add_argument("--seed", type=int, default=None)
-  arguments = parser.parse_args()
-  environment_seed = os.environ.get("NGREX_TEST_SEED")
-  seed = arguments.seed
-  if seed is None:
-    seed = int(environment_seed) if environment_seed else random.SystemRandom().randrange(1 << 32)
-  print(f"seed {seed}", flush=True)
-  r = random.Random(seed)
-  program, scale = os.path.abspath(arguments.program), os.path.abspath(arguments.scale)
+  arguments = read_arguments()
+  program, scale = arguments.program, arguments.scale
+  r = random.Random(arguments.seed)
 
   with tempfile.TemporaryDirectory(prefix="ngrex-scale-ends-") as folder:
     def write(name, text):

@@ -11,17 +11,14 @@ nothing, and nothing else stands beside them. The same command once more does wh
 it writes is what ngrex writes.
 """
 
-import argparse
 import os
-import random
 import re
 import signal
 import subprocess
 import sys
 import tempfile
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from bench import Bench, seed_of  # noqa: E402
+from bench import Bench, read_arguments
 
 INPUTS = {"a", "b", "c", "list", "rules"}
 COMMON = ["-i", "list", "-m", "**", "-f", "rules"]
@@ -175,19 +172,12 @@ def walk(bench, kind, mark, steps):
 
 
 def main():
-  parser = argparse.ArgumentParser()
-  parser.add_argument("library")
-  parser.add_argument("--program", required=True)
-  parser.add_argument("--scale", required=True)
-  parser.add_argument("--seed", type=int, default=None)
-  parser.add_argument("--every", type=int, default=40)
-  parser.add_argument("--only", default="", help="one kind of failure")
-  arguments = parser.parse_args()
-  seed = seed_of(arguments.seed)
+  arguments = read_arguments(("library", {}), ("--every", {"type": int, "default": 40}),
+                             ("--only", {"default": "", "help": "one kind of failure"}))
   library = os.path.abspath(arguments.library)
   for scenario in SCENARIOS:
     with tempfile.TemporaryDirectory(prefix="ngrex-scale-failures-") as folder:
-      bench = Surroundings(library, arguments, folder, seed, scenario)
+      bench = Surroundings(library, arguments, folder, arguments.seed, scenario)
 
       def tell(what, result):
         print(f"{scenario}, {what}: {result}", flush=True)

@@ -5,15 +5,12 @@ all, and commands given from elsewhere. What cannot work is told before anything
   places.py --program NGREX --scale NGREX_SCALE [--seed S]
 """
 
-import argparse
 import fcntl
 import os
 import subprocess
 import sys
-import tempfile
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from bench import Bench, seed_of  # noqa: E402
+from bench import Bench, in_folders
 
 OPTIONS = ["-i", "list", "-n", "2", "-m", "**"]
 OWN = ["--jobs", "2", "--shard", "1000", "--memory", "20K"]
@@ -174,17 +171,8 @@ def check_read_only(bench):
 
 
 def main():
-  parser = argparse.ArgumentParser()
-  parser.add_argument("--program", required=True)
-  parser.add_argument("--scale", required=True)
-  parser.add_argument("--seed", type=int, default=None)
-  arguments = parser.parse_args()
-  seed = seed_of(arguments.seed)
-  for check in (check_names, check_foreign, check_used, check_elsewhere, check_outputs, check_read_only):
-    with tempfile.TemporaryDirectory(prefix="ngrex-scale-places-") as folder:
-      check(Places(os.path.abspath(arguments.program), os.path.abspath(arguments.scale), folder, seed))
-      print(check.__name__, "holds", flush=True)
-  return 0
+  return in_folders(
+    "places", (check_names, check_foreign, check_used, check_elsewhere, check_outputs, check_read_only), Places)
 
 
 if __name__ == "__main__":

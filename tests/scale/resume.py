@@ -5,7 +5,6 @@ written again, longer lists and changed datafiles. Whatever happens, the files a
   resume.py --program NGREX --scale NGREX_SCALE [--seed S]
 """
 
-import argparse
 import os
 import resource
 import signal
@@ -14,8 +13,8 @@ import sys
 import tempfile
 import time
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from bench import Bench, corpus, seed_of  # noqa: E402
+from bench import Bench, corpus, read_arguments
+
 
 def check_kills(bench, options):
   """Killed at moments that lie closer and closer to the end, the run goes on from what is done."""
@@ -322,12 +321,7 @@ def check_many_shards(bench, options):
 
 
 def main():
-  parser = argparse.ArgumentParser()
-  parser.add_argument("--program", required=True)
-  parser.add_argument("--scale", required=True)
-  parser.add_argument("--seed", type=int, default=None)
-  arguments = parser.parse_args()
-  seed = seed_of(arguments.seed)
+  arguments = read_arguments()
   options = ["-i", "list", "-n", "2", "-m", "**", "-f", "rules"]
   plain = ["-i", "list", "-n", "2"]
   for check, line in ((check_kills, options), (check_nothing_done_twice, plain), (check_damage, plain),
@@ -337,7 +331,7 @@ def main():
                       (check_small_datafiles, options),
                       (check_many_shards, plain)):
     with tempfile.TemporaryDirectory(prefix="ngrex-scale-resume-") as folder:
-      bench = Bench(os.path.abspath(arguments.program), os.path.abspath(arguments.scale), folder, seed)
+      bench = Bench(arguments.program, arguments.scale, folder, arguments.seed)
       if check is check_lock:
         bench.scaled(*line)
       result = check(bench, line)

@@ -5,24 +5,21 @@ finished whatever ends it.
   writing.py --program NGREX --scale NGREX_SCALE [--seed S]
 """
 
-import argparse
 import glob
 import os
-import random
 import resource
 import subprocess
 import sys
-import tempfile
 import time
 
-import resume
+from bench import Bench, corpus, in_folders
 
 OPTIONS = ["-i", "list", "-n", "2"]
 
 
 def prepare(bench, memory):
   """A corpus with some ten thousands of N-grams, and its counts in a work folder."""
-  bench.write("a", resume.corpus(bench.random, 7000))
+  bench.write("a", corpus(bench.random, 7000))
   bench.run(bench.scale, "run", *OPTIONS, "-o", "out.s", "--work", "work", "--jobs", "2", "--memory", memory)
 
 
@@ -156,22 +153,7 @@ def check_kills(bench):
 
 
 def main():
-  parser = argparse.ArgumentParser()
-  parser.add_argument("--program", required=True)
-  parser.add_argument("--scale", required=True)
-  parser.add_argument("--seed", type=int, default=None)
-  arguments = parser.parse_args()
-  environment_seed = os.environ.get("NGREX_TEST_SEED")
-  seed = arguments.seed
-  if seed is None:
-    seed = int(environment_seed) if environment_seed else random.SystemRandom().randrange(1 << 32)
-  print(f"seed {seed}", flush=True)
-  for check in (check_jobs, check_exact, check_full, check_damage, check_kills):
-    with tempfile.TemporaryDirectory(prefix="ngrex-scale-writing-") as folder:
-      bench = resume.Bench(os.path.abspath(arguments.program), os.path.abspath(arguments.scale), folder, seed)
-      result = check(bench)
-      print(check.__name__, "holds" + (f" ({result})" if result else ""), flush=True)
-  return 0
+  return in_folders("writing", (check_jobs, check_exact, check_full, check_damage, check_kills), Bench)
 
 
 if __name__ == "__main__":
