@@ -35,6 +35,7 @@
 #include "scale/steps.h"
 #include "scale/unfinished_output.h"
 #include "scale/write_task.h"
+#include "spill/damaged_file.h"
 
 namespace colx::scale {
 
@@ -279,7 +280,13 @@ void _do(const Options& options, const Notifier& error) {
     throw usage_error("expected the folder of intermediate files, --work DIR, found none");
   if (options.command == "run") return _run(options, error);
   if (options.command == "plan") return _plan(options, error, [](const UsedFolder&, const Plan&) {});
-  if (options.command == "write") return _write(options, error);
+  if (options.command == "write") {
+    try {
+      return _write(options, error);
+    } catch (const damaged_file& damaged) {
+      throw input_error(fmt::format("{}: ngrex-scale run makes it again", damaged.what()));
+    }
+  }
   if (!options.words.empty())
     throw usage_error(
         fmt::format("{} takes no {}: what is to be done is in the folder", options.command, options.words[0]));
