@@ -5,8 +5,8 @@
 
 Each datafile is counted for every N with its mask, without a mask and with short ones; with statistics, with a filter
 of its most frequent tags, and with contexts of words and of sentences. Against each of these stand K runs of ngrex-scale, and
-one of its command write, with shards, memory and jobs drawn at random. Contexts stay in memory, so large datafiles take their
-first megabyte only for them. At the end all datafiles are counted as one list.
+one of its command write, with shards, memory and jobs drawn at random. ngrex keeps contexts in memory, so of large
+datafiles only the first megabyte is taken for them. At the end all datafiles are counted as one list.
 """
 
 import argparse
