@@ -87,6 +87,12 @@ def main():
             assert not any(process.returncode for process in processes), f"{step} fails:\n{''.join(messages)}"
             if step == "number":
                 assert run.stderr.decode() in messages, f"the warnings are {messages}, not\n{run.stderr.decode()}"
+            if step == "map":
+                # A file that is damaged is made again when its task no longer counts as done.
+                open(os.path.join(folder, "work", "map-0.run-0"), "wb").close()
+                assert "intermediate file work/map-0.run-0 is" in told("reduce", status=1)
+                os.remove(os.path.join(folder, "work", "map-0.done"))
+                told("map")
             if step == "order":
                 assert "are not complete" in told("write", *FILES, status=1)
         told("write", *FILES)
