@@ -58,8 +58,11 @@ class Reducer {
     for (Source& source : _sources)
       source.file.stop_ahead_of(end);
     for (std::size_t bucket = begin; bucket < end; ++bucket) {
-      _add_up(bucket);
-      _write_out();
+      const unsigned part_bits = _part_bits(bucket);
+      for (std::size_t part = 0; part < std::size_t{1} << part_bits; ++part) {
+        _add_up(bucket, part_bits, part);
+        _write_out();
+      }
       Progress::set(bucket - begin, end - begin);
     }
     done.add_file("listed", _listed.finish());
@@ -76,13 +79,31 @@ class Reducer {
 
  private:
   static constexpr std::size_t members_size = N * NGram::Member::size;
+  static constexpr std::uint64_t least_records_at_a_time = 8192;
   static constexpr std::size_t longest = members_size + 2 * longest_short_number;
 
-  void _add_up(std::size_t bucket) {
+  // About how many there are in the runs.
+  std::uint64_t _records(std::size_t bucket) const {
     std::uint64_t bytes = 0;
     for (const Source& source : _sources)
       bytes += source.file.size(bucket);
-    _table.clear(static_cast<std::size_t>(bytes / (members_size + 4)));
+    return bytes / (members_size + 4);
+  }
+
+  // A bucket is made for records that the table can hold. Where a corpus has many more than its size lets expect, it is
+  // read once for each part of it.
+  unsigned _part_bits(std::size_t bucket) const {
+    constexpr std::uint64_t bytes_of_record = 2 * sizeof(Sum<N>) + 32;
+    const std::uint64_t most = std::max<std::uint64_t>(_plan.memory / 2 / bytes_of_record, least_records_at_a_time);
+    const std::uint64_t records = _records(bucket);
+    unsigned bits = 0;
+    while ((records >> bits) > most)
+      ++bits;
+    return bits;
+  }
+
+  void _add_up(std::size_t bucket, unsigned part_bits, std::size_t part) {
+    _table.clear(static_cast<std::size_t>(_records(bucket) >> part_bits));
     for (Source& source : _sources) {
       const std::string_view segment = source.file.read(bucket);
       const char* const end = segment.data() + segment.size();
@@ -90,11 +111,18 @@ class Reducer {
         std::uint64_t hash = 0;
         for (unsigned m = 0; m < N; ++m)
           hash += member_hash(_member(from, m), m);
+        if (bucket_of(hash << _plan.bucket_bits, part_bits) != part) {
+          from += members_size;
+          get_short(from);
+          get_short(from);
+          continue;
+        }
         Sum<N>& sum = _table[_table.find_or_add(hash, from)];
         from += members_size;
         sum.count += get_short(from);
         sum.first = std::min(sum.first, source.occurrences_before + get_short(from));
       }
+      source.file.shrink();
     }
   }
 
