@@ -6,6 +6,7 @@
 #include <fstream>
 #include <map>
 #include <set>
+#include <stdexcept>
 #include <utility>
 
 #include <fmt/format.h>
@@ -240,6 +241,30 @@ unsigned _context_bits(std::uint64_t records, const Plan& plan) {
   return bits;
 }
 
+// Throws std::logic_error for lines that are not those of a plan.
+Plan _from(const Manifest& manifest) {
+  Plan plan;
+  for (const Manifest::Fields& line : manifest.all("word"))
+    plan.words.push_back(line.at(1));
+  for (const Manifest::Fields& line : manifest.all("rule"))
+    plan.morphologic_rules.emplace_back(line.begin() + 1, line.end());
+  for (const Manifest::Fields& line : manifest.all("context_rule"))
+    plan.context_rules.push_back(line.at(1));
+  plan.shard_size = manifest.number("shard_size");
+  plan.memory = manifest.number("memory");
+  plan.bucket_bits = static_cast<unsigned>(manifest.number("bucket_bits"));
+  plan.reduces = manifest.number("reduces");
+  plan.context_bits = static_cast<unsigned>(manifest.number("context_bits"));
+  plan.counting = manifest.number("counting");
+  for (const Manifest::Fields& line : manifest.all("datafile"))
+    plan.datafiles.push_back({line.at(1), line.at(2), to_number(line.at(3)), to_number(line.at(4)),
+                              to_number(line.at(5)), line.at(6) == "1"});
+  for (const Manifest::Fields& line : manifest.all("shard"))
+    plan.shards.push_back({to_number(line.at(1)), to_number(line.at(2)), to_number(line.at(3)), to_number(line.at(4)),
+                           line.at(5) == "1"});
+  return plan;
+}
+
 }  // namespace
 
 std::uint64_t Plan::key_of_shard(std::size_t shard) const {
@@ -296,26 +321,11 @@ void Plan::save(const WorkFolder& folder) const {
 std::optional<Plan> Plan::load(const WorkFolder& folder) {
   const std::optional<Manifest> manifest = Manifest::load(_name(folder));
   if (!manifest) return std::nullopt;
-  Plan plan;
-  for (const Manifest::Fields& line : manifest->all("word"))
-    plan.words.push_back(line.at(1));
-  for (const Manifest::Fields& line : manifest->all("rule"))
-    plan.morphologic_rules.emplace_back(line.begin() + 1, line.end());
-  for (const Manifest::Fields& line : manifest->all("context_rule"))
-    plan.context_rules.push_back(line.at(1));
-  plan.shard_size = manifest->number("shard_size");
-  plan.memory = manifest->number("memory");
-  plan.bucket_bits = static_cast<unsigned>(manifest->number("bucket_bits"));
-  plan.reduces = manifest->number("reduces");
-  plan.context_bits = static_cast<unsigned>(manifest->number("context_bits"));
-  plan.counting = manifest->number("counting");
-  for (const Manifest::Fields& line : manifest->all("datafile"))
-    plan.datafiles.push_back({line.at(1), line.at(2), to_number(line.at(3)), to_number(line.at(4)),
-                              to_number(line.at(5)), line.at(6) == "1"});
-  for (const Manifest::Fields& line : manifest->all("shard"))
-    plan.shards.push_back({to_number(line.at(1)), to_number(line.at(2)), to_number(line.at(3)), to_number(line.at(4)),
-                           line.at(5) == "1"});
-  return plan;
+  try {
+    return _from(*manifest);
+  } catch (const std::logic_error&) {  // of a field that is missing, or is no number
+    throw damaged_file(_name(folder), "makes no sense");
+  }
 }
 
 bool only_first_sentence() {

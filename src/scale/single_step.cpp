@@ -1,7 +1,6 @@
 #include "scale/single_step.h"
 
 #include <optional>
-#include <stdexcept>
 
 #include <fmt/format.h>
 
@@ -11,7 +10,6 @@
 #include "scale/number_task.h"
 #include "scale/steps.h"
 #include "scale/task_pool.h"
-#include "spill/damaged_file.h"
 
 namespace colx::scale {
 
@@ -48,12 +46,7 @@ void do_step(const WorkFolder& folder, std::string_view name, std::size_t first,
 }
 
 Plan load_plan(const WorkFolder& folder) {
-  std::optional<Plan> plan;
-  try {
-    plan = Plan::load(folder);
-  } catch (const std::out_of_range&) {
-    throw damaged_file(folder.file("plan", "done"), "makes no sense");
-  }
+  std::optional<Plan> plan = Plan::load(folder);
   if (!plan) throw input_error(fmt::format("the folder {} holds no counts", folder.path()));
   return *std::move(plan);
 }

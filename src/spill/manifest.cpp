@@ -22,6 +22,15 @@ namespace {
 
 constexpr std::string_view last_key = "checksum";
 
+// Of manifests and of what they list, to be raised when something in any of these files comes to mean something else:
+// what another version of the program has left is then made again.
+constexpr unsigned manifest_version = 2;
+
+// How the last line begins.
+std::string _last_line_begin() {
+  return fmt::format("{}\t{}\t", last_key, manifest_version);
+}
+
 void _append_escaped(std::string& text, std::string_view field) {
   for (const char c : field) {
     if (static_cast<unsigned char>(c) < ' ' || c == '%')
@@ -63,7 +72,11 @@ std::optional<std::string> _lines_of(const std::string& path) {
   const std::size_t last = whole.rfind('\n', whole.empty() ? 0 : whole.size() - 2);
   const std::size_t end = last == std::string::npos ? 0 : last + 1;
   std::string text = whole.substr(0, end);
-  if (whole.substr(end) != fmt::format("{}\t{}\n", last_key, checksum(text))) throw damaged_file(path, "is damaged");
+  const std::string last_line = whole.substr(end);
+  if (last_line != fmt::format("{}{}\n", _last_line_begin(), checksum(text))) {
+    const bool is_other = last_line.starts_with(last_key) && !last_line.starts_with(_last_line_begin());
+    throw damaged_file(path, is_other ? "is of another version" : "is damaged");
+  }
   return text;
 }
 
@@ -114,7 +127,7 @@ void Manifest::save(const std::string& path) const {
   if (number < 0) throw output_error(fmt::format("cannot open {} for writing: {}", temporary, system_reason()));
   Descriptor file(number);
   try {
-    file.write_fully(text + fmt::format("{}\t{}\n", last_key, checksum(text)), temporary);
+    file.write_fully(text + fmt::format("{}{}\n", _last_line_begin(), checksum(text)), temporary);
     file.close(temporary);
     if (::rename(temporary.c_str(), path.c_str()) != 0)
       throw output_error(fmt::format("cannot rename {} to {}: {}", temporary, path, system_reason()));

@@ -1,7 +1,7 @@
 #pragma once
 
-// Small files that say what was done: lines of fields, with a checksum of all of them. The first field of a line is its
-// key.
+// Small files that say what was done: lines of fields, with a version and a checksum of all of them. The first field of
+// a line is its key.
 
 #include <cstdint>
 #include <optional>

@@ -127,6 +127,22 @@ def check_damaged_plan(bench, options):
   assert bench.times() == before
 
 
+def check_older_version(bench, options):
+  """What another version of the program has left is refused by write; run makes all of it again."""
+  expected = bench.expect(*options)
+  assert bench.scaled(*options) == expected
+  before = bench.times()
+  for name in [*before, "plan.done"]:
+    text = bench.read("work/" + name).decode()
+    assert "\nchecksum\t2\t" in text
+    bench.write("work/" + name, text.replace("\nchecksum\t2\t", "\nchecksum\t"))
+  left = bench.times()
+  err = bench.run(bench.scale, "write", "--work", "work", "-o", "other", status=1)
+  assert b"work/plan.done is of another version" in err, err
+  assert bench.scaled(*options) == expected
+  assert set(bench.times()) == set(left) and all(at != left[name] for name, at in bench.times().items())
+
+
 def check_usual_folder(bench, options):
   """A folder that nobody asked for, left by a run that was killed, does not stand in the way of another command."""
   command = [bench.scale, "run", "--jobs", "2", "--shard", "300", "-o", "out.s", *options]
@@ -325,7 +341,8 @@ def main():
   options = ["-i", "list", "-n", "2", "-m", "**", "-f", "rules"]
   plain = ["-i", "list", "-n", "2"]
   for check, line in ((check_kills, options), (check_nothing_done_twice, plain), (check_damage, plain),
-                      (check_damaged_warnings, plain), (check_damaged_plan, plain), (check_usual_folder, plain),
+                      (check_damaged_warnings, plain), (check_damaged_plan, plain), (check_older_version, plain),
+                      (check_usual_folder, plain),
                       (check_file_size, plain), (check_lock, plain), (check_write, options), (check_lists, plain), (check_keep_going, plain),
                       (check_warnings_of_write, plain), (check_pipe, plain),
                       (check_small_datafiles, options),

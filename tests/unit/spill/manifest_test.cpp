@@ -30,7 +30,7 @@ TEST(ManifestTest, KeepsFieldsWhateverTheyHold) {
   manifest.save(path);
   EXPECT_TRUE(
       manifest_text(path).starts_with("path\ta%09b%0ac%25d%2509\t\t%01\xff\n"
-                                      "number\t18446744073709551615\npath\tsecond\nchecksum\t"));
+                                      "number\t18446744073709551615\npath\tsecond\nchecksum\t2\t"));
   const std::optional<Manifest> loaded = Manifest::load(path);
   ASSERT_TRUE(loaded.has_value());
   EXPECT_EQ(loaded->lines(), manifest.lines());
@@ -41,6 +41,27 @@ TEST(ManifestTest, KeepsFieldsWhateverTheyHold) {
   EXPECT_EQ(loaded->all("path").size(), 2U);
   EXPECT_EQ(loaded->find("other"), nullptr);
   EXPECT_THROW(loaded->text("other"), std::out_of_range);
+}
+
+TEST(ManifestTest, OfAnotherVersionIsRefused) {
+  const test::TemporaryFolder folder;
+  const std::string path = folder.path("manifest");
+  Manifest manifest;
+  manifest.add({"key", "value"});
+  manifest.save(path);
+  const std::string whole = manifest_text(path);
+  const std::string ours = "checksum\t2\t";
+  for (const std::string other : {"checksum\t", "checksum\t1\t", "checksum\t21\t"}) {
+    std::string text = whole;
+    folder.write("manifest", text.replace(text.find(ours), ours.size(), other));
+    try {
+      Manifest::load(path);
+      ADD_FAILURE() << other;
+    } catch (const damaged_file& error) {
+      EXPECT_TRUE(std::string(error.what()).ends_with("is of another version")) << error.what();
+    }
+    EXPECT_THROW(Manifest::mark_of(path), damaged_file) << other;
+  }
 }
 
 TEST(ManifestTest, ThatIsMissingIsNothingAndADamagedOneIsRefused) {
