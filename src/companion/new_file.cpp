@@ -57,10 +57,23 @@ bool _may_be_replaced(const std::string& name, const struct stat* meant) {
   return meant != nullptr && S_ISREG(own.st_mode) && own.st_dev == meant->st_dev && own.st_ino == meant->st_ino;
 }
 
-Descriptor _open(const std::string& path, int flags, const std::string& shown) {
-  const int number = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | flags, 0666);
-  if (number < 0) throw output_error(fmt::format("cannot open {} for writing: {}", shown, system_reason()));
+Descriptor _open_itself(const std::string& path) {
+  const int number = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_CREAT | O_TRUNC, 0666);
+  if (number < 0) throw output_error(fmt::format("cannot open {} for writing: {}", path, system_reason()));
   return Descriptor(number);
+}
+
+// Makes the file under a name of its own beside the target, and says which. It bears the number of the process, or one
+// of the next when there is such a file: one that was killed may have had the same number.
+Descriptor _open_beside(const std::string& target, const std::string& shown, std::string& temporary) {
+  constexpr int most_attempts = 1000;
+  for (int attempt = 0;; ++attempt) {
+    temporary = fmt::format("{}.{}.part", target, ::getpid() + attempt);
+    const int number = ::open(temporary.c_str(), O_WRONLY | O_CLOEXEC | O_CREAT | O_EXCL, 0666);
+    if (number >= 0) return Descriptor(number);
+    if (errno != EEXIST || attempt == most_attempts)
+      throw output_error(fmt::format("cannot open {} for writing: {}", shown, system_reason()));
+  }
 }
 
 }  // namespace
@@ -73,14 +86,14 @@ NewFile::NewFile(std::string path) : _path(std::move(path)), _target(_behind_lin
   struct stat status {};
   const bool is_there = ::stat(_path.c_str(), &status) == 0;
   if (!_may_be_replaced(_target, is_there ? &status : nullptr)) {
-    _file = _open(_path, O_CREAT | O_TRUNC, _path);
+    _file = _open_itself(_path);
     return;
   }
   // One that must not be written to is not to be replaced either.
   if (is_there && ::access(_path.c_str(), W_OK) != 0)
     throw output_error(fmt::format("cannot open {} for writing: {}", _path, system_reason()));
-  std::string temporary = fmt::format("{}.{}.part", _target, ::getpid());
-  _file = _open(temporary, O_CREAT | O_EXCL, _path);
+  std::string temporary;
+  _file = _open_beside(_target, _path, temporary);
   _temporary = std::move(temporary);
   _watch(_temporary.c_str());
   if (is_there && ::fchmod(_file.number(), status.st_mode & 07777) != 0) {

@@ -312,6 +312,8 @@ int scale(const std::vector<std::string>& arguments) {
   if (!options) return EXIT_SUCCESS;
   // A file that may not grow any more is a failure like a full disk: it is told, and nothing unfinished stays.
   std::signal(SIGXFSZ, SIG_IGN);
+  // Where the surroundings ignore it, nobody could learn how a process has ended.
+  std::signal(SIGCHLD, SIG_DFL);
   const Notifier error(std::cerr);
   try {
     _do(*options, error);

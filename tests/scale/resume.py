@@ -143,6 +143,28 @@ def check_older_version(bench, options):
   assert set(bench.times()) == set(left) and all(at != left[name] for name, at in bench.times().items())
 
 
+def check_ignored_children(bench, options):
+  """Where the surroundings ignore that processes end, a run ends as ever."""
+  expected = bench.expect(*options)
+  done = subprocess.run([bench.scale, "run", *options, "-o", "out.s", "--jobs", "2"], cwd=bench.folder, capture_output=True,
+                        check=False, timeout=60, stdin=subprocess.DEVNULL,
+                        preexec_fn=lambda: signal.signal(signal.SIGCHLD, signal.SIG_IGN))
+  assert (done.returncode, done.stderr) == (0, expected[2]), done
+  assert bench.read("out.s") == expected[0]
+
+
+def check_same_number(bench, options):
+  """A file that a process of the same number has left, as it may in a container, is in nobody's way."""
+  expected = bench.expect(*options)
+  def leave():
+    with open(f"out.s.{os.getpid()}.part", "wb") as file:
+      file.write(b"left")
+  done = subprocess.run([bench.scale, "run", *options, "-o", "out.s"], cwd=bench.folder, capture_output=True, check=False,
+                        timeout=60, stdin=subprocess.DEVNULL, preexec_fn=leave)
+  assert (done.returncode, done.stderr) == (0, expected[2]), done
+  assert bench.read("out.s") == expected[0]
+
+
 def check_usual_folder(bench, options):
   """A folder that nobody asked for, left by a run that was killed, does not stand in the way of another command."""
   command = [bench.scale, "run", "--jobs", "2", "--shard", "300", "-o", "out.s", *options]
@@ -342,7 +364,7 @@ def main():
   plain = ["-i", "list", "-n", "2"]
   for check, line in ((check_kills, options), (check_nothing_done_twice, plain), (check_damage, plain),
                       (check_damaged_warnings, plain), (check_damaged_plan, plain), (check_older_version, plain),
-                      (check_usual_folder, plain),
+                      (check_ignored_children, plain), (check_same_number, plain), (check_usual_folder, plain),
                       (check_file_size, plain), (check_lock, plain), (check_write, options), (check_lists, plain), (check_keep_going, plain),
                       (check_warnings_of_write, plain), (check_pipe, plain),
                       (check_small_datafiles, options),

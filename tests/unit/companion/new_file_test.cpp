@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
@@ -35,6 +36,17 @@ TEST(NewFile, HasItsNameWhenItIsComplete) {
   file.commit();
   EXPECT_EQ(_content(path), "after");
   EXPECT_EQ(_files_in(folder), 1);
+}
+
+TEST(NewFile, PassesOverWhatAProcessOfTheSameNumberHasLeft) {
+  const test::TemporaryFolder folder;
+  const std::string left = folder.write("t." + std::to_string(::getpid()) + ".part", "left");
+  NewFile file(folder.path("t"));
+  file.write("x");
+  file.commit();
+  EXPECT_EQ(_content(folder.path("t")), "x");
+  EXPECT_EQ(_content(left), "left");
+  EXPECT_EQ(_files_in(folder), 2);
 }
 
 TEST(NewFile, LeavesNothingWhenItIsGivenUp) {
