@@ -66,9 +66,10 @@ class Arranger {
     _arrange_listed();
     done.add_file("arranged", _file.finish());
     done.add_file("candidates", _write_candidates());
-    done.add_file("patterns", _write_refused());
+    const std::size_t refused_rounds = _write_refused(done);
     Manifest& manifest = done.manifest();
     manifest.add("rounds", _rounds);
+    manifest.add("refused_rounds", refused_rounds);
     Manifest::Fields ranges{"ranges"};
     for (const std::uint64_t count : _counts)
       ranges.push_back(std::to_string(count));
@@ -136,30 +137,47 @@ class Arranger {
     return file.finish();
   }
 
-  // The patterns of N-grams that are not listed themselves.
-  FileMark _write_refused() {
+  // The patterns of N-grams that are not listed themselves, as many at a time as the memory takes. Returns how often it
+  // was full.
+  std::size_t _write_refused(TaskResult& done) {
     SegmentReader refused(_folder.file(reduce_name(_task), "refused"), refused_kind);
-    std::string bytes;
-    std::vector<std::size_t> places;
-    std::vector<std::uint64_t> counts;
     const std::size_t members_size = settings::n * NGram::Member::size;
+    const std::size_t most = std::max(_plan.memory / 2 / (4 * members_size + 96), least_refused);
+    std::string bytes;
+    std::vector<std::uint64_t> counts;
+    std::size_t rounds = 0;
+    const auto write_round = [&] {
+      const std::string name = refused_patterns(rounds++);
+      done.add_file(name, _write_refused(_folder.file(arrange_name(_task), name), bytes, counts));
+      bytes.clear();
+      counts.clear();
+    };
     for (std::size_t i = 0; i < refused.segments(); ++i) {
       const std::string_view block = refused.read(i);
       const char* const end = block.data() + block.size();
       for (const char* from = block.data(); from != end;) {
-        places.push_back(bytes.size());
         bytes.append(from, members_size);
         from += members_size;
         counts.push_back(get_short(from));
+        if (counts.size() == most) write_round();
       }
     }
-    bytes.append(sizeof(std::uint64_t), '\0');
-    std::vector<CountedRecord> records;
-    for (std::size_t i = 0; i < places.size(); ++i)
-      records.push_back({bytes.data() + places[i], counts[i]});
-    return write_patterns(_folder.file(arrange_name(_task), "patterns"), records, _layout.partition_bits,
-                          RecordsWanted::no);
+    if (!counts.empty()) write_round();
+    return rounds;
   }
+
+  // The same of those in memory: their members, one behind the other, and their counts.
+  FileMark _write_refused(const std::string& path, std::string& bytes, const std::vector<std::uint64_t>& counts) const {
+    const std::size_t members_size = settings::n * NGram::Member::size;
+    bytes.append(sizeof(std::uint64_t), '\0');  // members are read by eight bytes
+    std::vector<CountedRecord> records;
+    records.reserve(counts.size());
+    for (std::size_t i = 0; i < counts.size(); ++i)
+      records.push_back({bytes.data() + i * members_size, counts[i]});
+    return write_patterns(path, records, _layout.partition_bits, RecordsWanted::no);
+  }
+
+  static constexpr std::size_t least_refused = 4096;
 
   const WorkFolder& _folder;
   const Plan& _plan;
@@ -180,10 +198,15 @@ class Arranger {
 ArrangeResult ArrangeResult::from(const Manifest& manifest) {
   ArrangeResult result;
   result.rounds = manifest.number("rounds");
+  result.refused_rounds = manifest.number("refused_rounds");
   const Manifest::Fields* const ranges = manifest.find("ranges");
   if (ranges == nullptr) throw std::out_of_range("no line ranges");
   std::transform(ranges->begin() + 1, ranges->end(), std::back_inserter(result.records), to_number);
   return result;
+}
+
+std::string refused_patterns(std::size_t round) {
+  return fmt::format("patterns-{}", round);
 }
 
 std::string arrange_name(std::size_t task) {

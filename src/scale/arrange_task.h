@@ -18,6 +18,7 @@ namespace colx::scale {
 struct ArrangeResult {
   std::size_t rounds = 0;              // how often the memory was full: each round has a segment for every range
   std::vector<std::uint64_t> records;  // by range
+  std::size_t refused_rounds = 0;      // how often it was full of those that the filter refuses
 
   static ArrangeResult from(const Manifest& manifest);
 };
@@ -27,6 +28,7 @@ inline constexpr std::string_view arranged_kind = "arra";
 
 // The name of a task, and of what it leaves.
 std::string arrange_name(std::size_t task);
+std::string refused_patterns(std::size_t round);
 
 // What the task depends on: all of the reduction.
 std::uint64_t arrange_key(const WorkFolder& folder, const Plan& plan);

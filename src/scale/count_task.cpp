@@ -36,12 +36,18 @@ class PatternCounter {
     load_tags(folder, _tags);
     add_morphologic_rules(plan, _rules);
     _filter = std::make_unique<MorphologicFilter>(_rules, _tags);
-    const std::size_t buffer = std::clamp<std::size_t>(plan.memory / 4 / (parts + plan.reduces), 4096, 1 << 18);
-    const SegmentReader::Hold hold = SegmentReader::hold_for(parts + plan.reduces);
+    std::vector<std::string> paths;
     for (std::size_t part = 0; part < parts; ++part)
-      _files.emplace_back(folder.file(order_name(part), "patterns"), patterns_kind, buffer, hold);
-    for (std::size_t task = 0; task < plan.reduces; ++task)
-      _files.emplace_back(folder.file(arrange_name(task), "patterns"), patterns_kind, buffer, hold);
+      paths.push_back(folder.file(order_name(part), "patterns"));
+    for (std::size_t task = 0; task < plan.reduces; ++task) {
+      const std::size_t rounds = ArrangeResult::from(folder.result(arrange_name(task))).refused_rounds;
+      for (std::size_t round = 0; round < rounds; ++round)
+        paths.push_back(folder.file(arrange_name(task), refused_patterns(round)));
+    }
+    const std::size_t all = std::max<std::size_t>(paths.size(), 1);
+    const std::size_t buffer = std::clamp<std::size_t>(plan.memory / 4 / all, 4096, 1 << 18);
+    for (const std::string& path : paths)
+      _files.emplace_back(path, patterns_kind, buffer, SegmentReader::hold_for(all));
   }
 
   void run(const Pairs& pairs, TaskResult& done) {

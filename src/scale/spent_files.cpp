@@ -29,7 +29,7 @@ constexpr Spent spent_files[] = {
     {"reduce", "pieces", "order"},
     {"arrange", "arranged", "order"},
     {"arrange", "candidates", "order"},
-    {"arrange", "patterns", "count"},
+    {"arrange", "patterns-", "count"},
     {"order", "patterns", "count"},
     {"collect", "run-", "merge"},
     {"merge", "merged", "format"},

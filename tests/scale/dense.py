@@ -25,7 +25,7 @@ def stars(count, size, lemmas):
   for sentence in range(count):
     for order in range(1, size + 1):
       lemma = f"w{(sentence * size + order) % lemmas}"
-      lines.append(f"{order}\tw\t{lemma}\tN\t{1 if order > 1 else 0}\tAtr\n")
+      lines.append(f"{order}\tw\t{lemma}\t{'NM'[order * 7 % 5 < 3]}\t{1 if order > 1 else 0}\tAtr\n")
     lines.append("\n")
   return "".join(lines)
 
@@ -34,21 +34,27 @@ def check_bytes(bench):
   """The files of a run that reads a bucket several times."""
   bench.write("a", stars(9, 18, 1000))
   bench.write("b", stars(9, 18, 150))
-  options = ["-i", "list", "-n", "5"]
-  expected = bench.expect(*options)
-  err = bench.run(bench.scale, "run", *options, "--memory", "1M", "--jobs", "2", "-o", "out.s", "-s", "stats.s")
-  assert (bench.read("out.s"), bench.read("stats.s"), err) == expected
+  options = ["-i", "list", "-n", "5", "-m", "*"]
+  bench.write("rules", "M M M M N\n")
+  for filtered in ([], ["-f", "rules"]):
+    expected = bench.expect(*options, *filtered)
+    err = bench.run(bench.scale, "run", *options, *filtered, "--memory", "1M", "--jobs", "2", "-o", "out.s", "-s", "stats.s")
+    assert (bench.read("out.s"), bench.read("stats.s"), err) == expected, filtered
 
 
 def check_memory(bench):
-  """The memory of the step that adds up what all runs have."""
+  """The memory of the step that adds up what all runs have, and of the one behind it when the filter refuses most of it."""
   bench.write("a", stars(24, 20, 1 << 20))
   bench.write("list", "a\n")
-  bench.run(bench.scale, "plan", "-i", "list", "-n", "6", "-o", "out.s", "--memory", MEMORY, "--jobs", "1", "--work", "work")
+  bench.write("rules", "M M M M M N\n")
+  bench.run(bench.scale, "plan", "-i", "list", "-n", "6", "-m", "*", "-f", "rules", "-o", "out.s", "--memory", MEMORY, "--jobs", "1",
+            "--work", "work")
   for step in ("scan", "number", "map"):
     bench.run(bench.scale, step, "--work", "work")
-  bench.run(bench.scale, "reduce", "--work", "work", limit=(resource.RLIMIT_DATA, MOST_DATA))
-  assert b"\nlisted\t279072\n" in bench.read("work/reduce-0.done")
+  for step in ("reduce", "arrange"):
+    bench.run(bench.scale, step, "--work", "work", limit=(resource.RLIMIT_DATA, MOST_DATA))
+  counts = dict(line.split("\t")[:2] for line in bench.read("work/reduce-0.done").decode().splitlines())
+  assert int(counts["refused"]) > 200_000 and int(counts["listed"]) + int(counts["refused"]) == 279_072, counts
 
 
 def main():
