@@ -32,6 +32,7 @@
 #include "scale/plan.h"
 #include "scale/progress.h"
 #include "scale/single_step.h"
+#include "scale/spent_files.h"
 #include "scale/steps.h"
 #include "scale/unfinished_output.h"
 #include "scale/write_task.h"
@@ -290,8 +291,17 @@ void _do(const Options& options, const Notifier& error) {
   if (!options.words.empty())
     throw usage_error(
         fmt::format("{} takes no {}: what is to be done is in the folder", options.command, options.words[0]));
-  do_step(WorkFolder(*options.work), options.command, options.task, options.of,
-          options.keep_going ? OnFailure::keep_going : OnFailure::stop);
+  const WorkFolder folder(*options.work);
+  try {
+    do_step(folder, options.command, options.task, options.of,
+            options.keep_going ? OnFailure::keep_going : OnFailure::stop);
+  } catch (const damaged_file& damaged) {
+    const std::string task = folder.maker(damaged.path());
+    const std::string done = folder.file(task, "done");
+    if (task.empty() || damaged.path() == done) throw;
+    throw input_error(
+        fmt::format("{}: remove {}, and the step {} makes it again", damaged.what(), done, step_of_task(task)));
+  }
 }
 
 // Says a failure as it is said when it is the only one.

@@ -90,7 +90,7 @@ def main():
             if step == "map":
                 # A file that is damaged is made again when its task no longer counts as done.
                 open(os.path.join(folder, "work", "map-0.run-0"), "wb").close()
-                assert "intermediate file work/map-0.run-0 is" in told("reduce", status=1)
+                assert "remove work/map-0.done, and the step map makes it again" in told("reduce", status=1)
                 os.remove(os.path.join(folder, "work", "map-0.done"))
                 told("map")
             if step == "order":
