@@ -428,7 +428,8 @@ def check_pair_types(program, path, blocks):
 def check_without_tags(program, table, path, case, name):
     """Without tags the pairs of a file have the cells that ngrex itself counts when its mask keeps no tag; false when it kept
     none before. Filters see masked tags, so there must be none."""
-    mask = case.arguments[len(case.arguments) - case.arguments[::-1].index("-m")]
+    options = case.arguments[:-1]  # one at the end has no value
+    mask = case.arguments[len(options) - options[::-1].index("-m")]
     if "*" not in mask:
         return False
     untagged = copy.copy(case)
@@ -496,7 +497,7 @@ def main():
                 if blocks and len(blocks[0]["members"]) == 2:
                     complete = check_merging(table, path, blocks, r)
                     merged += complete
-                    if complete and "-m" in case.arguments and "-f" not in case.arguments:
+                    if complete and "-m" in case.arguments[:-1] and "-f" not in case.arguments:
                         unmasked += check_without_tags(program, table, path, case, name)
                 check_cut(table, content, folder, r)
             except Disagreement as disagreement:
