@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/config.h"
+#include "companion/memory_size.h"
 #include "corpus/datafile_format.h"
 #include "corpus/string_store.h"
 #include "output/members.h"
@@ -124,7 +125,9 @@ PartsFile _listing_file(const Counted& counted, std::size_t jobs) {
   PartsFile file;
   file.parts = counted.parts + 1;
   file.processes = std::min<std::size_t>(jobs, counted.layout.listed / least_records_of_a_process + 1);
-  file.memory = counted.plan.memory / 2;
+  // More processes may write than the plan was made for.
+  const std::size_t share = memory_of_machine() / 4 * 3 / file.processes;
+  file.memory = std::min<std::size_t>(counted.plan.memory, share) / 2;
   const auto listing = std::make_shared<ListingText<Count>>(counted);
   file.make = [listing, parts = counted.parts](std::size_t part, std::ostream& out) {
     TextBuffer text(out);
