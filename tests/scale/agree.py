@@ -22,6 +22,7 @@ import tempfile
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "differential"))
 import differential  # noqa: E402
+from bench import seed_of  # noqa: E402
 
 
 
@@ -141,11 +142,7 @@ def main():
   parser.add_argument("--contexts", action="store_true")
   options = parser.parse_args()
   program, scale = os.path.abspath(options.program), os.path.abspath(options.scale)
-  environment_seed = os.environ.get("NGREX_TEST_SEED")
-  seed = options.seed
-  if seed is None:
-    seed = int(environment_seed) if environment_seed else random.SystemRandom().randrange(1 << 32)
-  print(f"seed {seed}", flush=True)
+  seed = seed_of(options.seed)
   base = tempfile.mkdtemp(prefix="ngrex-scale-agree-")
   agreed = left_out = 0
   grown = collections.Counter()

@@ -27,6 +27,15 @@ def corpus(r, size, warnings=0.01):
   return "".join(sentence(r, warnings) for _ in range(size))
 
 
+def seed_of(given):
+  """The seed of the command line, or else of the surroundings, or else a new one; it is printed."""
+  if given is None:
+    of_surroundings = os.environ.get("NGREX_TEST_SEED")
+    given = int(of_surroundings) if of_surroundings else random.SystemRandom().randrange(1 << 32)
+  print(f"seed {given}", flush=True)
+  return given
+
+
 def read_arguments(*more):
   """The command line of a test: --program NGREX, --scale NGREX_SCALE, --seed S, and what `more` adds to its parser. The
   paths are made absolute; the seed, from the surroundings or new where none was given, is printed."""
@@ -38,10 +47,7 @@ def read_arguments(*more):
     parser.add_argument(name, **words)
   arguments = parser.parse_args()
   arguments.program, arguments.scale = os.path.abspath(arguments.program), os.path.abspath(arguments.scale)
-  environment_seed = os.environ.get("NGREX_TEST_SEED")
-  if arguments.seed is None:
-    arguments.seed = int(environment_seed) if environment_seed else random.SystemRandom().randrange(1 << 32)
-  print(f"seed {arguments.seed}", flush=True)
+  arguments.seed = seed_of(arguments.seed)
   return arguments
 
 

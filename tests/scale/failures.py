@@ -40,10 +40,10 @@ SECONDS_FOR_A_RUN = 120
 class Surroundings(Bench):
   """A bench on which runs fail."""
 
-  def __init__(self, library, arguments, folder, seed, scenario):
+  def __init__(self, faults, arguments, folder, seed, scenario):
     super().__init__(os.path.abspath(arguments.program), os.path.abspath(arguments.scale), folder, seed, (28, 9, 5), 0)
     self.write("list", "a\nb\nc\n")
-    self.library = library
+    self.faults = faults
     self.options, self.names = SCENARIOS[scenario]
     files = [word for option, name in self.names for word in (option, name)]
     self.run(self.ngrex, *self.options, *files)
@@ -58,7 +58,7 @@ class Surroundings(Bench):
     with tempfile.NamedTemporaryFile() as note:
       environment = {"NGREX_FAULT_NOTE": note.name}
       if fault:
-        environment.update(LD_PRELOAD=self.library, NGREX_FAULT=fault)
+        environment.update(LD_PRELOAD=self.faults, NGREX_FAULT=fault)
       process = subprocess.Popen([self.scale, "run", *self.options, *self.files, *OWN, "--jobs", str(jobs), *work],
                                  cwd=self.folder, env=environment, start_new_session=True, stdin=subprocess.DEVNULL,
                                  stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
@@ -172,12 +172,11 @@ def walk(bench, kind, mark, steps):
 
 
 def main():
-  arguments = read_arguments(("library", {}), ("--every", {"type": int, "default": 40}),
+  arguments = read_arguments(("faults", {"help": "the module that makes calls fail"}), ("--every", {"type": int, "default": 40}),
                              ("--only", {"default": "", "help": "one kind of failure"}))
-  library = os.path.abspath(arguments.library)
   for scenario in SCENARIOS:
     with tempfile.TemporaryDirectory(prefix="ngrex-scale-failures-") as folder:
-      bench = Surroundings(library, arguments, folder, arguments.seed, scenario)
+      bench = Surroundings(os.path.abspath(arguments.faults), arguments, folder, arguments.seed, scenario)
 
       def tell(what, result):
         print(f"{scenario}, {what}: {result}", flush=True)

@@ -21,6 +21,7 @@ import tempfile
 import agree
 import differential
 import ngrex_reference
+from bench import seed_of
 
 
 class Twin(ngrex_reference.Run):
@@ -90,11 +91,7 @@ def main():
   parser.add_argument("--first", type=int, default=0)
   options = parser.parse_args()
   scale = os.path.abspath(options.scale)
-  environment_seed = os.environ.get("NGREX_TEST_SEED")
-  seed = options.seed
-  if seed is None:
-    seed = int(environment_seed) if environment_seed else random.SystemRandom().randrange(1 << 32)
-  print(f"seed {seed}", flush=True)
+  seed = seed_of(options.seed)
   base = tempfile.mkdtemp(prefix="ngrex-scale-limits-")
   agreed = left_out = passed = exactly = 0
   for number in range(options.first, options.first + options.cases):
