@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """A full disk, and kill -9, at every moment of a run of ngrex-scale.
 
-  failures.py LIBRARY --program NGREX --scale NGREX_SCALE [--seed S] [--every K] [--only KIND]
+  failures.py FAULTS --program NGREX --scale NGREX_SCALE [--seed S] [--every K] [--only KIND]
 
-LIBRARY is that of tests/faults/faults.cpp, which counts the calls of all processes of a run and lets the n-th fail, or
+FAULTS is the module of tests/faults/faults.cpp, which counts the calls of all processes of a run and lets the n-th fail, or
 kills them all there. Tried is every K-th moment, from a first one drawn at random.
 
 A run that fails says why and with which file, and its status is 1. Under the names of the outputs stands what ngrex writes, or
