@@ -4,8 +4,10 @@ import argparse
 import os
 import random
 import resource
+import signal
 import subprocess
 import tempfile
+import time
 
 LEMMAS = ["dog", "cat", "run", "big", "house", "see", "tree", "well_x", "rain", "heavy"]
 TAGS = ["NN", "VB", "AA"]
@@ -100,6 +102,50 @@ class Bench:
     err = self.run(self.scale, "run", "-o", "out.s", "-s", "stats.s", "--work", "work", "--jobs", "2", "--shard", "4000",
                    "--memory", "20K", *options)
     return self.read("out.s"), self.read("stats.s"), err
+
+  def start(self, *options):
+    """A run that is at work while this returns, with tasks so small that there are many."""
+    return subprocess.Popen([self.scale, "run", "-o", "out.s", "-s", "stats.s", "--jobs", "2", "--shard", "4000",
+                             "--memory", "20K", *options], cwd=self.folder, stdin=subprocess.DEVNULL,
+                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
+
+  def kill_when(self, process, folder, wanted):
+    """Kills a run as soon as `wanted(names)` holds of the files in its folder; returns whether that came before its end,
+    which may come first wherever nobody looks for a while."""
+    folder = self.path(folder)
+    while process.poll() is None:
+      try:
+        if wanted(os.listdir(folder)):
+          break
+      except FileNotFoundError:
+        pass
+      time.sleep(0.001)
+    process.kill()
+    if process.wait() == 0:
+      return False
+    assert process.returncode == -signal.SIGKILL, process.returncode
+    if not os.path.exists(folder):
+      return False
+    # Its tasks die with it, and let the folder go.
+    subprocess.run(["flock", os.path.join(folder, "lock"), "true"], check=True, timeout=60)
+    return True
+
+  def kill_again_and_again(self, *options, between):
+    """Kills runs in the folder `work`, with more and more tasks done, until one comes to its end; calls `between(kills)`
+    after each kill, and returns how many there were. Where they end before they are looked at, it begins
+    anew."""
+    kills = done = 0
+    while True:
+      if self.kill_when(self.start("--work", "work", *options), "work",
+                        lambda names: sum(name.endswith(".done") for name in names) > done):
+        kills += 1
+        done += 7
+        between(kills)
+      elif kills >= 3:
+        return kills
+      else:
+        self.forget()
+        kills = done = 0
 
   def intermediate(self):
     return sorted(os.listdir(self.path("work")))

@@ -7,10 +7,7 @@ ngrex whatever happens then: killed and resumed runs, damaged files whose source
 
 import os
 import re
-import signal
-import subprocess
 import sys
-import time
 
 import resume
 from bench import Bench, in_folders
@@ -27,26 +24,6 @@ class DroppingBench(Bench):
 
   def spent(self):
     return [name for name in self.intermediate() if not STAYS.fullmatch(name)]
-
-  def start(self, *options):
-    return subprocess.Popen([self.scale, "run", "-o", "out.s", "-s", "stats.s", "--jobs", "2", "--shard", "4000",
-                             "--memory", "20K", *options], cwd=self.folder, stdin=subprocess.DEVNULL,
-                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
-
-  def kill_when(self, process, folder, wanted):
-    """Kills a run as soon as `wanted(names)` holds of the files in its folder; returns whether that came before its end."""
-    folder = self.path(folder)
-    while process.poll() is None:
-      if os.path.isdir(folder) and wanted(os.listdir(folder)):
-        break
-      time.sleep(0.001)
-    if process.poll() is not None:
-      return False
-    os.kill(process.pid, signal.SIGKILL)
-    process.wait()
-    # Its tasks die with it.
-    subprocess.run(["flock", os.path.join(folder, "lock"), "true"], check=True, timeout=60)
-    return True
 
 
 def check_what_stays(bench):
@@ -80,8 +57,8 @@ def check_what_stays(bench):
 def check_usual_folder(bench):
   """In a folder that is removed at the end, files go behind the step that was the last to read them."""
   expected = bench.expect(*OPTIONS)
-  killed = bench.kill_when(bench.start(*OPTIONS), "out.s.ngrex-scale", lambda names: "count-0.done" in names)
-  assert killed
+  while not bench.kill_when(bench.start(*OPTIONS), "out.s.ngrex-scale", lambda names: "count-0.done" in names):
+    pass
   names = os.listdir(bench.path("out.s.ngrex-scale"))
   gone = re.compile(r"scan-\d+\.(words|lemmas|tags)|number\.numbers-.*|map-\d+\.run-.*|reduce-\d+\.(listed|refused|pieces)|"
                     r"arrange-\d+\.(arranged|candidates)")
@@ -95,17 +72,14 @@ def check_usual_folder(bench):
 def check_kills(bench):
   """Killed at any moment the run goes on; what is damaged by then is made again, with all that is needed for it."""
   expected = bench.expect(*OPTIONS)
-  kills = 0
-  for wanted in range(1, 400, 7):
-    process = bench.start(*OPTIONS, "--work", "work", "--drop")
-    if not bench.kill_when(process, "work", lambda names: sum(n.endswith(".done") for n in names) >= wanted):
-      break
-    kills += 1
+
+  def damage_some(kills):
     for _ in range(kills % 3):
       names = [name for name in bench.intermediate() if name not in ("lock", "plan.done")]
       if names:
         resume.damage(bench, bench.random.choice(names), bench.random.choice(["missing", "cut", "bit"]))
-  assert kills >= 3, kills
+
+  kills = bench.kill_again_and_again(*OPTIONS, "--drop", between=damage_some)
   assert bench.dropping(*OPTIONS) == expected
   assert not bench.spent(), bench.spent()
   return kills

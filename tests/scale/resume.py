@@ -5,13 +5,13 @@ written again, longer lists and changed datafiles. Whatever happens, the files a
   resume.py --program NGREX --scale NGREX_SCALE [--seed S]
 """
 
+import fcntl
 import os
 import resource
 import signal
 import subprocess
 import sys
 import tempfile
-import time
 
 from bench import Bench, corpus, read_arguments
 
@@ -20,28 +20,7 @@ def check_kills(bench, options):
   """Killed at moments that lie closer and closer to the end, the run goes on from what is done."""
   expected = bench.expect(*options)
   bench.forget()
-  command = [bench.scale, "run", "-o", "out.s", "-s", "stats.s", "--work", "work", "--jobs", "2", "--shard", "4000",
-             "--memory", "20K", *options]
-  kills = 0
-  for wanted in range(1, 400, 7):
-    process = subprocess.Popen(command, cwd=bench.folder, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                               stderr=subprocess.DEVNULL, start_new_session=True)
-    while process.poll() is None:
-      if os.path.isdir(bench.path("work")) and sum(n.endswith(".done") for n in os.listdir(bench.path("work"))) >= wanted:
-        break
-      time.sleep(0.002)
-    if process.poll() is not None:
-      break
-    os.kill(process.pid, signal.SIGKILL)
-    process.wait()
-    kills += 1
-    # Its tasks die with it; the folder is free as soon as they have.
-    for _ in range(1000):
-      probe = subprocess.run(["flock", "-n", bench.path("work/lock"), "true"], check=False)
-      if probe.returncode == 0:
-        break
-      time.sleep(0.005)
-  assert kills >= 3, kills
+  kills = bench.kill_again_and_again(*options, between=lambda kills: None)
   assert bench.scaled(*options) == expected
   return kills
 
@@ -55,21 +34,27 @@ def check_nothing_done_twice(bench, options):
 
 
 def damage(bench, name, how):
+  """Damages a file of the folder; returns whether there was anything to damage, as an empty file cannot be cut."""
   path = bench.path("work/" + name)
-  content = bytearray(open(path, "rb").read())
+  with open(path, "rb") as file:
+    before = file.read()
+  content = bytearray(before)
   if how == "missing":
     os.remove(path)
-    return
+    return True
   if how == "cut":
     content = content[:len(content) // 2]
   elif how == "empty":
     content = b""
   elif how == "foreign":
     content = b"1\tdog\tNN\t0\tSb\n" * 20
-  else:
+  elif content:
     content[bench.random.randrange(len(content))] ^= 1 << bench.random.randrange(8)
+  else:
+    content = b"\0"
   with open(path, "wb") as file:
     file.write(content)
+  return content != before
 
 
 def check_damage(bench, options):
@@ -79,10 +64,10 @@ def check_damage(bench, options):
   names = [name for name in bench.intermediate() if name not in ("lock", "plan.done")]
   for name in bench.random.sample(names, 40):
     how = bench.random.choice(["missing", "cut", "empty", "foreign", "bit", "bit"])
-    damage(bench, name, how)
+    is_damaged = damage(bench, name, how)
     # Patterns that are missing may have been removed, as nothing behind their counts needs them.
     is_spent = how == "missing" and name.endswith(".patterns")
-    if name.startswith(("count-", "order-")) and how != "bit" and not is_spent:
+    if name.startswith(("count-", "order-")) and how != "bit" and is_damaged and not is_spent:
       err = bench.run(bench.scale, "write", "--work", "work", "-o", "other", status=1)
       assert b"not complete" in err or name.encode() in err, (name, how, err)
     got = bench.scaled(*options)
@@ -167,13 +152,8 @@ def check_same_number(bench, options):
 
 def check_usual_folder(bench, options):
   """A folder that nobody asked for, left by a run that was killed, does not stand in the way of another command."""
-  command = [bench.scale, "run", "--jobs", "2", "--shard", "300", "-o", "out.s", *options]
-  process = subprocess.Popen(command, cwd=bench.folder, stderr=subprocess.DEVNULL, start_new_session=True)
-  while not os.path.exists(bench.path("out.s.ngrex-scale/plan.done")):
-    time.sleep(0.001)
-  process.kill()
-  assert process.wait() == -signal.SIGKILL
-  subprocess.run(["flock", bench.path("out.s.ngrex-scale/lock"), "true"], check=False, timeout=60)
+  while not bench.kill_when(bench.start(*options), "out.s.ngrex-scale", lambda names: "plan.done" in names):
+    pass
   bench.write("elsewhere", "")
   err = bench.run(bench.scale, "run", *options, "-o", "out.s", "--work", ".", status=2)
   assert b"holds other files" in err and not os.path.exists(bench.path("plan.done")), err
@@ -198,14 +178,10 @@ def check_file_size(bench, options):
 
 
 def check_lock(bench, options):
-  holder = subprocess.Popen(["flock", bench.path("work/lock"), "sleep", "60"])
-  while subprocess.run(["flock", "-n", bench.path("work/lock"), "true"], check=False).returncode == 0:
-    time.sleep(0.01)
-  err = bench.run(bench.scale, "run", *options, "-o", "out.s", "--work", "work", status=1)
+  with open(bench.path("work/lock"), "rb") as lock:
+    fcntl.flock(lock, fcntl.LOCK_EX)
+    err = bench.run(bench.scale, "run", *options, "-o", "out.s", "--work", "work", status=1)
   assert b"another run works in work" in err, err
-  holder.kill()
-  holder.wait()
-  subprocess.run(["flock", bench.path("work/lock"), "true"], check=False, timeout=70)
 
 
 def check_write(bench, options):
