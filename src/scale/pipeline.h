@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <functional>
 
-#include "scale/plan.h"
-#include "scale/task_pool.h"
+#include "scale/work/plan.h"
+#include "scale/work/task_pool.h"
 
 namespace colx::scale {
 

@@ -29,13 +29,13 @@
 #include "options/start_up.h"
 #include "scale/options.h"
 #include "scale/pipeline.h"
-#include "scale/plan.h"
-#include "scale/progress.h"
 #include "scale/single_step.h"
-#include "scale/spent_files.h"
 #include "scale/steps.h"
-#include "scale/unfinished_output.h"
-#include "scale/write_task.h"
+#include "scale/work/plan.h"
+#include "scale/work/progress.h"
+#include "scale/work/spent_files.h"
+#include "scale/work/unfinished_output.h"
+#include "scale/writing/write_task.h"
 #include "spill/damaged_file.h"
 
 namespace colx::scale {

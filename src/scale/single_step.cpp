@@ -7,9 +7,9 @@
 #include "base/errors.h"
 #include "companion/errors.h"
 #include "model/ngram.h"
-#include "scale/number_task.h"
+#include "scale/shards/number_task.h"
 #include "scale/steps.h"
-#include "scale/task_pool.h"
+#include "scale/work/task_pool.h"
 
 namespace colx::scale {
 

@@ -7,8 +7,8 @@
 #include <functional>
 #include <string_view>
 
-#include "scale/plan.h"
-#include "scale/task_pool.h"
+#include "scale/work/plan.h"
+#include "scale/work/task_pool.h"
 
 namespace colx::scale {
 

@@ -1,0 +1,57 @@
+#include "scale/counting/layout.h"
+
+#include <algorithm>
+
+#include "base/config.h"
+#include "base/errors.h"
+#include "base/limits.h"
+#include "model/ngram.h"
+#include "scale/counting/reduce_task.h"
+
+namespace colx::scale {
+
+namespace {
+
+constexpr std::uint64_t most_ranges = 4096;
+constexpr std::uint64_t ranges_of_a_part = 8;
+constexpr std::uint64_t patterns_of_a_partition = std::uint64_t{32} << 10;
+constexpr std::uint64_t most_records_in_hand = std::uint64_t{512} << 10;
+constexpr std::uint64_t least_records_in_hand = 64;
+constexpr unsigned most_partition_bits = 12;
+
+// A part in memory takes for each record: its bytes, an entry for sorting it, its patterns of one type on their way
+// out, and when it is written the frequencies of all its patterns.
+std::uint64_t _bytes_of_record() {
+  return 6ULL * settings::n * 3 + 64 + (std::uint64_t{1} << settings::n) * 2;
+}
+
+// A partition in memory takes so much for each pattern, at the most.
+std::uint64_t _bytes_of_pattern() {
+  return 6ULL * settings::n + 16 + 32;
+}
+
+}  // namespace
+
+Layout Layout::from(const WorkFolder& folder, const Plan& plan) {
+  Layout layout;
+  for (std::size_t task = 0; task < plan.reduces; ++task) {
+    const ReduceResult result = ReduceResult::from(folder.result(reduce_name(task)));
+    layout.listed += result.listed;
+    layout.refused += result.refused;
+    layout.piece_shift = result.piece_shift;
+  }
+  if (layout.listed > limits::records) throw too_many_records(NGram::_full_ngram_type, limits::records);
+  const std::uint64_t fitting = plan.memory / 2 / _bytes_of_record();
+  const std::uint64_t even = layout.listed / (plan.reduces * 2) + 1;
+  layout.most_records =
+      std::clamp(std::min({fitting, most_records_in_hand, even}), least_records_in_hand, most_records_in_hand);
+  layout.ranges = std::clamp<std::uint64_t>(layout.listed * ranges_of_a_part / layout.most_records, 1, most_ranges);
+  const std::uint64_t patterns = layout.listed + layout.refused;
+  const std::uint64_t of_a_partition =
+      std::max<std::uint64_t>(std::min(patterns_of_a_partition, plan.memory / 2 / _bytes_of_pattern()), 64);
+  while (layout.partition_bits < most_partition_bits && (patterns >> layout.partition_bits) > of_a_partition)
+    ++layout.partition_bits;
+  return layout;
+}
+
+}  // namespace colx::scale

@@ -1,0 +1,17 @@
+#pragma once
+
+// How many sentences of a datafile ngrex extracts: all, but for those that its window has read ahead when the datafile
+// ends.
+
+#include <cstdint>
+
+#include "scale/shards/datafile_sentences.h"
+#include "scale/work/work_folder.h"
+
+namespace colx::scale {
+
+// Counts them for a datafile of these sentences; `has_bar` says that ngrex draws a progress bar. The window is that of
+// the settings.
+std::uint64_t extracted_sentences(const WorkFolder& folder, const SentencesOfDatafile& sentences, bool has_bar);
+
+}  // namespace colx::scale
