@@ -3,8 +3,8 @@
 usage: scripts.py SOURCE_FOLDER
 
 A build folder made for other sources is refused, and, unless root runs this, one that cannot be written; one's own is not.
-Without dpkg nothing is installed and the build goes on with what is there, but no package is made. Without npm's registry the
-tests of the page do not begin.
+Without dpkg nothing is installed and the build goes on with what is there, but no package is made. Without root, or where apt
+fails, it is said which packages are missing. Without npm's registry the tests of the page do not begin.
 """
 
 import os
@@ -20,9 +20,9 @@ def expect(condition, complaint):
         failures.append(complaint)
 
 
-def run(source, name, *arguments, path=os.environ["PATH"]):
-    return subprocess.run([os.path.join(source, "scripts", name), *arguments], cwd=source, env={**os.environ, "PATH": path},
-                          capture_output=True, text=True)
+def run(source, name, *arguments, path=os.environ["PATH"], **variables):
+    return subprocess.run([os.path.join(source, "scripts", name), *arguments], cwd=source,
+                          env={**os.environ, "PATH": path, **variables}, capture_output=True, text=True)
 
 
 def expect_refusal(refused, sentence):
@@ -60,12 +60,35 @@ def check_without_dpkg(source):
         expect_refusal(run(source, "package", path=tools), "A Debian package can only be made where dpkg is.")
 
 
+def put_tool(folder, name, does):
+    path = os.path.join(folder, name)
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(f"#!/bin/sh\n{does}\n")
+    os.chmod(path, 0o755)
+
+
+def check_missing_packages(source):
+    with tempfile.TemporaryDirectory() as tools:
+        path = tools + os.pathsep + os.environ["PATH"]
+        called = os.path.join(tools, "called")
+        put_tool(tools, "dpkg-query", 'case "$*" in *" make") echo "install ok installed";; *) exit 1;; esac')
+        put_tool(tools, "apt-get", f"""echo "$*" >> '{called}'; case "$*" in *install*) echo "$FAULT" >&2; [ -z "$FAULT" ];; esac""")
+        put_tool(tools, "id", "echo 1000")
+        told = run(source, "bootstrap", "g++", "make", "cmake", path=path)
+        expect_refusal(told, "These packages are missing: g++ cmake\n")
+        expect_refusal(told, "sudo apt-get update && sudo apt-get install --no-install-recommends g++ cmake\n")
+        expect(not os.path.exists(called), "apt is called without root")
+
+        put_tool(tools, "id", "echo 0")
+        told = run(source, "bootstrap", "g++", "make", "cmake", path=path, FAULT="no such archive")
+        expect_refusal(told, "no such archive\nThese packages could not be installed, see above: g++ cmake\n")
+        told = run(source, "bootstrap", "g++", "make", "cmake", path=path, FAULT="")
+        expect(told.returncode == 0 and told.stdout == "Installing: g++ cmake\n", f"not installed: {told}")
+
+
 def check_unreachable_registry(source):
     with tempfile.TemporaryDirectory() as tools:
-        npm = os.path.join(tools, "npm")
-        with open(npm, "w", encoding="utf-8") as file:
-            file.write("#!/bin/sh\nexit 1\n")
-        os.chmod(npm, 0o755)
+        put_tool(tools, "npm", "exit 1")
         for _ in range(2):  # what is not complete is not taken for installed the next time
             told = run(source, "page-tools", os.path.join(tools, "folder"), path=tools + os.pathsep + os.environ["PATH"])
             expect_refusal(told, "could not be installed with npm")
@@ -75,6 +98,7 @@ def main():
     source = os.path.abspath(sys.argv[1])
     check_build_folders(source)
     check_without_dpkg(source)
+    check_missing_packages(source)
     check_unreachable_registry(source)
     for failure in failures:
         print(failure)
