@@ -7,6 +7,7 @@ written again, longer lists and changed datafiles. Whatever happens, the files a
 
 import fcntl
 import os
+import re
 import resource
 import signal
 import subprocess
@@ -119,8 +120,9 @@ def check_older_version(bench, options):
   before = bench.times()
   for name in [*before, "plan.done"]:
     text = bench.read("work/" + name).decode()
-    assert "\nchecksum\t2\t" in text
-    bench.write("work/" + name, text.replace("\nchecksum\t2\t", "\nchecksum\t"))
+    older, found = re.subn(r"\nchecksum\t\d+\t", "\nchecksum\t", text)
+    assert found == 1
+    bench.write("work/" + name, older)
   left = bench.times()
   err = bench.run(bench.scale, "write", "--work", "work", "-o", "other", status=1)
   assert b"work/plan.done is of another version" in err, err
@@ -237,6 +239,28 @@ def check_lists(bench, options):
   assert bench.scaled(*options) == bench.expect(*options)
 
 
+def check_outgrown(bench, options):
+  """A corpus many times as large as the one of the first plan is planned anew; from then on what is new is counted alone."""
+  def counted():
+    return {name: at for name, at in bench.times().items() if name.startswith("map-")}
+
+  def bucket_bits():
+    return re.search(rb"^bucket_bits\t(\d+)$", bench.read("work/plan.done"), re.MULTILINE).group(1)
+
+  bench.write("small", corpus(bench.random, 12))
+  bench.write("list", "small\n")
+  assert bench.scaled(*options) == bench.expect(*options)
+  first = bucket_bits()
+  bench.write("list", "small\na\n")
+  assert bench.scaled(*options) == bench.expect(*options)
+  assert int(bucket_bits()) > int(first), (first, bucket_bits())
+  before = counted()
+  bench.write("list", "small\na\nb\n")
+  assert bench.scaled(*options) == bench.expect(*options)
+  now = counted()
+  assert len(now) > len(before) and all(now[name] == at for name, at in before.items())
+
+
 def check_small_datafiles(bench, options):
   """Small datafiles share tasks, and a longer list leaves the tasks that there were as they are."""
   names = [f"small{i}" for i in range(300)]
@@ -341,10 +365,9 @@ def main():
   for check, line in ((check_kills, options), (check_nothing_done_twice, plain), (check_damage, plain),
                       (check_damaged_warnings, plain), (check_damaged_plan, plain), (check_older_version, plain),
                       (check_ignored_children, plain), (check_same_number, plain), (check_usual_folder, plain),
-                      (check_file_size, plain), (check_lock, plain), (check_write, options), (check_lists, plain), (check_keep_going, plain),
-                      (check_warnings_of_write, plain), (check_pipe, plain),
-                      (check_small_datafiles, options),
-                      (check_many_shards, plain)):
+                      (check_file_size, plain), (check_lock, plain), (check_write, options), (check_lists, plain),
+                      (check_keep_going, plain), (check_warnings_of_write, plain), (check_pipe, plain),
+                      (check_small_datafiles, options), (check_outgrown, options), (check_many_shards, plain)):
     with tempfile.TemporaryDirectory(prefix="ngrex-scale-resume-") as folder:
       bench = Bench(arguments.program, arguments.scale, folder, arguments.seed)
       if check is check_lock:
