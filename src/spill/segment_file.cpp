@@ -1,6 +1,7 @@
 #include "spill/segment_file.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -28,6 +29,7 @@ constexpr std::size_t header_size = 16;
 constexpr std::size_t entry_size = 16;
 constexpr std::size_t trailer_size = 24;
 constexpr std::size_t write_buffer = std::size_t{256} << 10;
+constexpr std::size_t most_open = 256;
 
 void _read_fully(const Descriptor& file, const std::string& path, std::uint64_t place, char* to, std::size_t size) {
   while (size > 0) {
@@ -131,6 +133,13 @@ FileMark SegmentWriter::finish() {
     throw output_error(fmt::format("cannot rename {} to {}: {}", _temporary, _path, system_reason()));
   _temporary.clear();
   return {_end, sum};
+}
+
+SegmentReader::Hold SegmentReader::hold_for(std::size_t files) {
+  struct rlimit allowed {};
+  const bool is_known = ::getrlimit(RLIMIT_NOFILE, &allowed) == 0;
+  const rlim_t most = is_known ? std::min<rlim_t>(allowed.rlim_cur / 4, most_open) : most_open;
+  return files <= most ? Hold::open : Hold::closed;
 }
 
 SegmentReader::SegmentReader(std::string path, std::string_view kind, std::size_t buffer, Hold hold)

@@ -75,8 +75,9 @@ class SegmentReader {
   // Whether the file stays open between reads, or is opened for each of them: for whoever has very many.
   enum class Hold { open, closed };
 
-  // The way to hold so many files at a time.
-  static Hold hold_for(std::size_t files) { return files <= most_open ? Hold::open : Hold::closed; }
+  // The way to hold so many files at a time: open as long as they take no more than a quarter of what the process may
+  // have open, and are no more than 256.
+  static Hold hold_for(std::size_t files);
 
   // Reads ahead in pieces of `buffer` bytes, so that segments read in their order cost few calls.
   SegmentReader(std::string path, std::string_view kind, std::size_t buffer = std::size_t{64} << 10,
@@ -103,8 +104,6 @@ class SegmentReader {
   [[noreturn]] void refuse(const std::string& reason) const;
 
  private:
-  static constexpr std::size_t most_open = 256;
-
   std::uint64_t _begin(std::size_t segment) const;
   std::uint64_t _end(std::size_t segment) const;
   std::uint64_t _checksum(std::size_t segment) const;
