@@ -22,7 +22,9 @@ import sys
 import tempfile
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
 import ngrex_reference  # noqa: E402
+import seeds  # noqa: E402
 
 WORK_LIMIT = 12000  # occurrences times types that the twin may store in one ordinary case
 HEAVY_WORK_LIMIT = 60000
@@ -489,14 +491,12 @@ def differences(expected, got):
 def main():
   parser = argparse.ArgumentParser(description="Compares ngrex with its reference twin on random cases.")
   parser.add_argument("--program", required=True)
-  parser.add_argument("--seed", type=int, default=None)
   parser.add_argument("--cases", type=int, default=1000)
   parser.add_argument("--first", type=int, default=0)
   parser.add_argument("--keep", default=None, help="folder for the case that disagrees (default: a temporary folder)")
-  options = parser.parse_args()
+  options = seeds.parse(parser)
   program = os.path.abspath(options.program)
-  seed = options.seed if options.seed is not None else random.SystemRandom().randrange(1 << 32)
-  print(f"seed {seed}", flush=True)
+  seed = options.seed
   base = tempfile.mkdtemp(prefix="ngrex-differential-")
   agreed = skipped = 0
   for number in range(options.first, options.first + options.cases):

@@ -18,6 +18,9 @@ import subprocess
 import sys
 import tempfile
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+import seeds  # noqa: E402
+
 FORMS = ["rain", "fell", "New\u00a0York", "雨", "גשם", "é", "\u00e9t\u00e9", ".", ",", "[", "\"", "a\\b", "=", "#"]
 
 
@@ -155,12 +158,10 @@ def main():
     parser.add_argument("--import", dest="importer", required=True)
     parser.add_argument("--program", required=True)
     parser.add_argument("--examples", required=True)
-    parser.add_argument("--seed", type=int, default=random.SystemRandom().randrange(2**32))
     parser.add_argument("--cases", type=int, default=60)
-    arguments = parser.parse_args()
+    arguments = seeds.parse(parser)
     for name in ("importer", "program", "examples"):
         setattr(arguments, name, os.path.abspath(getattr(arguments, name)))
-    print(f"seed {arguments.seed}", flush=True)
     hits = 0
     for case in range(arguments.cases):
         with tempfile.TemporaryDirectory() as folder:

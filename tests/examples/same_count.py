@@ -19,10 +19,12 @@ import sys
 import tempfile
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "differential"))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "table"))
 import differential  # noqa: E402
 import ngrex_reference  # noqa: E402
 import read_back  # noqa: E402
+import seeds  # noqa: E402
 
 LARGEST = 2_000_000  # bytes of an output datafile for which all is tried in reasonable time
 MOST_ROWS = 4000
@@ -229,13 +231,11 @@ def main():
     parser.add_argument("--program", required=True)
     parser.add_argument("--examples", required=True)
     parser.add_argument("--table", required=True)
-    parser.add_argument("--seed", type=int, default=random.SystemRandom().randrange(2**32))
     parser.add_argument("--cases", type=int, default=200)
     parser.add_argument("--first", type=int, default=0)
-    arguments = parser.parse_args()
+    arguments = seeds.parse(parser)
     for name in ("program", "examples", "table"):
         setattr(arguments, name, os.path.abspath(getattr(arguments, name)))
-    print(f"seed {arguments.seed}", flush=True)
     ngrams = patterns = 0
     for number in range(arguments.first, arguments.first + arguments.cases):
         case = Generator(arguments.seed, number).make()

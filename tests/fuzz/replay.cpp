@@ -5,6 +5,8 @@
 // The seed is printed; NGREX_TEST_SEED repeats a run. When the target ends the process, the input stands in the file
 // that was named before.
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +19,7 @@
 #include <vector>
 
 #include "tests/fuzz/target.h"
+#include "tests/support/seed.h"
 
 namespace {
 
@@ -81,14 +84,14 @@ int main(int argc, char** argv) {
   }
   const std::vector<std::string> corpus = _corpus(argv[1]);
   const unsigned long mutations = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 0;
-  const char* const given = std::getenv("NGREX_TEST_SEED");
-  const unsigned long seed = given == nullptr ? std::random_device()() : std::strtoul(given, nullptr, 10);
-  const std::filesystem::path last = std::filesystem::temp_directory_path() / ("ngrex-fuzz-" + std::to_string(seed));
-  std::printf("NGREX_TEST_SEED=%lu, last input in %s\n", seed, last.c_str());
+  Random random(colx::test::choose_seed());
+  // Other targets may be at work with the same seed.
+  const std::filesystem::path last =
+      std::filesystem::temp_directory_path() / ("ngrex-fuzz-" + std::to_string(::getpid()));
+  std::printf("last input in %s\n", last.c_str());
   std::fflush(stdout);
   for (const std::string& input : corpus)
     _feed(input);
-  Random random(static_cast<Random::result_type>(seed));
   for (unsigned long i = 0; i < mutations && !corpus.empty(); ++i) {
     std::string input = corpus[_below(random, corpus.size())];
     for (std::size_t steps = 1 + _below(random, 8); steps > 0; --steps)

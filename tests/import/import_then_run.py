@@ -18,6 +18,9 @@ import subprocess
 import sys
 import tempfile
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+import seeds  # noqa: E402
+
 PIECES = ["a", "b", "Praha", "don't", "x_y", "q:r", "a b", "\u00a0", "\u2028", "ž", "^", ";", "_", "-", "1", "\v", "\f", "\x01"]
 
 
@@ -125,11 +128,9 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--import", dest="importer", required=True)
     parser.add_argument("--program", required=True)
-    parser.add_argument("--seed", type=int, default=random.SystemRandom().randrange(2**32))
     parser.add_argument("--cases", type=int, default=150)
-    arguments = parser.parse_args()
+    arguments = seeds.parse(parser)
     arguments.importer, arguments.program = map(os.path.abspath, (arguments.importer, arguments.program))
-    print(f"seed {arguments.seed}", flush=True)
     runs = 0
     too_many = 0
     for case in range(arguments.cases):

@@ -17,8 +17,10 @@ import sys
 import tempfile
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "differential"))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
 import differential  # noqa: E402
 import report_file  # noqa: E402
+import seeds  # noqa: E402
 
 MEASURES = ["G2", "X2", "simple_ll", "expected", "t", "z", "poisson", "MI", "MI3", "local_mi", "npmi", "Dice", "logDice", "jaccard",
             "min_sensitivity"]
@@ -181,10 +183,8 @@ def main():
     parser.add_argument("--table", required=True)
     parser.add_argument("--report", required=True)
     parser.add_argument("--page", required=True)
-    parser.add_argument("--seed", type=int, default=int(os.environ.get("NGREX_TEST_SEED", random.SystemRandom().randrange(2**32))))
     parser.add_argument("--cases", type=int, default=80)
-    arguments = parser.parse_args()
-    print(f"seed {arguments.seed}", flush=True)
+    arguments = seeds.parse(parser)
     program, table, report = map(os.path.abspath, (arguments.program, arguments.table, arguments.report))
     with tempfile.TemporaryDirectory() as folder:
         check_hostile((table, report), folder)

@@ -10,11 +10,11 @@ treebank with comments is imported, whose sentences must be cited as they were w
 
 import argparse
 import os
-import random
 import sys
 import tempfile
 
 from same_as_table import Disagreement, differential, expect, report_file, run
+import seeds
 
 HOSTILE = ["</script><img>", "<!--", "\"'\\", "\u202e\u2066\ufeff", "\x01\x7f", "\u05d0", "\u6f22", "x" * 60_000, "e\u0301", "__proto__"]
 FUNCTIONS = {"Sb", "Obj", "Atr", "AuxP", "Pred"}  # relations that are in the row what they are in the sentence
@@ -127,10 +127,8 @@ def main():
     parser.add_argument("--program", required=True)
     parser.add_argument("--report", required=True)
     parser.add_argument("--import", dest="importer", required=True)
-    parser.add_argument("--seed", type=int, default=int(os.environ.get("NGREX_TEST_SEED", random.SystemRandom().randrange(2**32))))
     parser.add_argument("--cases", type=int, default=120)
-    arguments = parser.parse_args()
-    print(f"seed {arguments.seed}", flush=True)
+    arguments = seeds.parse(parser)
     program, report, importer = map(os.path.abspath, (arguments.program, arguments.report, arguments.importer))
     with tempfile.TemporaryDirectory() as folder:
         check_citations(importer, program, report, folder)

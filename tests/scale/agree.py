@@ -22,8 +22,7 @@ import tempfile
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "differential"))
 import differential  # noqa: E402
-from bench import seed_of  # noqa: E402
-
+import seeds  # noqa: E402
 
 
 def understood(arguments):
@@ -134,15 +133,14 @@ def main():
   parser = argparse.ArgumentParser()
   parser.add_argument("--program", required=True)
   parser.add_argument("--scale", required=True)
-  parser.add_argument("--seed", type=int, default=None)
   parser.add_argument("--cases", type=int, default=100)
   parser.add_argument("--first", type=int, default=0)
   parser.add_argument("--keep", default=None)
   parser.add_argument("--no-contexts", action="store_true")
   parser.add_argument("--contexts", action="store_true")
-  options = parser.parse_args()
+  options = seeds.parse(parser)
   program, scale = os.path.abspath(options.program), os.path.abspath(options.scale)
-  seed = seed_of(options.seed)
+  seed = options.seed
   base = tempfile.mkdtemp(prefix="ngrex-scale-agree-")
   agreed = left_out = 0
   grown = collections.Counter()

@@ -6,8 +6,12 @@ import random
 import resource
 import signal
 import subprocess
+import sys
 import tempfile
 import time
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+import seeds  # noqa: E402
 
 LEMMAS = ["dog", "cat", "run", "big", "house", "see", "tree", "well_x", "rain", "heavy"]
 TAGS = ["NN", "VB", "AA"]
@@ -29,27 +33,16 @@ def corpus(r, size, warnings=0.01):
   return "".join(sentence(r, warnings) for _ in range(size))
 
 
-def seed_of(given):
-  """The seed of the command line, or else of the surroundings, or else a new one; it is printed."""
-  if given is None:
-    of_surroundings = os.environ.get("NGREX_TEST_SEED")
-    given = int(of_surroundings) if of_surroundings else random.SystemRandom().randrange(1 << 32)
-  print(f"seed {given}", flush=True)
-  return given
-
-
 def read_arguments(*more):
   """The command line of a test: --program NGREX, --scale NGREX_SCALE, --seed S, and what `more` adds to its parser. The
-  paths are made absolute; the seed, from the surroundings or new where none was given, is printed."""
+  paths are made absolute."""
   parser = argparse.ArgumentParser()
   parser.add_argument("--program", required=True)
   parser.add_argument("--scale", required=True)
-  parser.add_argument("--seed", type=int, default=None)
   for name, words in more:
     parser.add_argument(name, **words)
-  arguments = parser.parse_args()
+  arguments = seeds.parse(parser)
   arguments.program, arguments.scale = os.path.abspath(arguments.program), os.path.abspath(arguments.scale)
-  arguments.seed = seed_of(arguments.seed)
   return arguments
 
 

@@ -21,7 +21,7 @@ import tempfile
 import agree
 import differential
 import ngrex_reference
-from bench import seed_of
+import seeds
 
 
 class Twin(ngrex_reference.Run):
@@ -87,12 +87,11 @@ def twin(case, folder, exact, counter, carry, lemmas):
 def main():
   parser = argparse.ArgumentParser()
   parser.add_argument("--scale", required=True)
-  parser.add_argument("--seed", type=int, default=None)
   parser.add_argument("--cases", type=int, default=60)
   parser.add_argument("--first", type=int, default=0)
-  options = parser.parse_args()
+  options = seeds.parse(parser)
   scale = os.path.abspath(options.scale)
-  seed = seed_of(options.seed)
+  seed = options.seed
   base = tempfile.mkdtemp(prefix="ngrex-scale-limits-")
   agreed = left_out = passed = exactly = 0
   for number in range(options.first, options.first + options.cases):

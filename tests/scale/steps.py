@@ -15,6 +15,8 @@ import subprocess
 import sys
 import tempfile
 
+from bench import seeds
+
 WORDS = ["rain", "wind", "heavy", "falls", "ž"]
 OPTIONS = ["-i", "list", "-n", "3", "-m", "**", "-cw", "4"]
 FILES = ["-o", "triples", "-s", "statistics", "-c", "contexts"]
@@ -40,9 +42,7 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--program", required=True)
     parser.add_argument("--scale", required=True)
-    parser.add_argument("--seed", type=int, default=random.randrange(10**9))
-    arguments = parser.parse_args()
-    print(f"seed {arguments.seed}")
+    arguments = seeds.parse(parser)
     r = random.Random(arguments.seed)
 
     with tempfile.TemporaryDirectory() as folder:

@@ -20,6 +20,8 @@ import sys
 import tempfile
 import time
 
+from bench import seeds
+
 MOST_SHARDS = 300  # each is a few processes
 MOST_BYTES_WITH_CONTEXTS = 1000000
 LIMIT = 3600
@@ -146,10 +148,8 @@ def main():
   parser.add_argument("--scale", required=True)
   parser.add_argument("--sizes", type=int, nargs="+", default=[2, 3, 4])
   parser.add_argument("--draws", type=int, default=2)
-  parser.add_argument("--seed", type=int, default=random.SystemRandom().randrange(1 << 32))
   parser.add_argument("datafiles", nargs="+", metavar="DATAFILE[:MASK]")
-  arguments = parser.parse_args()
-  print(f"seed {arguments.seed}", flush=True)
+  arguments = seeds.parse(parser)
   datafiles = [expand(word) for word in arguments.datafiles]
   with tempfile.TemporaryDirectory(prefix="ngrex-scale-treebanks-") as folder:
     comparison = Comparison(arguments, folder, random.Random(arguments.seed))

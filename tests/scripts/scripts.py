@@ -1,13 +1,16 @@
-"""Proves that the scripts refuse with a sentence what cannot work.
+"""Proves that the scripts refuse with a sentence what cannot work, and that scripts/soak goes on after failures.
 
 usage: scripts.py SOURCE_FOLDER
 
 A build folder made for other sources is refused, and, unless root runs this, one that cannot be written; one's own is not.
 Without dpkg nothing is installed and the build goes on with what is there, but no package is made. Without root, or where apt
-fails, it is said which packages are missing. Without npm's registry the tests of the page do not begin.
+fails, it is said which packages are missing. Without npm's registry the tests of the page do not begin. The soak has another
+seed each time, and says of each failure how to see it again.
 """
 
 import os
+import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -94,12 +97,63 @@ def check_unreachable_registry(source):
             expect_refusal(told, "could not be installed with npm")
 
 
+# In the place of ctest: notes how it was called, and fails in the first round, in the build with sanitizers.
+CTEST = """#!/bin/sh
+echo "$NGREX_TEST_SEED $*" >> called
+case "$*" in *NOTHING*) echo 'No tests were found!!!'; exit 8;; esac
+[ "$(wc -l < called)" = 2 ] || exit 0
+printf 'The following tests did not run:\\n\\t  1 - page (Skipped)\\n\\nThe following tests FAILED:\\n'
+printf '\\t  2 - scale.disk (Failed)\\n\\t 12 - Suite.Crashes (SEGFAULT)\\nErrors while running CTest\\n'
+exit 8
+"""
+
+
+def check_soak(source):
+    with tempfile.TemporaryDirectory() as folder:
+        os.mkdir(os.path.join(folder, "scripts"))
+        shutil.copy(os.path.join(source, "scripts", "soak"), os.path.join(folder, "scripts"))
+        with open(os.path.join(folder, "ctest"), "w", encoding="utf-8") as file:
+            file.write(CTEST)
+        os.chmod(os.path.join(folder, "ctest"), 0o755)
+        path = folder + os.pathsep + os.environ["PATH"]
+        for words in ([], ["soon"], ["-L", "random"]):
+            told = run(folder, "soak", *words, path=path)
+            expect(told.returncode == 2 and "usage: scripts/soak MINUTES" in told.stderr, f"not refused: {told}")
+        expect_refusal(run(folder, "soak", "0", path=path), "There is no build with tests")
+        for preset in ("release", "sanitize"):
+            os.makedirs(os.path.join(folder, "build", preset))
+            open(os.path.join(folder, "build", preset, "CTestTestfile.cmake"), "wb").close()
+
+        def calls():
+            with open(os.path.join(folder, "called"), encoding="utf-8") as file:
+                found = [line.split(" ", 1) for line in file.read().splitlines()]
+            os.remove(os.path.join(folder, "called"))
+            return found
+
+        told = run(folder, "soak", "0", "--parallel", "2", path=path)
+        (one, first), (other, second) = calls()
+        expect(one != other, f"the seed is {one} twice")
+        expect(first == "--preset release --no-tests=error -L random --parallel 2" and second == first.replace("release", "sanitize"),
+               f"ctest is called with {first} and {second}")
+        named = re.findall(r"(\S+) fails: NGREX_TEST_SEED=(\d+) ctest --preset (\S+) -R '(\S+)'", told.stdout)
+        expect(named == [("scale.disk", other, "sanitize", r"^scale\.disk$"), ("Suite.Crashes", other, "sanitize", r"^Suite\.Crashes$")],
+               f"the failures are {named}")
+        expect(told.returncode == 1 and told.stdout.endswith("2 failures in 1 rounds\n"), f"failures are lost: {told}")
+        expect(os.listdir(os.path.join(folder, "build", "soak")) == [f"sanitize-{other}"], "what failing tests say is not kept alone")
+        shutil.rmtree(os.path.join(folder, "build", "sanitize"))
+        told = run(folder, "soak", "0", "-R", "scale", path=path)
+        expect([words for _, words in calls()] == ["--preset release --no-tests=error -R scale"] and told.returncode == 0,
+               f"a choice of tests and of builds: {told}")
+        expect_refusal(run(folder, "soak", "0", "-R", "NOTHING", path=path), "No tests were found")
+
+
 def main():
     source = os.path.abspath(sys.argv[1])
     check_build_folders(source)
     check_without_dpkg(source)
     check_missing_packages(source)
     check_unreachable_registry(source)
+    check_soak(source)
     for failure in failures:
         print(failure)
     print(f"{len(failures)} disagreements")

@@ -6,19 +6,23 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <string_view>
+
+#include "tests/support/seed.h"
 
 namespace colx::test {
 
 // A generator with a seed of its own, to be made once in each test that needs one.
 class Random {
  public:
-  // A number from 0 to `end` - 1; `end` is not 0.
-  std::uint32_t below(std::uint32_t end) { return std::uniform_int_distribution<std::uint32_t>(0, end - 1)(_engine); }
+  // A number from 0 to `end` - 1; there is none if `end` is 0.
+  std::uint32_t below(std::uint32_t end) {
+    if (end == 0) throw std::invalid_argument("nothing to draw from");
+    return std::uniform_int_distribution<std::uint32_t>(0, end - 1)(_engine);
+  }
 
   // True once in `n` times.
   bool once_in(std::uint32_t n) { return below(n) == 0; }
@@ -34,15 +38,7 @@ class Random {
   std::mt19937& engine() { return _engine; }
 
  private:
-  static std::uint32_t _choose_seed() {
-    const char* const given = std::getenv("NGREX_TEST_SEED");
-    const std::uint32_t seed = given == nullptr ? static_cast<std::uint32_t>(std::random_device()())
-                                                : static_cast<std::uint32_t>(std::strtoul(given, nullptr, 10));
-    std::printf("NGREX_TEST_SEED=%u\n", seed);
-    return seed;
-  }
-
-  const std::uint32_t _seed = _choose_seed();
+  const std::uint32_t _seed = choose_seed();
   std::mt19937 _engine{_seed};
   ::testing::ScopedTrace _trace{__FILE__, __LINE__, "NGREX_TEST_SEED=" + std::to_string(_seed)};
 };

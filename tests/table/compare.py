@@ -18,6 +18,7 @@ import tempfile
 
 import read_back
 from read_back import Disagreement, blocks_of, close, expect, ln, log2, row_of
+import seeds
 
 WORDS = ["a", "b", "ab", "ž", "NA", "x'y"]
 FUNCTIONS = ["Atr", "Sb", "Obj", "AuxP_Co"]
@@ -53,7 +54,9 @@ def made_up(n, r):
     """An output datafile with any counts; its measures mean nothing."""
     total = r.choice([1, 7, 1000, 10**9, 2**53])
     blocks = []
-    for words in sorted({tuple(r.choice(WORDS) for _ in range(n)) for _ in range(r.randint(0, 8))}, key=lambda _: r.random()):
+    ngrams = sorted({tuple(r.choice(WORDS) for _ in range(n)) for _ in range(r.randint(0, 8))})
+    r.shuffle(ngrams)
+    for words in ngrams:
         cells, left = [], total
         for _ in range(2**n - 1):
             cells.append(r.choice([0, left, r.randint(0, left), left // 2]))
@@ -161,10 +164,8 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--program", required=True)
     parser.add_argument("--table", required=True)
-    parser.add_argument("--seed", type=int, default=random.SystemRandom().randrange(2**32))
     parser.add_argument("--cases", type=int, default=60)
-    arguments = parser.parse_args()
-    print(f"seed {arguments.seed}", flush=True)
+    arguments = seeds.parse(parser)
     program, table = os.path.abspath(arguments.program), os.path.abspath(arguments.table)
     rows = 0
     for number in range(arguments.cases):

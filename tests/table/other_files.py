@@ -13,6 +13,7 @@ import sys
 import tempfile
 
 from compare import corpus
+import seeds
 
 
 def contexts_of(content, n):
@@ -56,10 +57,8 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--program", required=True)
     parser.add_argument("--table", required=True)
-    parser.add_argument("--seed", type=int, default=random.SystemRandom().randrange(2**32))
     parser.add_argument("--cases", type=int, default=40)
-    arguments = parser.parse_args()
-    print(f"seed {arguments.seed}", flush=True)
+    arguments = seeds.parse(parser)
     program, table = os.path.abspath(arguments.program), os.path.abspath(arguments.table)
     rows = 0
     for number in range(arguments.cases):

@@ -29,8 +29,10 @@ import xml.etree.ElementTree
 import zipfile
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "differential"))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
 import differential  # noqa: E402
 import merging  # noqa: E402
+import seeds  # noqa: E402
 
 OWN = ["chi_square", "log_likelihood", "mutual_information", "pearson", "t_test", "z_score"]
 MEASURES = ["per_million", "G2", "X2", "simple_ll", "expected", "t", "z", "poisson", "MI", "MI3", "local_mi", "npmi", "Dice", "logDice", "jaccard",
@@ -462,11 +464,9 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--program", required=True)
     parser.add_argument("--table", required=True)
-    parser.add_argument("--seed", type=int, default=random.SystemRandom().randrange(2**32))
     parser.add_argument("--cases", type=int, default=150)
     parser.add_argument("--first", type=int, default=0)
-    arguments = parser.parse_args()
-    print(f"seed {arguments.seed}", flush=True)
+    arguments = seeds.parse(parser)
     program, table = os.path.abspath(arguments.program), os.path.abspath(arguments.table)
     files = ngrams = merged = unmasked = 0
     for number in range(arguments.first, arguments.first + arguments.cases):

@@ -20,6 +20,9 @@ import time
 import corpora
 from corpora import configure, expected, make_corpus, markers, read, snakemake
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+import seeds  # noqa: E402
+
 CONFIGURATION = """
 ClusterName=here
 SlurmctldHost=localhost(127.0.0.1)
@@ -108,8 +111,7 @@ def main():
     source, build = (os.path.abspath(folder) for folder in sys.argv[1:3])
     ngrex, scale = (os.path.join(build, name) for name in ("ngrex", "ngrex-scale"))
     profile = ["--profile", os.path.join(source, "workflow", "slurm"), "--latency-wait", "5"]
-    seed = int(os.environ.get("NGREX_TEST_SEED", random.randrange(10**9)))
-    print(f"seed {seed}")
+    seed = seeds.seed_of()
     with tempfile.TemporaryDirectory() as home, slurm(home):
         folders = [os.path.join(home, name) for name in ("one", "cancelled", "killed", "large")]
         files = None

@@ -20,6 +20,9 @@ import time
 import corpora
 from corpora import CONTEXTS, OPTIONS, configure, expected, make_corpus, markers, read, snakemake, write
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+import seeds  # noqa: E402
+
 failures = []
 
 
@@ -173,9 +176,7 @@ def main():
         return 77
     source, build = (os.path.abspath(folder) for folder in sys.argv[1:3])
     ngrex, scale = (os.path.join(build, name) for name in ("ngrex", "ngrex-scale"))
-    seed = int(os.environ.get("NGREX_TEST_SEED", random.randrange(10**9)))
-    print(f"seed {seed}")
-    r = random.Random(seed)
+    r = random.Random(seeds.seed_of())
     with tempfile.TemporaryDirectory() as one, tempfile.TemporaryDirectory() as two, tempfile.TemporaryDirectory() as three, \
             tempfile.TemporaryDirectory() as four:
         make_corpus(one, r)
