@@ -86,7 +86,7 @@ _ngrex_complete() {
   esac
 
   if [[ $program == ngrex-scale && $COMP_CWORD == 1 && $current != -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W 'run write plan steps scan number map reduce arrange order count collect merge format' -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W 'run write plan steps drop scan number map reduce arrange order count collect merge format' -- "$current")
     return
   fi
 

@@ -16,7 +16,7 @@ namespace colx::scale {
 
 namespace {
 
-constexpr std::string_view commands[] = {"run", "plan", "write", "steps"};
+constexpr std::string_view commands[] = {"run", "plan", "write", "steps", "drop"};
 
 void _print_help(Options& options, const GivenOption& given);
 void _print_version(Options& options, const GivenOption& given);
@@ -127,7 +127,7 @@ bool _is_foreign(std::string_view option, const std::string& command) {
   if (option == "--quiet") return command != "run" && command != "write";
   if (option == "--keep-going") return command != "run" && !_is_step(command);
   if (option == "--exact") return command != "run" && command != "write";
-  return option == "--jobs" && _is_step(command);
+  return option == "--jobs" && (command == "drop" || _is_step(command));
 }
 
 // Throws usage_error when one of our own options, or of ngrex's, is not for the command.
@@ -153,7 +153,7 @@ constexpr Program program = {"ngrex-scale",
                              "takes plan, with the options of run, and then the steps one after another: scan,\n"
                              "number, map, reduce, arrange, order, count, collect, merge and format, each of\n"
                              "which has tasks that can be done at the same time. The command steps prints\n"
-                             "their names.\n"
+                             "their names, drop removes what no later step needs from a folder.\n"
                              "\n"
                              "The options of ngrex mean what they mean there:",
                              _entries,

@@ -292,6 +292,7 @@ void _do(const Options& options, const Notifier& error) {
     throw usage_error(
         fmt::format("{} takes no {}: what is to be done is in the folder", options.command, options.words[0]));
   const WorkFolder folder(*options.work);
+  if (options.command == "drop") return drop_spent(folder);
   try {
     do_step(folder, options.command, options.task, options.of,
             options.keep_going ? OnFailure::keep_going : OnFailure::stop);

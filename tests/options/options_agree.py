@@ -108,9 +108,9 @@ def unknown_commands(source, program):
     listed = {
         "the help": re.findall(r"\w+", re.search(r"one\s+after\s+another:(.*?),\s+each\s+of", notes, re.S).group(1).replace(" and ", " ")),
         "the man page": re.findall(r"^\.TP\n\.B (\w+)$", manual[manual.index(".SS Steps"):manual.index(".SH OPTIONS")], re.M),
-        "the completion": completed(source, "ngrex-scale", "")[4:],
+        "the completion": completed(source, "ngrex-scale", "")[5:],
     }
-    if completed(source, "ngrex-scale", "")[:4] != ["run", "write", "plan", "steps"]:
+    if completed(source, "ngrex-scale", "")[:5] != ["run", "write", "plan", "steps", "drop"]:
         yield "other commands than steps are not completed"
     for place, names in listed.items():
         if names != steps:

@@ -7,13 +7,14 @@ ngrex whatever happens then: killed and resumed runs, damaged files whose source
 
 import os
 import re
+import subprocess
 import sys
 
 import resume
 from bench import Bench, in_folders
 
 # What write reads, and what tells whether it is right.
-STAYS = re.compile(r"lock|.*\.done|order-\d+\.ordered|count-\d+\.frequencies|number\.(lemmas|tags)|scan-\d+\.warnings|"
+STAYS = re.compile(r"lock|lock\..*|.*\.done|order-\d+\.ordered|count-\d+\.frequencies|number\.(lemmas|tags)|scan-\d+\.warnings|"
                    r"merge-\d+\.cells|format-\d+\.text")
 OPTIONS = ["-i", "list", "-n", "2", "-m", "**", "-f", "rules"]
 
@@ -113,8 +114,60 @@ def check_lists(bench):
   assert bench.dropping(*OPTIONS) == bench.expect(*OPTIONS)
 
 
+def check_steps(bench):
+  """Behind single steps, files go as far as steps are over, and not before; steps make again what is needed again."""
+  options = ["-i", "list", "-n", "2", "-m", "**", "-cw", "3"]
+  files = ["-o", "out.s", "-s", "stats.s", "-c", "contexts.s"]
+  steps = subprocess.run([bench.scale, "steps"], check=True, capture_output=True, text=True).stdout.split()
+
+  def told(*words, status=0):
+    return bench.run(bench.scale, *words, "--work", "work", status=status)
+
+  def do_steps():
+    told("plan", *options, *files, "--shard", "4000", "--memory", "20K")
+    halves = 0
+    for step in steps:
+      told(step, "--task", "0", "--of", "2")
+      before = bench.intermediate()
+      told("drop")
+      after = bench.intermediate()
+      told(step, "--task", "1", "--of", "2")
+      if set(bench.times()) - set(after):
+        halves += 1
+        assert set(after) >= set(before), (step, set(before) - set(after))
+      told("drop")
+    assert not bench.spent(), bench.spent()
+    return halves
+
+  def expect_files():
+    expected = bench.expect(*options, "-c", "contexts.n")
+    told("write", *files)
+    assert (bench.read("out.s"), bench.read("stats.s")) == expected[:2]
+    assert bench.read("contexts.s") == bench.read("contexts.n")
+
+  assert b"holds no counts" in told("drop", status=1)
+  assert b"drop takes no --jobs" in told("drop", "--jobs", "1", status=2)
+  assert do_steps() > 4
+  expect_files()
+  before = bench.times()
+  do_steps()
+  assert bench.times() == before
+
+  bench.write("list", "a\nb\nc\n")
+  do_steps()
+  expect_files()
+
+  # One file that is damaged takes all that it was made of with it; asking each step once makes them again.
+  for name in ("scan-0.warnings", "number.lemmas", "order-0.ordered", "count-0.frequencies", "format-0.text"):
+    open(bench.path("work/" + name), "wb").close()
+    os.remove(bench.path("work/" + name.split(".")[0] + ".done"))
+    do_steps()
+    expect_files()
+
+
 def main():
-  return in_folders("disk", (check_what_stays, check_usual_folder, check_kills, check_damage, check_lists), DroppingBench)
+  return in_folders("disk", (check_what_stays, check_usual_folder, check_kills, check_damage, check_lists, check_steps),
+                    DroppingBench)
 
 
 if __name__ == "__main__":

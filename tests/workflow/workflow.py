@@ -3,13 +3,15 @@
 usage: workflow.py SOURCE_FOLDER BUILD_FOLDER
 
 A random corpus (the seed is printed, NGREX_TEST_SEED gives it back) is counted by snakemake --cores 2: in one go; killed
-half-way without a chance to clear up, and resumed; with a datafile more than before, with a sieve, and with contexts. What is
-not to be counted again is not. A failure ends with a sentence and no output. Of the profile for Slurm the test looks at
+half-way without a chance to clear up, and resumed; with a datafile more than before, with a sieve, and with contexts; and where
+spent files are dropped on the way, also when it is killed then, and with a datafile more. What is not to be counted again is
+not. A failure ends with a sentence and no output. Of the profile for Slurm the test looks at
 what sbatch is given and at what the states of a job mean; slurm.py runs it. Status 77 says that Snakemake is not there.
 """
 
 import os
 import random
+import re
 import shutil
 import signal
 import subprocess
@@ -63,20 +65,57 @@ def check_contexts(source, folder, ngrex, scale):
     """With contexts, in a work folder of their own."""
     options = [*OPTIONS, *CONTEXTS]
     files = expected(ngrex, folder, options)
-    configure(folder, scale, options)
+    configure(folder, scale, options, drop=True)
     expect_success(snakemake(source, folder, "--cores", "2"), "with contexts")
     expect_bytes(folder, files, "with contexts")
+    expect_dropped(folder, "with contexts")
     steps = subprocess.run([scale, "steps"], capture_output=True, text=True, check=True).stdout.split()
     gates = {name for name in markers(folder) if "-" not in name and "." not in name}
     expect(gates == {"plan", *steps, "write"}, f"the steps are {steps}, those of the workflow {sorted(gates)}")
 
 
-def check_growth(source, folder, ngrex, scale, r):
-    """More of the corpus, and then a sieve, in the folder of before."""
-    before = done_at(folder)
+def spent(folder):
+    """The files of the work folder that nothing but a step of counting reads."""
+    return sorted(name for name in os.listdir(os.path.join(folder, "work here"))
+                  if re.search(r"\.(lemmas|tags|words|numbers-\d+|run-\d+|listed|refused|pieces|arranged|candidates|patterns.*|"
+                               r"merged|firsts)$", name) and not name.startswith("number.lemmas") and name != "number.tags")
+
+
+def expect_dropped(folder, when):
+    expect(not spent(folder), f"{when}, files are left that nobody needs: {spent(folder)}")
+
+
+def check_dropping(source, folder, ngrex, scale, r):
+    """Files go on the way, and what goes on after a kill does not miss them; neither does a longer list or another sieve."""
+    files = expected(ngrex, folder)
+    configure(folder, scale, drop=True)
+    kill_half_way(source, folder)
+    expect(not any(name.endswith(".lemmas") for name in spent(folder)), f"nothing goes on the way: {spent(folder)}")
+    expect_resumed(source, folder, files, "killed while files go")
+    expect_dropped(folder, "killed while files go")
+
+    options = [*OPTIONS[:OPTIONS.index("-o")], "-f", "rules", "-tf", "2", "-o", "frequent"]
+    subprocess.run([ngrex, *options], cwd=folder, check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    subprocess.run([scale, "write", "--work", "work here", "-tf", "2", "-o", "frequent.s"], cwd=folder, check=True)
+    expect_bytes(folder, {"frequent.s": read(os.path.join(folder, "frequent"))}, "from what has stayed")
+
+    add_datafile(folder, r)
+    files = expected(ngrex, folder)
+    expect_success(snakemake(source, folder, "--cores", "2"), "with a datafile more than was dropped")
+    expect_bytes(folder, files, "with a datafile more than was dropped")
+    expect_dropped(folder, "with a datafile more")
+
+
+def add_datafile(folder, r):
     write(os.path.join(folder, "data 3"), corpora.datafile(r, 400))
     with open(os.path.join(folder, "my list"), "a", encoding="utf-8") as file:
         file.write("data 3\n")
+
+
+def check_growth(source, folder, ngrex, scale, r):
+    """More of the corpus, and then a sieve, in the folder of before."""
+    before = done_at(folder)
+    add_datafile(folder, r)
     files = expected(ngrex, folder)
     expect_success(snakemake(source, folder, "--cores", "2"), "with a datafile more")
     expect_bytes(folder, files, "with a datafile more")
@@ -100,7 +139,7 @@ def check_growth(source, folder, ngrex, scale, r):
     expect_bytes(folder, files, "with true counts")
 
 
-def check_kill(source, folder, files):
+def kill_half_way(source, folder):
     """Kills Snakemake itself when some of the work is done; what it has started may go on for a while."""
     with open(os.path.join(folder, "messages"), "w", encoding="utf-8") as messages:
         run = subprocess.Popen(corpora.command(source, "--cores", "2"), cwd=folder, stdout=messages, stderr=messages)
@@ -110,13 +149,16 @@ def check_kill(source, folder, files):
         run.send_signal(signal.SIGKILL)
         run.wait()
     expect("write" not in markers(folder), "it was killed too late")
+
+
+def expect_resumed(source, folder, files, when):
     before = done_at(folder)
     expect(snakemake(source, folder, "--cores", "2").returncode == 1, "a folder that is locked is used")
     expect_success(snakemake(source, folder, "--cores", "2", "--unlock"), "to be unlocked")
-    expect_success(snakemake(source, folder, "--cores", "2", "--rerun-incomplete"), "killed and resumed")
-    expect_bytes(folder, files, "killed and resumed")
+    expect_success(snakemake(source, folder, "--cores", "2", "--rerun-incomplete"), when)
+    expect_bytes(folder, files, when)
     after = done_at(folder)
-    expect(before and all(after.get(name) == when for name, when in before.items()), "it did again what was done")
+    expect(before and all(after.get(name) == done for name, done in before.items()), f"{when}, it did again what was done")
 
 
 def check_failure(source, folder, scale):
@@ -178,17 +220,20 @@ def main():
     ngrex, scale = (os.path.join(build, name) for name in ("ngrex", "ngrex-scale"))
     r = random.Random(seeds.seed_of())
     with tempfile.TemporaryDirectory() as one, tempfile.TemporaryDirectory() as two, tempfile.TemporaryDirectory() as three, \
-            tempfile.TemporaryDirectory() as four:
+            tempfile.TemporaryDirectory() as four, tempfile.TemporaryDirectory() as five:
         make_corpus(one, r)
         files = expected(ngrex, one)
         shutil.copytree(one, two, dirs_exist_ok=True)
         shutil.copytree(one, three, dirs_exist_ok=True)
         shutil.copytree(one, four, dirs_exist_ok=True)
+        shutil.copytree(one, five, dirs_exist_ok=True)
         for folder in one, two:
             configure(folder, scale)
         check_in_one_go(source, one, files)
         check_growth(source, one, ngrex, scale, r)
-        check_kill(source, two, files)
+        kill_half_way(source, two)
+        expect_resumed(source, two, files, "killed and resumed")
+        check_dropping(source, five, ngrex, scale, r)
         check_failure(source, three, scale)
         check_contexts(source, four, ngrex, scale)
         check_submission(source, three, scale)

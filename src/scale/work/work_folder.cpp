@@ -103,6 +103,19 @@ bool WorkFolder::_misses_files(const std::string& task) const try {
   return true;
 }
 
+std::vector<std::string_view> WorkFolder::readers_of_missing(const std::string& task) const try {
+  std::vector<std::string_view> readers;
+  const std::optional<Manifest> manifest = _load(task);
+  if (!manifest) return readers;
+  for (const Manifest::Fields& line : manifest->all("file")) {
+    const std::string_view reader = last_reader(task, line.at(1));
+    if (!reader.empty() && !_is_there(file(task, line.at(1)))) readers.push_back(reader);
+  }
+  return readers;
+} catch (const damaged_file&) {  // then it is not done
+  return {};
+}
+
 bool WorkFolder::forget_maker(const std::string& file) const {
   const std::string task = maker(file);
   if (task.empty() || task == "plan") return false;

@@ -60,6 +60,9 @@ class WorkFolder {
   // output_error.
   void drop_spent(std::string_view step, std::uint64_t least_missed = std::uint64_t{256} << 20) const;
 
+  // The steps that are the last to read files of a task which is done, of those files that are not there.
+  std::vector<std::string_view> readers_of_missing(const std::string& task) const;
+
   // Removes what processes that were killed were about to write. Nobody else may be at work in the folder.
   void drop_unfinished() const;
 

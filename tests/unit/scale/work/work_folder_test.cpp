@@ -113,6 +113,19 @@ TEST_F(WorkFolderTest, FilesGoBehindTheStepThatReadsThemLast) {
   EXPECT_TRUE(folder.done("map-7").has_value());
 }
 
+TEST_F(WorkFolderTest, AMissingFileIsOfInterestToTheStepThatReadsItLast) {
+  make("map-7", "run-0");
+  make("order-7", "ordered");
+  EXPECT_TRUE(folder.readers_of_missing("map-7").empty());
+  std::filesystem::remove(temporary.path("map-7.run-0"));
+  EXPECT_EQ(folder.readers_of_missing("map-7"), std::vector<std::string_view>{"reduce"});
+  std::filesystem::remove(temporary.path("order-7.ordered"));
+  EXPECT_TRUE(folder.readers_of_missing("order-7").empty());
+  temporary.write("map-7.done", "damaged");
+  EXPECT_TRUE(folder.readers_of_missing("map-7").empty());
+  EXPECT_TRUE(folder.readers_of_missing("map-8").empty());
+}
+
 TEST_F(WorkFolderTest, ADamagedFileIsMadeAgainByItsTaskAndOneThatHasGoneByAllThatMissTheirs) {
   for (const char* const task : {"map-7", "map-8", "map-9"})
     make(task, "run-0");
