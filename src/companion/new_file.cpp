@@ -63,12 +63,19 @@ Descriptor _open_itself(const std::string& path) {
   return Descriptor(number);
 }
 
+// The name that such a file has beside the target.
+std::string _temporary_name(const std::string& target, int number) {
+  return fmt::format("{}.{}.part", target, number);
+}
+
 // Makes the file under a name of its own beside the target, and says which. It bears the number of the process, or one
 // of the next when there is such a file: one that was killed may have had the same number.
-Descriptor _open_beside(const std::string& target, const std::string& shown, std::string& temporary) {
+Descriptor _open_beside(const std::string& target, const std::string& shown, const NewFile::Announce& announce,
+                        std::string& temporary) {
   constexpr int most_attempts = 1000;
   for (int attempt = 0;; ++attempt) {
-    temporary = fmt::format("{}.{}.part", target, ::getpid() + attempt);
+    temporary = _temporary_name(target, ::getpid() + attempt);
+    if (announce) announce(temporary);
     const int number = ::open(temporary.c_str(), O_WRONLY | O_CLOEXEC | O_CREAT | O_EXCL, 0666);
     if (number >= 0) return Descriptor(number);
     if (errno != EEXIST || attempt == most_attempts)
@@ -76,13 +83,34 @@ Descriptor _open_beside(const std::string& target, const std::string& shown, std
   }
 }
 
+// Whether a file can be made beside the target, tried with one that never has a name. Not all file systems know these.
+bool _makes_nameless_file_beside(const std::string& target) {
+  struct stat status {};
+  if (::lstat(_temporary_name(target, ::getpid()).c_str(), &status) == 0 || errno != ENOENT) return false;
+  const std::string folder = std::filesystem::path(target).parent_path().string();
+  const int number = ::open(folder.empty() ? "." : folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+  if (number < 0) return false;
+  const Descriptor file(number);
+  return true;
+}
+
 }  // namespace
+
+void check_new_file(const std::string& path) {
+  const std::string target = _behind_links(path);
+  struct stat status {};
+  const bool is_there = ::stat(path.c_str(), &status) == 0;
+  if (_may_be_replaced(target, is_there ? &status : nullptr) && (!is_there || ::access(path.c_str(), W_OK) == 0) &&
+      _makes_nameless_file_beside(target))
+    return;
+  const NewFile file(path);  // says why it cannot be made, or that it can all the same
+}
 
 void remove_unfinished_file() {
   if (const char* const name = _unfinished.load(); name != nullptr) ::unlink(name);
 }
 
-NewFile::NewFile(std::string path) : _path(std::move(path)), _target(_behind_links(_path)) {
+NewFile::NewFile(std::string path, const Announce& announce) : _path(std::move(path)), _target(_behind_links(_path)) {
   struct stat status {};
   const bool is_there = ::stat(_path.c_str(), &status) == 0;
   if (!_may_be_replaced(_target, is_there ? &status : nullptr)) {
@@ -93,7 +121,7 @@ NewFile::NewFile(std::string path) : _path(std::move(path)), _target(_behind_lin
   if (is_there && ::access(_path.c_str(), W_OK) != 0)
     throw output_error(fmt::format("cannot open {} for writing: {}", _path, system_reason()));
   std::string temporary;
-  _file = _open_beside(_target, _path, temporary);
+  _file = _open_beside(_target, _path, announce, temporary);
   _temporary = std::move(temporary);
   _watch(_temporary.c_str());
   if (is_there && ::fchmod(_file.number(), status.st_mode & 07777) != 0) {

@@ -4,6 +4,7 @@
 // was there before is kept when a run fails or is interrupted, and nobody takes a half for the whole.
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -14,10 +15,12 @@ namespace colx {
 // The file of a program's output; a program has one such at a time.
 class NewFile {
  public:
+  using Announce = std::function<void(const std::string& temporary)>;
+
   // Creates the file under its temporary name, with the permissions of the one that it is to replace. A name that is
   // neither free nor that of a regular file, such as a pipe's, or that of a descriptor is opened and written as it is.
-  // Throws output_error.
-  explicit NewFile(std::string path);
+  // `announce`, if there is one, is told each temporary name before a file is made of it. Throws output_error.
+  explicit NewFile(std::string path, const Announce& announce = {});
 
   // Removes the file unless it was committed; also SIGHUP, SIGINT and SIGTERM do, before they end the program.
   ~NewFile();
@@ -48,6 +51,10 @@ class NewFile {
   std::string _temporary;
   Descriptor _file;
 };
+
+// Finds out whether such a file can be made, and makes none that a program which is killed would leave behind. Throws
+// output_error.
+void check_new_file(const std::string& path);
 
 // Removes what is there of a file that was not committed, for an end of the program that gives nothing back.
 void remove_unfinished_file();

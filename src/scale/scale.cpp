@@ -54,7 +54,7 @@ void _check_output(const char* path, const char* failure) {
   if (is_there && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) return;
   try {
     if (*path == '\0') throw output_error("");
-    const NewFile file(path);
+    check_new_file(path);
   } catch (const output_error&) {
     throw fatal_error(std::string(failure) + path + "!");
   }

@@ -7,10 +7,11 @@ FAULTS is the module of tests/faults/faults.cpp, which counts the calls of all p
 kills them all there. Tried is every K-th moment, from a first one drawn at random.
 
 A run that fails says why and with which file, and its status is 1. Under the names of the outputs stands what ngrex writes, or
-nothing, and nothing else stands beside them. The same command once more does what is left, and no task again that was done; what
+nothing, and nothing else stands beside them once the next run has ended. The same command once more does what is left, and no task again that was done; what
 it writes is what ngrex writes.
 """
 
+import itertools
 import os
 import re
 import signal
@@ -53,13 +54,15 @@ class Surroundings(Bench):
     self.files = files
     self.tried = 0
 
-  def attempt(self, fault, jobs=1, work=("--work", "work")):
-    """Runs ngrex-scale. Returns the status, standard error, and whether the moment of the fault was reached."""
+  def attempt(self, fault, jobs=1, writes_only=False):
+    """Runs ngrex-scale, from the beginning or to write once more. Returns the status, standard error, and whether the moment
+    of the fault was reached."""
     with tempfile.NamedTemporaryFile() as note:
       environment = {"NGREX_FAULT_NOTE": note.name}
       if fault:
         environment.update(LD_PRELOAD=self.faults, NGREX_FAULT=fault)
-      process = subprocess.Popen([self.scale, "run", *self.options, *self.files, *OWN, "--jobs", str(jobs), *work],
+      command = ["write"] if writes_only else ["run", *self.options, *OWN]
+      process = subprocess.Popen([self.scale, *command, *self.files, "--jobs", str(jobs), "--work", "work"],
                                  cwd=self.folder, env=environment, start_new_session=True, stdin=subprocess.DEVNULL,
                                  stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
       _, err = process.communicate(timeout=SECONDS_FOR_A_RUN)
@@ -74,14 +77,12 @@ class Surroundings(Bench):
               if name.endswith(".done") and name != "plan.done"}
     return {name: (state.st_ino, state.st_mtime_ns) for name, state in states.items()}
 
-  def check_outputs(self, complete, context, begun=0):
-    """Final names hold what ngrex writes, or are free when the run has failed; nothing else is left beside them but, where
-    a run was killed, so many bytes of a file that was begun."""
+  def check_outputs(self, complete, context, may_be_killed=False):
+    """Final names hold what ngrex writes, or are free when the run has failed; nothing else is left beside them but what a
+    run has begun that was killed."""
     left = set(os.listdir(self.folder)) - INPUTS - {"work"}
-    if "!" in context[0]:
-      parts = {name for name in left if re.fullmatch(r"\w+\.\d+\.part", name)}
-      assert not any(os.path.getsize(self.path(name)) > begun for name in parts), (context, parts)
-      left -= parts
+    if may_be_killed:
+      left = {name for name in left if not re.fullmatch(r"\w+\.\d+\.part", name)}
     assert left <= set(self.expected), (context, left)
     assert not complete or left == set(self.expected), (context, left)
     for name in left:
@@ -101,8 +102,7 @@ class Surroundings(Bench):
       assert (status == 0) == (err == b""), context
       # Nobody says so often what a full disk is.
       assert status == 0 or not fault.startswith(("disk", "task")) or re.search(REASONS, err), context
-    # What was being written goes with the next run, unless it was killed before anything was written.
-    self.check_outputs(status == 0, context, 1 << 30)
+    self.check_outputs(status == 0, context, "!" in fault)
 
   def finish(self, context, keeps=True):
     """The same command once more, when nothing fails any longer."""
@@ -134,6 +134,25 @@ class Surroundings(Bench):
       self.check_outputs(True, context)
     self.clear()
     return reached
+
+
+def write_again(bench):
+  """Kills at every third moment of writing from a folder that is complete, so that none passes between the making of a file
+  and the remembering of it. Returns how many there are, about."""
+  assert bench.attempt(None)[0] == 0
+  for moment in itertools.count(bench.random.randint(1, 3), 3):
+    for name in bench.expected:
+      os.remove(bench.path(name))
+    fault = f"disk:{moment}!"
+    status, err, reached = bench.attempt(fault, writes_only=True)
+    if not reached:
+      break
+    bench.check_failure(fault, status, err, fault)
+    status, err, _ = bench.attempt(None, writes_only=True)
+    assert (status, err) == (0, b""), (fault, status, err)
+    bench.check_outputs(True, fault)
+  bench.clear()
+  return moment
 
 
 def sweep(bench, kind, mark, every, jobs=1, keeps=True):
@@ -188,6 +207,7 @@ def main():
         tell("killed again and again", walk(bench, "disk", "!", STRIDES))
         for mark, meaning in KINDS_OF_END.items():
           tell(f"{meaning} at a moment of", sweep(bench, "disk", mark, arguments.every))
+        tell("killed while it writes again, at a moment of", write_again(bench))
         tell("the same with three jobs", sweep(bench, "disk", bench.random.choice([*KINDS_OF_END]), arguments.every, 3))
       for kind, share in OTHER_KINDS.items():
         if arguments.only in ("", kind):

@@ -31,11 +31,19 @@ UnfinishedOutput::~UnfinishedOutput() {
   ::unlink(_name.c_str());
 }
 
+void UnfinishedOutput::expect(const std::string& temporary) const {
+  _note(temporary, "");
+}
+
 void UnfinishedOutput::remember(const NewFile& file) const {
   struct stat status {};
   if (file.temporary_path().empty() || ::lstat(file.temporary_path().c_str(), &status) != 0) return;
+  _note(file.temporary_path(), _identity(status));
+}
+
+void UnfinishedOutput::_note(const std::string& temporary, const std::string& identity) const {
   Manifest manifest;
-  manifest.add({"file", std::filesystem::absolute(file.temporary_path()).string(), _identity(status)});
+  manifest.add({"file", std::filesystem::absolute(temporary).string(), identity});
   try {
     manifest.save(_name);
   } catch (const output_error&) {
@@ -50,8 +58,9 @@ void remove_unfinished_output(const WorkFolder& folder) {
     if (!manifest) return;
     for (const Manifest::Fields& file : manifest->all("file")) {
       struct stat status {};
-      if (::lstat(file.at(1).c_str(), &status) == 0 && S_ISREG(status.st_mode) && _identity(status) == file.at(2))
-        ::unlink(file.at(1).c_str());
+      if (::lstat(file.at(1).c_str(), &status) != 0 || !S_ISREG(status.st_mode)) continue;
+      const bool is_it = file.at(2).empty() ? status.st_size == 0 : _identity(status) == file.at(2);
+      if (is_it) ::unlink(file.at(1).c_str());
     }
   } catch (const std::exception&) {
     // Then nobody knows what there was.

@@ -19,16 +19,22 @@ class UnfinishedOutput {
   UnfinishedOutput(const UnfinishedOutput&) = delete;
   UnfinishedOutput& operator=(const UnfinishedOutput&) = delete;
 
-  // Remembers the file under its temporary name, if it has one, and if that can be written down: no output is to fail
-  // for it.
+  // Remembers a name of which a file is about to be made, so that one that is found there later, and is empty, is
+  // known.
+  void expect(const std::string& temporary) const;
+
+  // Remembers the file under its temporary name, if it has one.
   void remember(const NewFile& file) const;
 
  private:
+  // Where that cannot be written down, nothing is: no output is to fail for it.
+  void _note(const std::string& temporary, const std::string& identity) const;
+
   std::string _name;
 };
 
-// Removes what a run that was killed has left, if it is still the file that was remembered. The lock of the folder must
-// be held.
+// Removes what a run that was killed has left, if it is still the file that was remembered or, where it was killed
+// before it could tell which that is, an empty one. The lock of the folder must be held.
 void remove_unfinished_output(const WorkFolder& folder);
 
 }  // namespace colx::scale

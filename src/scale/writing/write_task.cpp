@@ -29,7 +29,7 @@ void _make_file(const WorkFolder& folder, const char* path, const PartsFile& con
   if (path == nullptr) return;
   try {
     const UnfinishedOutput unfinished(folder);
-    NewFile file(path);
+    NewFile file(path, [&](const std::string& temporary) { unfinished.expect(temporary); });
     unfinished.remember(file);
     write_parts(file, content);
     file.commit();

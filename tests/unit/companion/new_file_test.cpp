@@ -2,9 +2,11 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -47,6 +49,41 @@ TEST(NewFile, PassesOverWhatAProcessOfTheSameNumberHasLeft) {
   EXPECT_EQ(_content(folder.path("t")), "x");
   EXPECT_EQ(_content(left), "left");
   EXPECT_EQ(_files_in(folder), 2);
+}
+
+TEST(NewFile, AnnouncesItsNameBeforeItIsMade) {
+  const test::TemporaryFolder folder;
+  std::string announced;
+  const NewFile file(folder.path("t"), [&](const std::string& name) {
+    announced = name;
+    EXPECT_EQ(_files_in(folder), 0);
+  });
+  EXPECT_EQ(announced, file.temporary_path());
+}
+
+TEST(NewFile, IsCheckedWithoutAFileThatHasAName) {
+  const test::TemporaryFolder folder;
+  const std::string there = folder.write("t", "before");
+  const int nameless = ::open(folder.path().c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+  if (nameless < 0) GTEST_SKIP() << "this file system has no files without names";
+  ::close(nameless);
+  const int events = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  ASSERT_GE(::inotify_add_watch(events, folder.path().c_str(), IN_CREATE | IN_DELETE | IN_MODIFY), 0);
+  check_new_file(there);
+  check_new_file(folder.path("new"));
+  char event[4096];
+  EXPECT_LT(::read(events, event, sizeof event), 0);
+  EXPECT_EQ(errno, EAGAIN);
+  ::close(events);
+}
+
+TEST(NewFile, IsCheckedAsItWouldBeMade) {
+  const test::TemporaryFolder folder;
+  EXPECT_THROW(check_new_file(folder.path("nowhere/t")), output_error);
+  EXPECT_THROW(check_new_file(folder.path()), output_error);
+  EXPECT_THROW(check_new_file(folder.path(std::string(254, 'n'))), output_error);
+  check_new_file(folder.write("t." + std::to_string(::getpid()) + ".part", "left"));
+  check_new_file(folder.path("t"));
 }
 
 TEST(NewFile, LeavesNothingWhenItIsGivenUp) {

@@ -52,6 +52,29 @@ TEST(UnfinishedOutputTest, AnotherFileOfThatNameStays) {
   EXPECT_TRUE(std::filesystem::exists(folder.path("moved")));
 }
 
+TEST(UnfinishedOutputTest, WhatWasMadeAndNotYetRememberedIsRemovedAsLongAsItIsEmpty) {
+  const test::TemporaryFolder folder;
+  const test::TemporaryFolder work;
+  const auto leave_at_once = [&] {
+    const pid_t pid = ::fork();
+    if (pid == 0) {
+      const UnfinishedOutput unfinished(WorkFolder(work.path()));
+      const NewFile file(folder.path("output"), [&](const std::string& name) { unfinished.expect(name); });
+      ::_exit(0);
+    }
+    ::waitpid(pid, nullptr, 0);
+    return folder.path("output." + std::to_string(pid) + ".part");
+  };
+  std::string left = leave_at_once();
+  ASSERT_TRUE(std::filesystem::exists(left));
+  remove_unfinished_output(WorkFolder(work.path()));
+  EXPECT_FALSE(std::filesystem::exists(left));
+  left = leave_at_once();
+  std::ofstream(left) << "of somebody else";
+  remove_unfinished_output(WorkFolder(work.path()));
+  EXPECT_TRUE(std::filesystem::exists(left));
+}
+
 TEST(UnfinishedOutputTest, AFileThatWasWrittenIsForgotten) {
   const test::TemporaryFolder folder;
   const test::TemporaryFolder work;
