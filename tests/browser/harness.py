@@ -13,6 +13,7 @@ import sys
 import tempfile
 import time
 import unittest
+import urllib.parse
 
 MISSING = 77  # the exit status that ctest takes for "skipped"
 
@@ -101,10 +102,13 @@ class Page:
     def path(self, report):
         return os.path.join(self.reports, report + ".html")
 
+    def url(self, report):
+        return "file://" + urllib.parse.quote(self.path(report))
+
     def open(self, report, address="#"):
         """Opens a report as if its address had just been typed, not from within the page."""
         self._opened += 1  # another query makes it another document, even where only the hash differs
-        self.driver.get(f"file://{self.path(report)}?{self._opened}{address}")
+        self.driver.get(f"{self.url(report)}?{self._opened}{address}")
         self.until(lambda: self.run("return document.documentElement.dataset.state"), "the page")
         self.settle()
 
@@ -208,7 +212,7 @@ class Page:
             message = json.loads(entry["message"])["message"]
             if message["method"] not in ("Network.requestWillBeSent", "Network.webSocketCreated"):
                 continue
-            url = message["params"].get("request", message["params"])["url"]
+            url = urllib.parse.unquote(message["params"].get("request", message["params"])["url"])
             if not (url.startswith(("file://" + self.reports + "/", "blob:")) and re.search(r"\.html(\?\d+)?(#.*)?$|^blob:", url)):
                 said.append("asked for " + url)
         return said

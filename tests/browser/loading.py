@@ -82,7 +82,7 @@ class ADamagedReport(harness.PageTest):
         with open(path, "w", encoding="utf-8") as file:
             file.write(text[:text.index('id="columns"') + 500])
         try:
-            self.page.driver.get("file://" + path)
+            self.page.driver.get(self.page.url("damaged"))
             notice = self.page.until(lambda: self.page.texts("#too-old"), "a notice")
             self.assertIn("not complete", notice[0])
         finally:

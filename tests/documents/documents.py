@@ -193,11 +193,11 @@ def check_commands(source, build, document, fewest):
     expect(commands >= fewest, f"{document}: only {commands} commands found")
 
 
-def run_all(folder, commands, where):
+def run_all(folder, commands, where, path=os.environ["PATH"]):
     """What commands of a shell print, all together; one that fails is a failure."""
     printed = ""
     for command in commands:
-        run = subprocess.run(["bash", "-c", command], cwd=folder, capture_output=True, text=True)
+        run = subprocess.run(["bash", "-c", command], cwd=folder, env={**os.environ, "PATH": path}, capture_output=True, text=True)
         expect(run.returncode == 0, f"{where}: status {run.returncode} of {command}\n{run.stderr}")
         printed += run.stdout
     return printed
@@ -222,19 +222,20 @@ def check_demo(source, build):
 
 def check_pipeline(source, build):
     """The commands of README.md for a treebank, on that of the examples."""
+    path = build + os.pathsep + os.environ["PATH"]
     with workplace(source, build) as folder:
         blocks = indented_blocks(read(source, "README.md"))
         lines, shown = next(block for block in blocks if block[0].startswith("$ ngrex-import"))
         commands = re.split(r"^\$ ", lines, flags=re.M)[1:]
         treebank = re.search(r"\S+\.conllu", commands[0]).group()
         os.symlink(os.path.join(source, "examples", "weather.conllu"), os.path.join(folder, treebank))
-        run_all(folder, [f"PATH={build}:$PATH; {command}" for command in commands[:2]], "README.md")
-        table = run_all(folder, [f"PATH={build}:$PATH; {commands[2]}"], "README.md")
+        run_all(folder, commands[:2], "README.md", path)
+        table = run_all(folder, commands[2:3], "README.md", path)
         rows = [line.split() for line in table.splitlines()]
         expect(rows and rows[0] == shown.split("\n")[0].split(), f"README.md shows other columns than {table}")
         expect(["heavy", "<Atr", "rain", "9"] in [row[:4] for row in rows], f"README.md: no heavy rain in {table}")
         report, = (block[0] for block in blocks if block[0].startswith("$ ngrex-report"))
-        run_all(folder, [f"PATH={build}:$PATH; {report[2:]}"], "README.md")
+        run_all(folder, [report[2:]], "README.md", path)
         page = read(folder, re.search(r"\S+\.html", report).group())
         expect('"cited": true' in page, "README.md: no sentences in the page")
 
