@@ -151,6 +151,7 @@ def check_read_only(bench):
   if not as_nobody:
     os.chmod(bench.path("closed"), 0o555)
     os.chmod(bench.path("work"), 0o555)
+    os.chmod(bench.path("work/lock"), 0o444)  # which its owner could open in a closed folder as well
   os.chmod(bench.folder, 0o755)
   os.mkdir(bench.path("open"))
   os.chmod(bench.path("open"), 0o777)
@@ -168,6 +169,7 @@ def check_read_only(bench):
   finally:
     os.chmod(bench.path("closed"), 0o755)
     os.chmod(bench.path("work"), 0o755)
+    os.chmod(bench.path("work/lock"), 0o644)
 
 
 def main():
