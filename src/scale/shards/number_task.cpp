@@ -130,7 +130,8 @@ class Numberer {
   // What is known of a shard that begins at a place, which is where the one before ends.
   ScannedShard _agreed(std::size_t shard, std::uint64_t expected) {
     ScannedShard result = ScannedShard::from(_folder.result(scan_name(shard)));
-    const ScanResult& piece = result.datafiles.at(0);
+    ScanResult& piece = result.datafiles.at(0);
+    if (piece.has_no_begin(_plan.shards[shard]) && expected >= piece.end) piece.begin = piece.end = expected;
     if (piece.opened && piece.begin != expected) result = scan(_folder, _plan, shard, expected);
     return result;
   }

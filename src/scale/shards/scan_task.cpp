@@ -41,31 +41,46 @@ void _warn_of(const Datafile& datafile, bool opened, bool is_first, ShardWarning
     warnings.add("Progress bar initialization failed! Going on without progress bar display...", 0);
 }
 
+// The bytes of a datafile that belong to a shard, about.
+struct Range {
+  std::uint64_t begin;
+  std::uint64_t soft_end;  // where a parser that is in step there has no sentence in hand
+};
+
+// `begin`: where the range begins; without it where a sentence seems to begin.
+Range _range_of(const Descriptor& file, const Datafile& datafile, const Shard& shard,
+                std::optional<std::uint64_t> begin) {
+  if (!begin) begin = find_cut(file, datafile.path, shard.begin, shard.end);
+  if (shard.is_last) return {begin.value_or(datafile.size), datafile.size};
+  // Where there are no empty lines, not every shard is to look for the next one up to the end of the datafile.
+  if (!begin) return {shard.end, shard.end};
+  return {*begin, find_cut(file, datafile.path, shard.end, datafile.size).value_or(datafile.size)};
+}
+
 // The bytes of a datafile that belong to a shard, and a parser over them.
 class Reading {
  public:
   // `begin`: where the parser begins; without it where a sentence seems to begin.
   Reading(const Descriptor& file, const Datafile& datafile, const Shard& shard, std::optional<std::uint64_t> begin,
           StringStore<std::uint32_t>& lemmas, StringStore<std::uint8_t>& tags, const WarningSink& warn)
-      : _begin(begin ? *begin : find_cut(file, datafile.path, shard.begin, datafile.size)),
-        _soft_end(shard.is_last ? datafile.size : find_cut(file, datafile.path, shard.end, datafile.size)),
-        _text(file, _begin, _soft_end),
+      : _range(_range_of(file, datafile, shard, begin)),
+        _text(file, _range.begin, _range.soft_end),
         _stream(&_text),
         _parser(std::make_unique<Parser>(_stream, lemmas, tags, warn)) {
-    if (!shard.is_last) _parser->stop_behind(static_cast<std::int64_t>(_soft_end) - static_cast<std::int64_t>(_begin));
+    if (!shard.is_last)
+      _parser->stop_behind(static_cast<std::int64_t>(_range.soft_end) - static_cast<std::int64_t>(_range.begin));
   }
 
   Parser& parser() { return *_parser; }
   bool failed() const { return _stream.fail(); }
-  std::uint64_t begin() const { return _begin; }
-  std::uint64_t size() const { return _soft_end - std::min(_begin, _soft_end); }  // about
+  std::uint64_t begin() const { return _range.begin; }
+  std::uint64_t size() const { return _range.soft_end - std::min(_range.begin, _range.soft_end); }  // about
   std::uint64_t end() const {
-    return _begin + static_cast<std::uint64_t>(std::max<std::int64_t>(_parser->position(), 0));
+    return _range.begin + static_cast<std::uint64_t>(std::max<std::int64_t>(_parser->position(), 0));
   }
 
  private:
-  std::uint64_t _begin;
-  std::uint64_t _soft_end;
+  Range _range;
   ShardText _text;
   std::istream _stream;
   std::unique_ptr<Parser> _parser;

@@ -29,6 +29,11 @@ struct ScanResult {
   std::uint64_t words = 0;
   std::size_t segment = 0;  // of the file of words, with which its sentences begin
   std::string failure;      // what ended the reading: a text that fits in no store; empty: nothing
+
+  // Whether no sentence seemed to begin in the piece of a datafile: then the one before goes on beyond it.
+  bool has_no_begin(const Shard& piece) const {
+    return opened && !unreadable && !piece.is_last && begin == piece.end && end == piece.end;
+  }
 };
 
 // What a scan says of its shard.

@@ -27,12 +27,14 @@ ssize_t _read_at(const Descriptor& file, char* to, std::size_t size, std::uint64
 
 }  // namespace
 
-std::uint64_t find_cut(const Descriptor& file, const std::string& name, std::uint64_t from, std::uint64_t size) {
+std::optional<std::uint64_t> find_cut(const Descriptor& file, const std::string& name, std::uint64_t from,
+                                      std::uint64_t limit) {
   if (from == 0) return 0;
   std::vector<char> buffer(small_piece);
   bool line_ended = false;
-  for (std::uint64_t place = from - 1; place < size;) {
-    const ssize_t count = _read_at(file, buffer.data(), buffer.size(), place);
+  for (std::uint64_t place = from - 1; place < limit;) {
+    const std::uint64_t wanted = std::min<std::uint64_t>(buffer.size(), limit - place);
+    const ssize_t count = _read_at(file, buffer.data(), wanted, place);
     if (count < 0) throw input_error(fmt::format("cannot read {}: {}", name, system_reason()));
     if (count == 0) break;
     for (ssize_t i = 0; i < count; ++i) {
@@ -42,7 +44,7 @@ std::uint64_t find_cut(const Descriptor& file, const std::string& name, std::uin
     }
     place += static_cast<std::uint64_t>(count);
   }
-  return size;
+  return std::nullopt;
 }
 
 std::streamsize ShardText::xsgetn(char* to, std::streamsize size) {
