@@ -1,40 +1,44 @@
-// Context lists: sightings in runs of 20, as a window brings them, folded in the end, in memory of their own.
-// Items are sightings.
+// Context lists: put together from windows of 20 words. Items are the words.
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <random>
-#include <span>
-#include <vector>
 
+#include "base/config.h"
 #include "bench/synthetic.h"
 #include "model/context.h"
+#include "model/ngram.h"
 #include "model/tagged_lemma.h"
 
 namespace colx::bench {
 namespace {
 
-// Arguments: sightings of one N-gram, different context words among them.
+// Arguments: sightings of words by one N-gram, different context words among them.
 void _contexts(benchmark::State& state) {
+  constexpr std::uint32_t window = 20;
+  settings::n = 2;
+  NGram::init();
   std::mt19937_64 random(7);
-  const auto sightings = static_cast<std::size_t>(state.range(0));
-  std::vector<std::uint32_t> words;
-  for (std::size_t i = 0; i < sightings; ++i)
-    words.push_back(TaggedLemma::pack(zipf(random, static_cast<std::uint32_t>(state.range(1))), 0));
-  for (auto _ : state) {
-    std::array<unsigned char, ContextList::handle_size> handle;
-    ContextList::clear(handle.data());
-    ContextMemory memory;
-    ContextList list(handle.data(), memory);
-    for (std::size_t i = 0; i < sightings; i += 20)
-      list.add_wide(std::span<const std::uint32_t>(words).subspan(i, std::min<std::size_t>(20, sightings - i)));
-    benchmark::DoNotOptimize(list.parts().data());
+  const auto words = static_cast<std::size_t>(state.range(0));
+  std::array<unsigned char, ContextList::handle_size> handle;
+  ContextList::clear(handle.data());
+  ContextMemory memory;
+  ContextList list(handle.data(), NGram::_full_ngram_type, memory);
+  for (std::size_t i = 0; i < words; ++i) {
+    memory.sightings.add_word(TaggedLemma::pack(zipf(random, static_cast<std::uint32_t>(state.range(1))), 0));
+    if ((i + 1) % window != 0) continue;
+    Sighting sighting;
+    sighting.end = memory.sightings.words();
+    sighting.begin = sighting.end - window;
+    sighting.words.fill(Sighting::none);
+    list.add(memory.sightings.add(sighting));
   }
-  state.SetItemsProcessed(static_cast<std::int64_t>(sightings) * state.iterations());
+  for (auto _ : state)
+    benchmark::DoNotOptimize(list.parts().data());
+  state.SetItemsProcessed(static_cast<std::int64_t>(words) * state.iterations());
 }
 BENCHMARK(_contexts)->Args({20, 20})->Iterations(20000);
 BENCHMARK(_contexts)->Args({1000, 1000})->Args({1000, 100000})->Iterations(1000);

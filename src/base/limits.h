@@ -17,4 +17,7 @@ extern std::uint32_t records;
 // The most lemmas that N-grams tell apart; those whose numbers differ by a multiple of it are the same to them.
 extern std::uint32_t lemmas;
 
+// The most occurrences of a record, on average, that contexts are kept as; beyond that they are kept as lists.
+extern std::uint32_t sightings;
+
 }  // namespace colx::limits

@@ -85,7 +85,6 @@ std::uint32_t extract(std::istream& stream, NamedDataFileStats& stats, const Sto
     tree.build(buffer.current());
     counter.begin_sentence();
     enumerator.extract_subtrees(tree, settings::n, [&](std::span<const Position> piece) { counter.add(piece); });
-    if (NGram::_context_tracing_on) counter.flush();
   } while (progress.update(*parser) && buffer.next());
   counter.flush();
 

@@ -1,5 +1,9 @@
 #include "extraction/occurrence.h"
 
+#include <algorithm>
+#include <array>
+#include <limits>
+
 #include "base/config.h"
 #include "extraction/occurrence_members.h"
 
@@ -11,22 +15,39 @@ OccurrenceCounter::OccurrenceCounter(const Buffer& buffer, NamedDataFileStats& s
       _ngrams(stores.ngrams),
       _morphologic_filter(stores.morphologic_filter, stores.tags),
       _context_filter(stores.context_filter, stores.tags) {
-  if (!NGram::_context_tracing_on) return;
-  _places.resize(OccurrenceBatch::capacity);
-  _roots.resize(OccurrenceBatch::capacity);
+  if (NGram::_context_tracing_on) _sightings.resize(OccurrenceBatch::capacity);
 }
 
 void OccurrenceCounter::begin_sentence() {
   _sentence = _buffer.current();
   if (!NGram::_context_tracing_on) return;
-  _context_words.clear();
-  _context_words_before.clear();
-  const WordRange window = _buffer.all();
-  for (WordIterator word = window.first; word != window.second; ++word) {
-    _context_words_before.push_back(_context_words.size());
-    if (_context_filter.admits(word->tag)) _context_words.push_back(TaggedLemma::pack(word->lemma, word->tag));
+  std::uint32_t fresh = _buffer.words_count() - _taken_in;
+  if (_ngrams.contexts_are_due()) {
+    flush();
+    _ngrams.keep_contexts();
+    fresh = std::numeric_limits<std::uint32_t>::max();
   }
-  _context_words_before.push_back(_context_words.size());
+  _take_words(fresh);
+  _taken_in = _buffer.words_count();
+}
+
+// Adds the last words that the buffer holds, at most so many, to those of the sightings.
+void OccurrenceCounter::_take_words(std::uint32_t fresh) {
+  const WordRange held = _buffer.all();
+  const auto size = static_cast<std::uint32_t>(held.second - held.first);
+  const WordIterator first_fresh = held.second - std::min(size, fresh);
+  Sightings& sightings = _ngrams.sightings();
+  const auto admitted = [&](const Word& word) { return _context_filter.admits(word.tag); };
+  std::uint32_t place =
+      sightings.words() - static_cast<std::uint32_t>(std::count_if(held.first, first_fresh, admitted));
+  _places.clear();
+  for (WordIterator word = held.first; word != held.second; ++word) {
+    _places.push_back(place);
+    if (!admitted(*word)) continue;
+    if (word >= first_fresh) sightings.add_word(TaggedLemma::pack(word->lemma, word->tag));
+    ++place;
+  }
+  _places.push_back(place);
 }
 
 void OccurrenceCounter::add(std::span<const Position> positions) {
@@ -36,15 +57,41 @@ void OccurrenceCounter::add(std::span<const Position> positions) {
   occurrence_members(_sentence, positions, members);
   for (unsigned i = 0; i < positions.size(); ++i)
     _batch.set_last(i, members[i]);
-  if (NGram::_context_tracing_on) {
-    const auto sentence_place = static_cast<std::size_t>(_sentence.first - _buffer.all().first);
-    for (unsigned i = 0; i < positions.size(); ++i) {
-      const std::size_t place = sentence_place + positions[i] - 1U;
-      _places[occurrence][i] = place;
-      if (members[i].parent() == 0) _roots[occurrence] = place;
-    }
-  }
+  if (NGram::_context_tracing_on) _sightings[occurrence] = _is_kept(occurrence) ? _add_sighting(positions, members) : 0;
   if (_batch.full()) flush();
+}
+
+// Tells whether the filter admits an occurrence under any type: then it does so under one that is a single word.
+bool OccurrenceCounter::_is_kept(std::size_t occurrence) {
+  if (!_morphologic_filter.is_on()) return true;
+  for (unsigned type = 1; type <= NGram::_full_ngram_type; type *= 2) {
+    if (_morphologic_filter.admits(_batch, occurrence, static_cast<std::uint8_t>(type))) return true;
+  }
+  return false;
+}
+
+// In the words mode the window lies around the root, in the sentences mode it is all that the buffer holds.
+std::uint32_t OccurrenceCounter::_add_sighting(std::span<const Position> positions,
+                                               std::span<const NGram::Member> members) {
+  const WordRange held = _buffer.all();
+  const auto word_at = [&](Position position) { return _sentence.first + (position - 1); };
+  const auto place_of = [&](WordIterator word) { return _places[static_cast<std::size_t>(word - held.first)]; };
+  WordRange window = held;
+  Sighting sighting;
+  for (std::size_t i = 0; i < positions.size(); ++i) {
+    const WordIterator word = word_at(positions[i]);
+    sighting.words[i] = place_of(word) != place_of(word + 1) ? place_of(word) : Sighting::none;
+    if (members[i].parent() == 0 && settings::context_window.mode == ContextWindow::words)
+      window = _buffer.context_range(word, word);
+  }
+  sighting.begin = place_of(window.first);
+  sighting.end = place_of(window.second);
+  // Narrow contexts are not filtered, but stay within the sentence.
+  const WordIterator first = word_at(positions.front());
+  const WordIterator after = word_at(positions.back()) + 1;
+  if (first != _sentence.first) sighting.left = TaggedLemma::pack(first[-1].lemma, first[-1].tag);
+  if (after != _sentence.second) sighting.right = TaggedLemma::pack(after->lemma, after->tag);
+  return _ngrams.sightings().add(sighting);
 }
 
 void OccurrenceCounter::flush() {
@@ -66,10 +113,7 @@ void OccurrenceCounter::_count_type(std::uint8_t type) {
       ++_stats.extracted_count;
       ++(record == nullptr ? _stats.filtered_count : _stats.passed_count);
     }
-    if (record == nullptr || !NGram::_context_tracing_on) return;
-    const ContextList contexts = _ngrams.contexts(*record);
-    _store_wide_context(contexts, occurrence, type);
-    if (full) _store_narrow_context(contexts, occurrence);
+    if (record != nullptr && NGram::_context_tracing_on) _ngrams.contexts(*record).add(_sightings[occurrence]);
   };
   RecordTable& records = _ngrams.records(type);
   if (_morphologic_filter.is_on()) {
@@ -79,39 +123,6 @@ void OccurrenceCounter::_count_type(std::uint8_t type) {
     records.count(
         _batch, [](std::size_t) { return true; }, counted);
   }
-}
-
-// Counts the words of the context window but for those at significant positions of the occurrence. In the words mode
-// the window lies around the root, in the sentences mode it is all that the buffer holds.
-void OccurrenceCounter::_store_wide_context(ContextList contexts, std::size_t occurrence, std::uint8_t type) const {
-  WordRange window = _buffer.all();
-  const WordIterator origin = window.first;
-  if (settings::context_window.mode == ContextWindow::words) {
-    const WordIterator root = origin + _roots[occurrence];
-    window = _buffer.context_range(root, root);
-  }
-  auto begin = static_cast<std::size_t>(window.first - origin);
-  const auto end = static_cast<std::size_t>(window.second - origin);
-  const auto add_words_before = [&](std::size_t place) {
-    const std::uint32_t* const first = _context_words.data() + _context_words_before[begin];
-    contexts.add_wide({first, _context_words.data() + _context_words_before[place]});
-  };
-  for (unsigned i = 0; i < settings::n; ++i) {
-    const std::size_t place = _places[occurrence][i];
-    if (!NGram::significant(type, i) || place < begin || place >= end) continue;
-    add_words_before(place);
-    begin = place + 1;
-  }
-  add_words_before(end);
-}
-
-// Counts the words next to an occurrence, within its sentence.
-void OccurrenceCounter::_store_narrow_context(ContextList contexts, std::size_t occurrence) const {
-  const auto add = [&](const Word& word) { contexts.add_narrow(TaggedLemma::pack(word.lemma, word.tag)); };
-  const WordIterator first = _buffer.all().first + _places[occurrence].front();
-  const WordIterator after = _buffer.all().first + _places[occurrence][settings::n - 1U] + 1;
-  if (first != _sentence.first) add(first[-1]);
-  if (after != _sentence.second) add(*after);
 }
 
 }  // namespace colx

@@ -2,7 +2,6 @@
 
 // Counting the occurrences of N-grams: under each of their types, with their contexts, past the morphological filter.
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -13,7 +12,6 @@
 #include "extraction/ntree.h"
 #include "extraction/stores.h"
 #include "extraction/tag_filters.h"
-#include "model/context.h"
 #include "model/occurrence_batch.h"
 
 namespace colx {
@@ -25,7 +23,7 @@ class OccurrenceCounter {
   // Buffer, statistics and stores must outlive the counter, and the rules of the filters stay as they are.
   OccurrenceCounter(const Buffer& buffer, NamedDataFileStats& stats, const Stores& stores);
 
-  // Turns to the current sentence of the buffer. With contexts, flush must come before the buffer moves on.
+  // Turns to the current sentence of the buffer.
   void begin_sentence();
 
   // Takes an occurrence by the positions of its words in the current sentence, ascending and from 1.
@@ -36,8 +34,9 @@ class OccurrenceCounter {
 
  private:
   void _count_type(std::uint8_t type);
-  void _store_wide_context(ContextList contexts, std::size_t occurrence, std::uint8_t type) const;
-  void _store_narrow_context(ContextList contexts, std::size_t occurrence) const;
+  void _take_words(std::uint32_t fresh);
+  bool _is_kept(std::size_t occurrence);
+  std::uint32_t _add_sighting(std::span<const Position> positions, std::span<const NGram::Member> members);
 
   const Buffer& _buffer;
   NamedDataFileStats& _stats;
@@ -47,13 +46,12 @@ class OccurrenceCounter {
   OccurrenceBatch _batch;
   WordRange _sentence;
 
-  // Only with contexts: where the words of the batch stand in the buffer, by occurrence and position, and its root.
-  std::vector<std::array<std::size_t, constants::max_grammity>> _places;
-  std::vector<std::size_t> _roots;
-  // Only with contexts: the words that the context filter admits, packed as in TaggedLemma, and by place in the buffer
-  // how many of them come before.
-  std::vector<std::uint32_t> _context_words;
-  std::vector<std::size_t> _context_words_before;
+  // Only with contexts: the sightings of the batch; how many words the buffer had taken in at the last sentence; and,
+  // by place in the buffer, where the first word from there on that the context filter admits stands among the words of
+  // the sightings.
+  std::vector<std::uint32_t> _sightings;
+  std::uint32_t _taken_in = 0;
+  std::vector<std::uint32_t> _places;
 };
 
 }  // namespace colx

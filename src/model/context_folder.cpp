@@ -2,66 +2,71 @@
 
 #include <algorithm>
 #include <bit>
-
-#include "util/hashing.h"
+#include <new>
 
 namespace colx {
 
 namespace {
 
-// So many slots still fit into the fastest cache, and short lists hardly ever collide in them.
-constexpr unsigned least_slot_bits = 10;
+// The slots of a list at its beginning: of a short one few, so that they are soon cleared.
+constexpr unsigned least_slot_bits = 6;
+constexpr unsigned most_slot_bits_at_first = 11;
+
+// So many can be told apart by the hash of a word.
+constexpr unsigned most_slot_bits = 31;
 
 }  // namespace
 
-void ContextFolder::clear(std::size_t size) {
-  const unsigned bits = std::max(least_slot_bits, static_cast<unsigned>(std::bit_width(size)) + 1);
-  const std::size_t slots = std::size_t{1} << bits;
-  if (_slots.size() < slots || ++_stamp == 0) {
-    _slots.assign(std::max(slots, _slots.size()), Slot{});
-    _stamp = 1;
-  }
-  _shift = 64 - bits;
-  if (_parts.size() < size) {
-    _parts.resize(size, PartOfContext(0, false));
-    _moments.resize(size);
-  }
+void ContextFolder::clear(std::size_t expected) {
+  const auto bits = static_cast<unsigned>(std::bit_width(expected)) + 1;
   _size = 0;
   _any_risen = false;
   _moment = 0;
+  _set_slots(std::clamp(bits, least_slot_bits, most_slot_bits_at_first));
 }
 
-// The slot that holds a word, or the one that is free for it. Only the slots that the size of this list calls for are
-// used, so that those of short lists stay in the cache.
-ContextFolder::Slot& ContextFolder::_slot_of(const PartOfContext& part) {
-  const std::size_t mask = (std::size_t{1} << (64 - _shift)) - 1;
-  const std::uint64_t key = part.key();
-  std::size_t i = (key * hash_keys[0]) >> _shift;
-  while (_slots[i].stamp == _stamp && _slots[i].key != key)
-    i = (i + 1) & mask;
-  return _slots[i];
+// Half of the slots may be taken. Only as many are used as the list calls for, so that those of short ones stay in the
+// cache.
+void ContextFolder::_set_slots(unsigned bits) {
+  if (bits > most_slot_bits) throw std::bad_alloc();
+  const std::size_t slots = std::size_t{1} << bits;
+  if (_slots.size() < slots) {
+    _slots.resize(slots);
+    _parts.resize(slots / 2, PartOfContext(0, false));
+    _moments.resize(slots / 2);
+  }
+  std::fill_n(_slots.begin(), slots, Slot{});
+  _mask = slots - 1;
+  _shift = 32 - bits;
+  _room = slots / 2;
 }
 
-void ContextFolder::_append(const PartOfContext& part, std::uint32_t moment, Slot& slot) {
-  slot = {part.key(), static_cast<std::uint32_t>(_size), _stamp};
-  _parts[_size] = part;
-  _moments[_size] = moment;
-  ++_size;
+void ContextFolder::_grow(std::size_t words) {
+  if (words > _most_moments - _moment) {
+    const std::span<const PartOfContext> folded = fold();
+    const std::vector<PartOfContext> list(folded.begin(), folded.end());
+    clear(2 * list.size());
+    for (const PartOfContext& part : list)
+      take_listed(part);
+  }
+  if (_size + words <= _room) return;
+  _set_slots(static_cast<unsigned>(std::bit_width(2 * (_size + words))) + 1);
+  for (std::size_t i = 0; i < _size; ++i) {
+    const PartOfContext& part = _parts[i];
+    const auto number = static_cast<std::uint32_t>(i + 1);
+    if (part.narrow())
+      _slot_of<true>(part.tagged_lemma()) = {part.tagged_lemma(), number << 1 | 1U};
+    else
+      _slot_of<false>(part.tagged_lemma()) = {part.tagged_lemma(), number << 1};
+  }
 }
 
 void ContextFolder::take_listed(const PartOfContext& part) {
-  _append(part, 0, _slot_of(part));
-}
-
-void ContextFolder::take_sighting(const PartOfContext& part) {
-  ++_moment;
-  Slot& slot = _slot_of(part);
-  if (slot.stamp != _stamp) {
-    _append(part, _moment, slot);
-  } else if (_parts[slot.part].inc()) {
-    _moments[slot.part] = _moment;
-    _any_risen = true;
-  }
+  _make_room(1);
+  if (part.narrow())
+    _append<true>(_slot_of<true>(part.tagged_lemma()), part, 0);
+  else
+    _append<false>(_slot_of<false>(part.tagged_lemma()), part, 0);
 }
 
 // Words that did not rise are in order already, and words seen for the first time follow them in the order in which
@@ -70,25 +75,24 @@ void ContextFolder::take_sighting(const PartOfContext& part) {
 std::span<const PartOfContext> ContextFolder::fold() {
   if (!_any_risen) return {_parts.data(), _size};
   _risen.clear();
+  _unrisen.clear();
   for (std::size_t i = 0; i < _size; ++i) {
-    if (_moments[i] != 0 && _parts[i].frequency() > 1) _risen.push_back({_parts[i], _moments[i]});
-  }
-  std::sort(_risen.begin(), _risen.end(), [](const Risen& a, const Risen& b) {
-    return a.part.frequency() != b.part.frequency() ? a.part.frequency() > b.part.frequency() : a.moment < b.moment;
-  });
-  _list.clear();
-  auto risen = _risen.begin();
-  const auto put_risen_above = [&](std::uint32_t frequency) {
-    for (; risen != _risen.end() && risen->part.frequency() > frequency; ++risen)
-      _list.push_back(risen->part);
-  };
-  for (std::size_t i = 0; i < _size; ++i) {
+    const std::uint32_t frequency = _parts[i].frequency();
     // First sightings come behind everything that was listed, and so do no harm to the order here.
-    if (_moments[i] != 0 && _parts[i].frequency() > 1) continue;
-    put_risen_above(_parts[i].frequency());
-    _list.push_back(_parts[i]);
+    if (_moments[i] == 0 || frequency == 1)
+      _unrisen.push_back(_parts[i]);
+    else
+      _risen.push_back({std::uint64_t{~frequency} << 32 | _moments[i], _parts[i]});
   }
-  put_risen_above(0);
+  std::sort(_risen.begin(), _risen.end(), [](const Risen& a, const Risen& b) { return a.rank < b.rank; });
+  _list.clear();
+  auto unrisen = _unrisen.begin();
+  for (const Risen& risen : _risen) {
+    for (; unrisen != _unrisen.end() && unrisen->frequency() >= risen.part.frequency(); ++unrisen)
+      _list.push_back(*unrisen);
+    _list.push_back(risen.part);
+  }
+  _list.insert(_list.end(), unrisen, _unrisen.end());
   return _list;
 }
 

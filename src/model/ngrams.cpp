@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "base/config.h"
+#include "base/limits.h"
 
 namespace colx {
 
@@ -27,6 +28,29 @@ void NGramStore::init(std::uint32_t records_per_block) {
 void NGramStore::count_empty(std::size_t occurrences) {
   constexpr std::size_t largest = std::numeric_limits<std::uint32_t>::max();
   _empty_frequency = static_cast<std::uint32_t>(std::min(largest, _empty_frequency + occurrences));
+}
+
+// In a corpus of a language a list is not much shorter than what was seen, and much longer than the occurrences: half
+// of all N-grams occur once. Lists pay where the same sentences, or the few N-grams that a filter admits, come again
+// and again. That they are as large as what is folded into them bounds what is done for each sighting.
+bool NGramStore::contexts_are_due() const {
+  constexpr std::uint64_t least_records = 1U << 18;
+  constexpr std::uint64_t list_units_per_record = 64;
+  const Sightings& sightings = _context_memory->sightings;
+  std::uint64_t records = 0;
+  for (const RecordTable& table : _tables)
+    records += table.size();
+  records = std::max({records, least_records, _context_memory->pool.taken() / list_units_per_record});
+  const std::uint64_t links = std::uint64_t{sightings.size()} * NGram::_full_ngram_type;
+  return links > limits::sightings * records || sightings.full();
+}
+
+void NGramStore::keep_contexts() {
+  for (const RecordTable& table : _tables) {
+    for (std::uint32_t i = 0; i < table.size(); ++i)
+      contexts(*table.record(i)).keep();
+  }
+  _context_memory->sightings.clear();
 }
 
 void NGramStore::count_patterns() {

@@ -60,7 +60,16 @@ class NGramStore {
   }
 
   // The context words of one of the records; only when contexts are collected.
-  ContextList contexts(NGram& record) const { return {record.context_handle(), *_context_memory}; }
+  ContextList contexts(NGram& record) const { return {record.context_handle(), record.type(), *_context_memory}; }
+
+  // The occurrences that those words are around; only when contexts are collected.
+  Sightings& sightings() { return _context_memory->sightings; }
+
+  // Whether there are so many occurrences of each record that lists of their context words take less memory.
+  bool contexts_are_due() const;
+
+  // Keeps the context words of all records as lists and forgets the occurrences. Throws std::bad_alloc.
+  void keep_contexts();
 
  private:
   std::uint32_t _empty_frequency = 0;

@@ -36,9 +36,13 @@ void write_contexts(std::ostream& out, const NGramStore& ngrams, const WordTexts
     const ZeroedArray<std::uint32_t> order = records.listed_order();
     constexpr std::size_t ahead = 8;
     for (std::size_t i = 0; i < order.size(); ++i) {
-      // Records and lists lie about in memory; each is asked for some time before.
-      if (i + 2 * ahead < order.size()) __builtin_prefetch(records.record(order[i + 2 * ahead]));
-      if (i + ahead < order.size()) ngrams.contexts(*records.record(order[i + ahead])).prefetch();
+      // Records, sightings and words lie about in memory; each is asked for some time before.
+      const auto record_ahead = [&](std::size_t steps) { return records.record(order[i + steps * ahead]); };
+      if (i + 5 * ahead < order.size()) __builtin_prefetch(record_ahead(5));
+      for (unsigned step = 0; step < 4; ++step) {
+        const std::size_t steps = 4 - step;
+        if (i + steps * ahead < order.size()) ngrams.contexts(*record_ahead(steps)).prefetch(step);
+      }
       NGram& record = *records.record(order[i]);
       _print_contexts(text, texts, record, ngrams.contexts(record).parts());
       bar.advance(1);

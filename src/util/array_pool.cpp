@@ -35,6 +35,12 @@ std::size_t ArrayPool::capacity_for(std::size_t size) {
 }
 
 std::uint32_t* ArrayPool::take(std::size_t capacity) {
+  std::uint32_t* const taken = _take(capacity);
+  _taken += capacity;
+  return taken;
+}
+
+std::uint32_t* ArrayPool::_take(std::size_t capacity) {
   std::uint32_t*& free = _free[_class_for(capacity)];
   if (free != nullptr) {
     std::uint32_t* const taken = free;
@@ -58,6 +64,7 @@ void ArrayPool::give_back(std::uint32_t* array, std::size_t capacity) {
   std::uint32_t*& free = _free[_class_for(capacity)];
   std::memcpy(array, &free, sizeof free);
   free = array;
+  _taken -= capacity;
 }
 
 }  // namespace colx

@@ -26,14 +26,20 @@ class ArrayPool {
   // Takes back an array of a class capacity.
   void give_back(std::uint32_t* array, std::size_t capacity);
 
+  // The units of all arrays that have not been given back.
+  std::size_t taken() const { return _taken; }
+
  private:
   using Block = std::unique_ptr<std::uint32_t[]>;
+
+  std::uint32_t* _take(std::size_t capacity);
 
   std::array<std::uint32_t*, 512>
       _free{};  // by class: the first array that was given back; each holds the next one's address
   std::vector<Block> _blocks;
   std::uint32_t* _next = nullptr;  // in the block in hand
   std::size_t _left = 0;
+  std::size_t _taken = 0;
 };
 
 }  // namespace colx

@@ -12,8 +12,10 @@
 namespace colx::test {
 
 void lower_limits() {
-  const std::map<std::string, std::uint32_t*> known = {
-      {"frequency", &limits::frequency}, {"lemmas", &limits::lemmas}, {"records", &limits::records}};
+  const std::map<std::string, std::uint32_t*> known = {{"frequency", &limits::frequency},
+                                                       {"lemmas", &limits::lemmas},
+                                                       {"records", &limits::records},
+                                                       {"sightings", &limits::sightings}};
   const char* const text = std::getenv("NGREX_LOWERED_LIMITS");
   std::istringstream words(text == nullptr ? "" : text);
   for (std::string word; words >> word;) {

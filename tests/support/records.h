@@ -77,7 +77,8 @@ class Record {
   void inc() { _record->inc(overflows); }
   void add(std::uint32_t occurrences) { _record->add(occurrences, overflows); }
   std::uint32_t frequency() const { return _record->frequency(overflows); }
-  ContextList contexts() const { return {_record->context_handle(), *_context_memory}; }
+  ContextList contexts() const { return {_record->context_handle(), _record->type(), *_context_memory}; }
+  Sightings& sightings() const { return _context_memory->sightings; }
 
   NGram& operator*() const { return *_record; }
   NGram* operator->() const { return _record; }
@@ -127,14 +128,19 @@ inline std::vector<ContextEntry> entries_of(const ContextList& contexts) {
   return entries;
 }
 
-// Notes one sighting of a context word.
-inline void see(ContextList contexts, std::uint32_t lemma, std::uint8_t tag, bool narrow) {
+// Adds an occurrence whose own words are not among those of the sightings, with nothing around it but one word.
+inline void see(Sightings& sightings, ContextList contexts, std::uint32_t lemma, std::uint8_t tag, bool narrow) {
   const std::uint32_t word = TaggedLemma::pack(lemma, tag);
+  Sighting sighting;
+  sighting.words.fill(Sighting::none);
   if (narrow) {
-    contexts.add_narrow(word);
+    sighting.left = word;
   } else {
-    contexts.add_wide({&word, 1});
+    sighting.begin = sightings.words();
+    sightings.add_word(word);
+    sighting.end = sightings.words();
   }
+  contexts.add(sightings.add(sighting));
 }
 
 // Counts an occurrence under one type, as the extraction does. Returns its record, which is null for the empty N-gram.

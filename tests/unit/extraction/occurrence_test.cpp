@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "base/limits.h"
 #include "corpus/dependencies.h"
 #include "corpus/parser.h"
 #include "extraction/occurrence_members.h"
@@ -276,6 +277,35 @@ TEST_F(OccurrenceTest, InSentencesTheWideContextIsAllThatTheBufferHolds) {
   sentence.next();
   sentence.store({1, 2});  // the sentence before it has left the buffer
   EXPECT_EQ(sentence.contexts({1, 2}, 3), (Texts{"z1"}));
+}
+
+// Puts the limit back that a test has lowered.
+struct SightingsLimit {
+  explicit SightingsLimit(std::uint32_t most) { limits::sightings = most; }
+  ~SightingsLimit() { limits::sightings = before; }
+  std::uint32_t before = limits::sightings;
+};
+
+TEST_F(OccurrenceTest, ContextsThatAreKeptAsListsOnTheWayAreTheSame) {
+  const std::string text = std::string(five) + triple + pair + five;
+  for (const auto mode : {ContextWindow::words, ContextWindow::sentences}) {
+    std::vector<Texts> contexts;
+    for (const std::uint32_t most : {limits::sightings, 0U}) {
+      const SightingsLimit limit(most);
+      set_up(2, true, {mode, 2});
+      LoadedSentence sentence(text, stores());
+      sentence.store({1, 2});
+      for (int sentences = 1; sentences < 4; ++sentences) {
+        sentence.next();
+        sentence.store({1, 2});
+      }
+      contexts.push_back(sentence.contexts({1, 2}, 3));
+      contexts.push_back(sentence.contexts({1, 2}, 1));
+    }
+    EXPECT_FALSE(contexts[0].empty());
+    EXPECT_EQ(contexts[0], contexts[2]);
+    EXPECT_EQ(contexts[1], contexts[3]);
+  }
 }
 
 TEST_F(OccurrenceTest, TheNarrowContextStaysWithinTheSentence) {

@@ -35,29 +35,39 @@ TEST(ContextFolderTest, AWordWhoseCountIsFullDoesNotMove) {
   const PartOfContext a(1, false, 0x7FFFFFFF), b(2, true, 0x7FFFFFFF), c(3, false, 5);
   for (const PartOfContext& part : {a, b, c})
     folder.take_listed(part);
-  folder.take_sighting(PartOfContext(1, false));
-  folder.take_sighting(PartOfContext(3, false));
-  folder.take_sighting(PartOfContext(2, true));
+  folder.take_wide(std::vector<std::uint32_t>{1, 3});
+  folder.take_narrow(2);
   expect_same(folder.fold(), {a, b, PartOfContext(3, false, 6)});
 }
 
+// With few moments, so that sightings are folded on the way, and with as many as there are.
 TEST(ContextFolderTest, FoldsListAfterListAsSightingBySightingWould) {
   test::Random random;
-  ContextFolder folder;
+  constexpr std::uint32_t most_at_once = 30;
+  ContextFolder usual;
+  ContextFolder of_few_moments(most_at_once + 10);
   for (int round = 0; round < 400; ++round) {
+    ContextFolder& folder = round % 2 == 0 ? usual : of_few_moments;
     const std::uint32_t vocabulary = 1 + random.below(random.once_in(4) ? 2000 : 30);
     reference::PlainContextList plain;
     std::vector<PartOfContext> list;
     for (int folds = 0; folds < 6; ++folds) {
-      std::vector<PartOfContext> sightings;
-      for (std::uint32_t left = random.below(random.once_in(4) ? 1000 : 40); left > 0; --left)
-        sightings.emplace_back(random.below(1 + random.below(vocabulary)), random.once_in(3));
-      folder.clear(list.size() + sightings.size());
+      folder.clear(random.below(2000));
       for (const PartOfContext& part : list)
         folder.take_listed(part);
-      for (const PartOfContext& part : sightings) {
-        folder.take_sighting(part);
-        plain.add(part);
+      const auto any_word = [&] { return random.below(1 + random.below(vocabulary)); };
+      for (std::uint32_t windows = random.below(random.once_in(4) ? 50 : 4); windows > 0; --windows) {
+        std::vector<std::uint32_t> words(random.below(most_at_once + 1));
+        for (std::uint32_t& word : words) {
+          word = any_word();
+          plain.add(PartOfContext(word, false));
+        }
+        folder.take_wide(words);
+        for (std::uint32_t left = random.below(3); left > 0; --left) {
+          const std::uint32_t word = any_word();
+          plain.add(PartOfContext(word, true));
+          folder.take_narrow(word);
+        }
       }
       const auto folded = folder.fold();
       expect_same(folded, plain.parts());

@@ -33,7 +33,7 @@ class ContextTest : public ::testing::Test {
  protected:
   void see(std::uint32_t lemma, int times = 1, bool narrow = false, std::uint8_t tag = 0) const {
     for (int i = 0; i < times; ++i)
-      test::see(_record.contexts(), lemma, tag, narrow);
+      test::see(_record.sightings(), _record.contexts(), lemma, tag, narrow);
   }
   Entries seen() const { return entries_of(_record.contexts()); }
 
@@ -122,7 +122,7 @@ TEST_F(ContextTest, IsOrderedByFrequencyAndThenByTheTimeOfReachingIt) {
       const auto lemma = static_cast<std::uint32_t>(random() % (1 + random() % 60));
       const auto tag = static_cast<std::uint8_t>(random() % 2);
       const bool narrow = random() % 4 == 0;
-      test::see(record.contexts(), lemma, tag, narrow);
+      test::see(record.sightings(), record.contexts(), lemma, tag, narrow);
       auto& [frequency, reached] = model[{lemma, tag, narrow}];
       ++frequency;
       reached = time;
@@ -143,10 +143,11 @@ TEST_F(ContextTest, IsOrderedByFrequencyAndThenByTheTimeOfReachingIt) {
   }
 }
 
-// Lists of many records at once, so that memory given back by one serves another; read at random times, so that folds
-// are large and small.
+// Lists of many records at once, so that memory given back by one serves another; read at random times, and kept at
+// others, all of them, as sightings are forgotten then.
 TEST(ContextListTest, AgreesWithAListThatIsKeptInOrderAtEverySighting) {
   test::Random random;
+  const SettingsGuard guard(2, true);
   for (int round = 0; round < 60; ++round) {
     const std::uint32_t vocabulary = 1 + random.below(random.once_in(3) ? 3000 : 20);
     const std::uint32_t longest = 1 + random.below(random.once_in(2) ? 3 : 100);
@@ -161,24 +162,33 @@ TEST(ContextListTest, AgreesWithAListThatIsKeptInOrderAtEverySighting) {
     std::vector<reference::PlainContextList> plain(handles.size());
     for (Handle& handle : handles)
       ContextList::clear(handle.bytes.data());
+    const auto any_word = [&] {
+      const std::uint32_t lemma = random.below(skewed ? 1 + random.below(vocabulary) : vocabulary);
+      return TaggedLemma::pack(lemma, static_cast<std::uint8_t>(lemma % 254));
+    };
     for (int additions = 0; additions < 600; ++additions) {
       const std::size_t at = random.below(static_cast<std::uint32_t>(handles.size()));
-      ContextList list(handles[at].bytes.data(), memory);
-      std::vector<std::uint32_t> wide;
+      ContextList list(handles[at].bytes.data(), 3, memory);
+      Sighting sighting;
+      sighting.words.fill(Sighting::none);
+      sighting.begin = memory.sightings.words();
       for (std::uint32_t left = random.below(longest + 1); left > 0; --left) {
-        const std::uint32_t lemma = random.below(skewed ? 1 + random.below(vocabulary) : vocabulary);
-        const bool narrow = random.once_in(6);
-        const PartOfContext sighting = part(lemma, static_cast<std::uint8_t>(lemma % 254), narrow);
-        plain[at].add(sighting);
-        if (!narrow) {
-          wide.push_back(sighting.tagged_lemma());
-          continue;
-        }
-        list.add_wide(wide);
-        wide.clear();
-        list.add_narrow(sighting.tagged_lemma());
+        const std::uint32_t word = any_word();
+        memory.sightings.add_word(word);
+        plain[at].add(PartOfContext(word, false));
       }
-      list.add_wide(wide);
+      sighting.end = memory.sightings.words();
+      for (std::uint32_t* const beside : {&sighting.left, &sighting.right}) {
+        if (random.once_in(3)) continue;
+        *beside = any_word();
+        plain[at].add(PartOfContext(*beside, true));
+      }
+      list.add(memory.sightings.add(sighting));
+      if (random.once_in(100)) {
+        for (Handle& handle : handles)
+          ContextList(handle.bytes.data(), 3, memory).keep();
+        memory.sightings.clear();
+      }
       if (!random.once_in(rounds_between_readings) && additions < 580) continue;
       const auto parts = list.parts();
       ASSERT_EQ(parts.size(), plain[at].parts().size());
@@ -195,8 +205,8 @@ TEST(ContextTracingTest, ListsOfOneStoreAreNotShared) {
   NGramStore store(2048);
   const ContextList a = store.contexts(*test::count(store, test::Occurrence({{1, 0, 2}, {2, 0, 0}}), 3));
   const ContextList b = store.contexts(*test::count(store, test::Occurrence({{1, 0, 2}, {3, 0, 0}}), 3));
-  test::see(a, 5, 0, true);
-  test::see(b, 6, 0, true);
+  test::see(store.sightings(), a, 5, 0, true);
+  test::see(store.sightings(), b, 6, 0, true);
   EXPECT_EQ(entries_of(a), (Entries{{5, 0, 1, true}}));
   EXPECT_EQ(entries_of(b), (Entries{{6, 0, 1, true}}));
 }

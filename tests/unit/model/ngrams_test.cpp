@@ -130,7 +130,7 @@ TEST(NGramStoreTest, AStoredRecordStartsWithoutContextsAndTracesItsOwn) {
   NGramStore store(2048);
   NGram* const record = test::count(store, Occurrence(pair), 3);
   EXPECT_TRUE(test::entries_of(store.contexts(*record)).empty());
-  test::see(store.contexts(*record), 5, 1, false);
+  test::see(store.sightings(), store.contexts(*record), 5, 1, false);
   NGram* const other = test::count(store, Occurrence({{8, 1, 2}, {2, 2, 0}}), 3);
   EXPECT_TRUE(test::entries_of(store.contexts(*other)).empty());
   EXPECT_EQ(test::entries_of(store.contexts(*record)).size(), 1U);

@@ -179,7 +179,7 @@ TEST(RecordTableTest, AddingLeavesContextWordsAlone) {
   const Occurrence occurrence({{1, 0, 2}, {2, 0, 0}});
   NGram& record = *store.records(3).add(occurrence.members(), 5);
   EXPECT_TRUE(test::entries_of(store.contexts(record)).empty());
-  test::see(store.contexts(record), 7, 0, false);
+  test::see(store.sightings(), store.contexts(record), 7, 0, false);
   store.records(3).add(occurrence.members(), 5);
   EXPECT_EQ(test::entries_of(store.contexts(record)), (std::vector<test::ContextEntry>{{7, 0, 1, false}}));
 }

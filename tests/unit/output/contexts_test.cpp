@@ -70,20 +70,20 @@ TEST_F(ContextsFileTest, AFullRecordWithoutContextsEndsInFourEmptyLines) {
 TEST_F(ContextsFileTest, APartialRecordHasNoNarrowSection) {
   set_up(2);
   NGram* const record = store(pair, 1);
-  test::see(_stores->ngrams.contexts(*record), 3, 1, true);
-  test::see(_stores->ngrams.contexts(*record), 2, 1, false);
+  test::see(_stores->ngrams.sightings(), _stores->ngrams.contexts(*record), 3, 1, true);
+  test::see(_stores->ngrams.sightings(), _stores->ngrams.contexts(*record), 2, 1, false);
   EXPECT_EQ(written(), "1\t*\n2\train\tNN\t0\tHead\n\nfall\tNN\t1\n\n\n\n");
 }
 
 TEST_F(ContextsFileTest, NarrowContextsComeBeforeWideOnesEachByFrequency) {
   set_up(2);
   NGram* const record = store(pair, 3);
-  test::see(_stores->ngrams.contexts(*record), 3, 0, false);
-  test::see(_stores->ngrams.contexts(*record), 3, 1, true);
+  test::see(_stores->ngrams.sightings(), _stores->ngrams.contexts(*record), 3, 0, false);
+  test::see(_stores->ngrams.sightings(), _stores->ngrams.contexts(*record), 3, 1, true);
   for (int i = 0; i < 12; ++i)
-    test::see(_stores->ngrams.contexts(*record), 2, 1, false);
+    test::see(_stores->ngrams.sightings(), _stores->ngrams.contexts(*record), 2, 1, false);
   for (int i = 0; i < 2; ++i)
-    test::see(_stores->ngrams.contexts(*record), 2, 0, true);
+    test::see(_stores->ngrams.sightings(), _stores->ngrams.contexts(*record), 2, 0, true);
   EXPECT_EQ(written(),
             "1\theavy\tAA\t2\tAtr\n2\train\tNN\t0\tHead\n\n"
             "fall\tAA\t2\ntoday\tNN\t1\n\n"

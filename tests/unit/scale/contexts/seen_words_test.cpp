@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "model/context.h"
+#include "model/context_folder.h"
 #include "tests/support/random.h"
 
 namespace colx::scale {
@@ -30,13 +30,11 @@ std::vector<SeenWord> seen(const std::vector<std::uint32_t>& sightings) {
 }
 
 std::vector<SeenWord> listed_by_ngrex(const std::vector<std::uint32_t>& sightings) {
-  ContextMemory memory;
-  std::array<unsigned char, ContextList::handle_size> handle;
-  ContextList::clear(handle.data());
-  ContextList list(handle.data(), memory);
-  list.add_wide(sightings);
+  ContextFolder folder;
+  folder.clear(sightings.size());
+  folder.take_wide(sightings);
   std::vector<SeenWord> words;
-  for (const PartOfContext& part : list.parts())
+  for (const PartOfContext& part : folder.fold())
     words.push_back({part.tagged_lemma(), part.frequency()});
   return words;
 }
