@@ -10,6 +10,7 @@ seed each time, and says of each failure how to see it again.
 
 import os
 import re
+import shlex
 import shutil
 import subprocess
 import sys
@@ -75,7 +76,8 @@ def check_missing_packages(source):
         path = tools + os.pathsep + os.environ["PATH"]
         called = os.path.join(tools, "called")
         put_tool(tools, "dpkg-query", 'case "$*" in *" make") echo "install ok installed";; *) exit 1;; esac')
-        put_tool(tools, "apt-get", f"""echo "$*" >> '{called}'; case "$*" in *install*) echo "$FAULT" >&2; [ -z "$FAULT" ];; esac""")
+        put_tool(tools, "apt-get", f'echo "$*" >> {shlex.quote(called)}\n'
+                 'case "$*" in *install*) echo "$FAULT" >&2; [ -z "$FAULT" ];; esac')
         put_tool(tools, "id", "echo 1000")
         told = run(source, "bootstrap", "g++", "make", "cmake", path=path)
         expect_refusal(told, "These packages are missing: g++ cmake\n")
