@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -24,7 +25,7 @@ namespace {
 
 constexpr std::string_view magic = "ngrexseg";
 constexpr std::string_view end_magic = "gesxergn";
-constexpr std::uint32_t version = 1;
+constexpr std::uint32_t version = 2;
 constexpr std::size_t header_size = 16;
 constexpr std::size_t entry_size = 16;
 constexpr std::size_t trailer_size = 24;
@@ -76,7 +77,20 @@ Trailer _read_trailer(const Descriptor& file, const std::string& path, std::uint
 }  // namespace
 
 std::uint64_t checksum(std::string_view bytes) {
-  return hash_bytes(bytes.data(), bytes.size());
+  // A multiplication waits for the one before it, but not for those of the other lanes.
+  constexpr std::size_t lanes = 4;
+  constexpr std::size_t step = lanes * sizeof(std::uint64_t);
+  std::array<std::uint64_t, lanes> sums{};
+  const char* from = bytes.data();
+  std::size_t left = bytes.size();
+  for (; left >= step; left -= step) {
+    for (std::size_t lane = 0; lane < lanes; ++lane)
+      sums[lane] = mix(sums[lane] ^ get_fixed<std::uint64_t>(from), hash_keys[lane]);
+  }
+  std::uint64_t hash = hash_bytes(from, left) ^ bytes.size();
+  for (const std::uint64_t sum : sums)
+    hash = mix(hash ^ sum, hash_keys[4]);
+  return hash;
 }
 
 SegmentWriter::SegmentWriter(std::string path, std::string_view kind)

@@ -85,7 +85,8 @@ class SegmentReader {
 
   std::size_t segments() const { return _segments; }
 
-  // Bytes of a segment.
+  // Bytes of all segments, and of one.
+  std::uint64_t bytes() const { return _segments_end - _begin(0); }
   std::uint64_t size(std::size_t segment) const { return _end(segment) - _begin(segment); }
 
   // No segment from `end` on will be read soon, so that reading ahead need not go there.

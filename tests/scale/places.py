@@ -59,9 +59,9 @@ def check_names(bench):
       os.mkdir(bench.path(work))
     bench.works(work)
     # A damaged file is found, and made again, under such a name too, whoever reads it.
-    for ending, reader in ((".ordered", None), (".patterns", "count-")):
+    for maker, ending, reader in (("order-", ".ordered", None), ("arrange-", ".arranged", "order-")):
       folder = os.path.join(bench.folder, work)
-      name = next(name for name in sorted(os.listdir(folder)) if name.startswith("order-") and name.endswith(ending))
+      name = next(name for name in sorted(os.listdir(folder)) if name.startswith(maker) and name.endswith(ending))
       with open(os.path.join(folder, name), "r+b") as file:
         file.seek(20)
         byte = file.read(1)[0]

@@ -10,6 +10,7 @@
 #include "model/ngram_hash.h"
 #include "scale/counting/patterns.h"
 #include "scale/counting/records.h"
+#include "scale/counting/records_writer.h"
 #include "scale/counting/reduce_task.h"
 #include "scale/work/progress.h"
 #include "spill/encoding.h"
@@ -66,7 +67,8 @@ class Arranger {
     _arrange_listed();
     done.add_file("arranged", _file.finish());
     done.add_file("candidates", _write_candidates());
-    const std::size_t refused_rounds = _write_refused(done);
+    if (_layout.whole) done.add_file("refused", _copy_refused());
+    const std::size_t refused_rounds = _layout.whole ? 0 : _write_refused(done);
     Manifest& manifest = done.manifest();
     manifest.add("rounds", _rounds);
     manifest.add("refused_rounds", refused_rounds);
@@ -88,6 +90,10 @@ class Arranger {
     SegmentReader listed(_folder.file(reduce_name(_task), "listed"), listed_kind);
     const std::size_t most_bytes = std::max<std::size_t>(_plan.memory / 4, std::size_t{4} << 10);
     const std::size_t members_size = settings::n * NGram::Member::size;
+    // Memory that is not used is not taken from the system.
+    const std::size_t most_held = std::min<std::size_t>(listed.bytes(), most_bytes + RecordsWriter::block_size * 2);
+    _bytes.reserve(most_held);
+    _records.reserve(most_held / members_size);
     Members members;
     for (std::size_t i = 0; i < listed.segments(); ++i) {
       const std::string_view block = listed.read(i);
@@ -134,6 +140,15 @@ class Arranger {
   FileMark _write_candidates() {
     SegmentWriter file(_folder.file(arrange_name(_task), "candidates"), candidates_kind);
     file.add(_candidates);
+    return file.finish();
+  }
+
+  // N-grams that are not listed themselves, as they are.
+  FileMark _copy_refused() const {
+    SegmentReader refused(_folder.file(reduce_name(_task), "refused"), refused_kind);
+    SegmentWriter file(_folder.file(arrange_name(_task), "refused"), refused_kind);
+    for (std::size_t i = 0; i < refused.segments(); ++i)
+      file.add(refused.read(i));
     return file.finish();
   }
 

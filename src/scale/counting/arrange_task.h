@@ -1,7 +1,8 @@
 #pragma once
 
 // Arranging: the distinct N-grams of one part of the reduction are distributed over the ranges of buckets in which they
-// will be listed. Those that the filter refuses leave their patterns here.
+// will be listed. Those that the filter refuses leave their patterns here, unless all N-grams fit into memory when
+// patterns are counted.
 
 #include <cstddef>
 #include <cstdint>

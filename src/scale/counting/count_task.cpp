@@ -1,20 +1,16 @@
 #include "scale/counting/count_task.h"
 
 #include <algorithm>
-#include <memory>
 
 #include <fmt/format.h>
 
-#include "corpus/datafile_format.h"
-#include "corpus/string_store.h"
-#include "extraction/tag_filters.h"
 #include "scale/counting/arrange_task.h"
+#include "scale/counting/different_patterns.h"
 #include "scale/counting/frequencies.h"
 #include "scale/counting/order_task.h"
 #include "scale/counting/patterns.h"
 #include "scale/counting/sum_table.h"
-#include "scale/shards/number_task.h"
-#include "scale/work/filters.h"
+#include "scale/counting/whole_count.h"
 #include "scale/work/progress.h"
 #include "spill/encoding.h"
 
@@ -30,12 +26,8 @@ class PatternCounter {
       : _plan(plan),
         _layout(layout),
         _parts(parts),
-        _tags(longest_text),
         _frequencies(folder.file(name, "frequencies"), parts, plan.memory / 8),
-        _different(NGram::_types_count, 0) {
-    load_tags(folder, _tags);
-    add_morphologic_rules(plan, _rules);
-    _filter = std::make_unique<MorphologicFilter>(_rules, _tags);
+        _different(folder, plan) {
     std::vector<std::string> paths;
     for (std::size_t part = 0; part < parts; ++part)
       paths.push_back(folder.file(order_name(part), "patterns"));
@@ -59,8 +51,7 @@ class PatternCounter {
       Progress::set(pair - pairs.first, pairs.end - pairs.first);
     }
     done.add_file("frequencies", _frequencies.finish());
-    for (const std::uint64_t count : _different)
-      done.manifest().add("different", count);
+    _different.save(done.manifest());
   }
 
  private:
@@ -118,35 +109,23 @@ class PatternCounter {
     _frequencies.end_pair();
   }
 
-  // Patterns that the filter refuses are none to ngrex.
   template <unsigned K>
   void _count_different(std::uint8_t type, const Positions& positions, const SumTable<K>& table) {
-    if (!_filter->is_on()) {
-      _different[type] += table.size();
-      return;
-    }
-    for (const Sum<K>& sum : table.sums()) {
-      _batch.clear();
-      _batch.add();
-      for (unsigned k = 0; k < K; ++k)
-        _batch.set_last(positions.at[k], member_at(reinterpret_cast<const char*>(sum.members), k));
-      if (_filter->admits(_batch, 0, type)) ++_different[type];
-    }
+    if (_different.takes_all()) return _different.add(type, table.size());
+    for (const Sum<K>& sum : table.sums())
+      _different.add_one(type, positions,
+                         [&](unsigned k) { return member_at(reinterpret_cast<const char*>(sum.members), k); });
   }
 
   const Plan& _plan;
   const Layout& _layout;
   std::size_t _parts;
-  StringStore<std::uint8_t> _tags;
-  MultiRulesFilter _rules;
-  std::unique_ptr<MorphologicFilter> _filter;
-  OccurrenceBatch _batch;
   std::vector<SegmentReader> _files;
   FrequenciesWriter _frequencies;
-  std::vector<std::uint64_t> _different;  // by type
-  std::vector<std::uint32_t> _local;      // of the patterns of a segment, their numbers in the table
-  std::vector<std::uint32_t> _numbers;    // record by record
-  std::vector<std::size_t> _ends;         // in the numbers, file by file
+  DifferentPatterns _different;
+  std::vector<std::uint32_t> _local;    // of the patterns of a segment, their numbers in the table
+  std::vector<std::uint32_t> _numbers;  // record by record
+  std::vector<std::size_t> _ends;       // in the numbers, file by file
   std::string _out;
 };
 
@@ -154,7 +133,8 @@ class PatternCounter {
 
 std::vector<Pairs> count_tasks(const Plan& plan, const Layout& layout) {
   const std::size_t pairs = pairs_count(layout.partition_bits);
-  const std::size_t tasks = std::clamp<std::size_t>(plan.reduces * 2, 1, pairs);
+  // Each of few tasks with all records in memory has less to find out again about those before it.
+  const std::size_t tasks = std::clamp<std::size_t>(layout.whole ? plan.reduces : plan.reduces * 2, 1, pairs);
   std::vector<Pairs> list;
   for (std::size_t task = 0; task < tasks; ++task)
     list.push_back({pairs * task / tasks, pairs * (task + 1) / tasks});
@@ -190,7 +170,11 @@ std::vector<std::uint64_t> records_by_type(const WorkFolder& folder, const Plan&
 void count_patterns(const WorkFolder& folder, const Plan& plan, const Layout& layout, const Pairs& pairs,
                     std::size_t parts, std::size_t number) {
   TaskResult done(folder, count_name(number), count_key(folder, plan, pairs, parts));
-  PatternCounter(folder, plan, layout, parts, count_name(number)).run(pairs, done);
+  if (layout.whole) {
+    count_whole(folder, plan, layout, pairs, parts, count_name(number), done);
+  } else {
+    PatternCounter(folder, plan, layout, parts, count_name(number)).run(pairs, done);
+  }
   done.save();
 }
 

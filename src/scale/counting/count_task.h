@@ -1,7 +1,7 @@
 #pragma once
 
-// Counting patterns: equal patterns come together, partition by partition, and every listed N-gram gets the frequencies
-// of its patterns, in the order in which the N-grams have left them.
+// Counting patterns: equal patterns come together, partition by partition, or all at once where there is room for that,
+// and every listed N-gram gets the frequencies of its patterns, in the order of the listing.
 
 #include <cstddef>
 #include <cstdint>
@@ -9,16 +9,11 @@
 #include <vector>
 
 #include "scale/counting/layout.h"
+#include "scale/counting/patterns.h"
 #include "scale/work/plan.h"
 #include "spill/manifest.h"
 
 namespace colx::scale {
-
-// The pairs of a type and a partition that one task has, by the numbers of scale/patterns.
-struct Pairs {
-  std::size_t first = 0;
-  std::size_t end = 0;
-};
 
 // The pairs of each task.
 std::vector<Pairs> count_tasks(const Plan& plan, const Layout& layout);
@@ -27,7 +22,7 @@ std::vector<Pairs> count_tasks(const Plan& plan, const Layout& layout);
 // "frequencies".
 std::string count_name(std::size_t task);
 
-// What the tasks depend on: the patterns of all parts.
+// What the tasks depend on: the N-grams of all parts, and their patterns.
 std::uint64_t count_key(const WorkFolder& folder, const Plan& plan, const Pairs& pairs, std::size_t parts);
 
 // How many different N-grams of each type ngrex would hold, from what the tasks have left.

@@ -1,12 +1,15 @@
 #include "scale/counting/layout.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "base/config.h"
 #include "base/errors.h"
 #include "base/limits.h"
 #include "model/ngram.h"
+#include "scale/counting/pattern_columns.h"
 #include "scale/counting/reduce_task.h"
+#include "scale/shards/number_files.h"
 
 namespace colx::scale {
 
@@ -18,6 +21,8 @@ constexpr std::uint64_t patterns_of_a_partition = std::uint64_t{32} << 10;
 constexpr std::uint64_t most_records_in_hand = std::uint64_t{512} << 10;
 constexpr std::uint64_t least_records_in_hand = 64;
 constexpr unsigned most_partition_bits = 12;
+// More take so long in the few tasks that there are types that many tasks share the work better.
+constexpr std::uint64_t most_records_of_a_whole = std::uint64_t{8} << 20;
 
 // A part in memory takes for each record: its bytes, an entry for sorting it, its patterns of one type on their way
 // out, and when it is written the frequencies of all its patterns.
@@ -49,7 +54,15 @@ Layout Layout::from(const WorkFolder& folder, const Plan& plan) {
   const std::uint64_t patterns = layout.listed + layout.refused;
   const std::uint64_t of_a_partition =
       std::max<std::uint64_t>(std::min(patterns_of_a_partition, plan.memory / 2 / _bytes_of_pattern()), 64);
-  while (layout.partition_bits < most_partition_bits && (patterns >> layout.partition_bits) > of_a_partition)
+  // No count or sum of counts is greater than the number of all occurrences.
+  const bool counts_fit = ((most_pieces + 1) << layout.piece_shift) - 1 <= std::numeric_limits<std::uint32_t>::max();
+  const Manifest numbering = folder.result(number_name);
+  layout.code = MemberCode(numbering.number("lemmas"), numbering.number("tags"));
+  const std::uint64_t of_a_whole =
+      std::min(most_records_of_a_whole, plan.memory / 2 / PatternColumns::bytes_of_record(settings::n));
+  layout.whole = counts_fit && layout.code.fits() && patterns <= of_a_whole;
+  while (!layout.whole && layout.partition_bits < most_partition_bits &&
+         (patterns >> layout.partition_bits) > of_a_partition)
     ++layout.partition_bits;
   return layout;
 }

@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "model/listing.h"
+#include "scale/counting/member_code.h"
 #include "scale/work/plan.h"
 
 namespace colx::scale {
@@ -18,6 +19,8 @@ struct Layout {
   unsigned piece_shift = 0;      // by which the reduction has counted first places
   std::size_t ranges = 1;        // of buckets of the listing, as the arranged files have them
   unsigned partition_bits = 0;   // of the hash of a pattern
+  bool whole = false;            // whether all N-grams are in memory when their patterns are counted
+  MemberCode code;               // by which their members are in memory then
   std::size_t most_records = 1;  // about so many records may be in memory when they are put in order
 
   std::size_t partitions() const { return std::size_t{1} << partition_bits; }

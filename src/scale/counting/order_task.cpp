@@ -14,6 +14,13 @@
 
 namespace colx::scale {
 
+namespace {
+
+// Count and first place of a record seldom take more bytes.
+constexpr std::size_t usual_numbers_size = 7;
+
+}  // namespace
+
 std::string order_name(std::size_t part) {
   return fmt::format("order-{}", part);
 }
@@ -33,7 +40,9 @@ void order(const WorkFolder& folder, const Plan& plan, const Layout& layout, con
   Listing listing(std::max<std::uint64_t>(layout.listed, 1));
   listing.set_growing_records(growing_places(folder, plan, layout));
 
+  const std::size_t members_size = settings::n * NGram::Member::size;
   std::string bytes;
+  bytes.reserve(part.records * (members_size + usual_numbers_size));
   for (std::size_t task = 0; task < plan.reduces; ++task) {
     SegmentReader file(folder.file(arrange_name(task), "arranged"), arranged_kind);
     for (std::size_t round = 0; round * layout.ranges < file.segments(); ++round) {
@@ -42,8 +51,8 @@ void order(const WorkFolder& folder, const Plan& plan, const Layout& layout, con
         bytes.append(file.read(round * layout.ranges + range));
     }
   }
-  const std::size_t members_size = settings::n * NGram::Member::size;
   std::vector<ListedEntry> entries;
+  entries.reserve(part.records);
   Members members;
   const char* const end = bytes.data() + bytes.size();
   for (const char* from = bytes.data(); from != end;) {
@@ -61,20 +70,22 @@ void order(const WorkFolder& folder, const Plan& plan, const Layout& layout, con
 
   RecordsWriter ordered(folder.file(name, "ordered"), ordered_kind);
   std::vector<CountedRecord> records;
-  records.reserve(entries.size());
+  if (!layout.whole) records.reserve(entries.size());
   for (const ListedEntry& entry : entries) {
     const char* const record = bytes.data() + entry.begin;
     const char* from = record + members_size;
-    records.push_back({record, get_short(from)});
+    const std::uint64_t count = get_short(from);
+    if (!layout.whole) records.push_back({record, count});
     char* const to = ordered.room(members_size + longest_short_number);
     std::copy(record, from, to);
     ordered.wrote_to(to + (from - record));
   }
+  done.manifest().add("records", entries.size());
   std::vector<ListedEntry>().swap(entries);
   done.add_file("ordered", ordered.finish());
-  done.add_file("patterns",
-                write_patterns(folder.file(name, "patterns"), records, layout.partition_bits, RecordsWanted::yes));
-  done.manifest().add("records", records.size());
+  if (!layout.whole)
+    done.add_file("patterns",
+                  write_patterns(folder.file(name, "patterns"), records, layout.partition_bits, RecordsWanted::yes));
   done.save();
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 // Ordering: the N-grams of some ranges of buckets are put in the order in which they are listed, and leave their
-// patterns.
+// patterns, unless all N-grams fit into memory when patterns are counted.
 
 #include <cstddef>
 #include <cstdint>
@@ -22,7 +22,7 @@ std::string order_name(std::size_t part);
 // What the tasks depend on: all that is arranged, and the cut into parts.
 std::uint64_t order_key(const WorkFolder& folder, const Plan& plan, const Part& part);
 
-// Does the task of one part. Its patterns stand in the file "patterns".
+// Does the task of one part. Its patterns, if any are left, stand in the file "patterns".
 void order(const WorkFolder& folder, const Plan& plan, const Layout& layout, const Part& part, std::size_t number);
 
 }  // namespace colx::scale

@@ -1,7 +1,5 @@
 #include "scale/counting/parts.h"
 
-#include <cstdint>
-
 #include "scale/counting/arrange_task.h"
 
 namespace colx::scale {
@@ -13,15 +11,12 @@ std::vector<Part> parts_of(const WorkFolder& folder, const Plan& plan, const Lay
     for (std::size_t range = 0; range < layout.ranges; ++range)
       sizes[range] += result.records[range];
   }
-  std::vector<Part> parts{{0, 0}};
-  std::uint64_t held = 0;
+  std::vector<Part> parts(1);
   for (std::size_t range = 0; range < layout.ranges; ++range) {
-    if (held > 0 && held + sizes[range] > layout.most_records) {
-      parts.push_back({range, range});
-      held = 0;
-    }
+    if (parts.back().records > 0 && parts.back().records + sizes[range] > layout.most_records)
+      parts.push_back({range, range, 0});
     parts.back().end_range = range + 1;
-    held += sizes[range];
+    parts.back().records += sizes[range];
   }
   return parts;
 }

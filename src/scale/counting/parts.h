@@ -3,6 +3,7 @@
 // The parts in which listed N-grams are put in order, and written.
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "scale/counting/layout.h"
@@ -14,6 +15,7 @@ namespace colx::scale {
 struct Part {
   std::size_t first_range = 0;
   std::size_t end_range = 0;
+  std::uint64_t records = 0;
 };
 
 // The parts, one behind the other, by the sizes of the ranges in the arranged files.

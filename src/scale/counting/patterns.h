@@ -36,6 +36,12 @@ inline std::size_t pairs_count(unsigned partition_bits) {
   return (std::size_t{NGram::_full_ngram_type} - 1U) << partition_bits;
 }
 
+// The pairs of a type and a partition that one task has, by these numbers.
+struct Pairs {
+  std::size_t first = 0;
+  std::size_t end = 0;
+};
+
 // The members of a stored record of N members.
 inline NGram::Member member_at(const char* members, unsigned m) {
   return NGram::Member::load(reinterpret_cast<const unsigned char*>(members) + m * NGram::Member::size);

@@ -14,6 +14,9 @@ namespace colx::scale {
 // Writes records to a file by blocks.
 class RecordsWriter {
  public:
+  // A block has so many bytes, or those of a record more.
+  static constexpr std::size_t block_size = std::size_t{256} << 10;
+
   RecordsWriter(std::string path, std::string_view kind) : _file(std::move(path), kind) {}
 
   // Where the next record, which has no more than that many bytes, is to be written.
@@ -32,8 +35,6 @@ class RecordsWriter {
   }
 
  private:
-  static constexpr std::size_t block_size = std::size_t{256} << 10;
-
   void _write() {
     _file.add({_block.data(), _used});
     _used = 0;

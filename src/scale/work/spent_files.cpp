@@ -30,6 +30,7 @@ constexpr Spent spent_files[] = {
     {"arrange", "arranged", "order"},
     {"arrange", "candidates", "order"},
     {"arrange", "patterns-", "count"},
+    {"arrange", "refused", "count"},
     {"order", "patterns", "count"},
     {"collect", "run-", "merge"},
     {"merge", "merged", "format"},

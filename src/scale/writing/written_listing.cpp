@@ -99,6 +99,11 @@ class ListingText {
   // Takes the frequencies of all patterns of the next record.
   void _take_patterns(const Members& members) {
     const unsigned bits = _counted.layout.partition_bits;
+    if (bits == 0) {
+      for (std::size_t type = 1; type < NGram::_full_ngram_type; ++type)
+        _values[type] = frequency_as<Count>(_frequencies.next(type - 1));
+      return;
+    }
     std::array<std::uint64_t, constants::max_grammity> hashes;
     for (unsigned m = 0; m < settings::n; ++m)
       hashes[m] = member_hash(members[m], m);

@@ -30,7 +30,7 @@ TEST(ManifestTest, KeepsFieldsWhateverTheyHold) {
   manifest.save(path);
   EXPECT_TRUE(
       manifest_text(path).starts_with("path\ta%09b%0ac%25d%2509\t\t%01\xff\n"
-                                      "number\t18446744073709551615\npath\tsecond\nchecksum\t3\t"));
+                                      "number\t18446744073709551615\npath\tsecond\nchecksum\t4\t"));
   const std::optional<Manifest> loaded = Manifest::load(path);
   ASSERT_TRUE(loaded.has_value());
   EXPECT_EQ(loaded->lines(), manifest.lines());
@@ -50,8 +50,8 @@ TEST(ManifestTest, OfAnotherVersionIsRefused) {
   manifest.add({"key", "value"});
   manifest.save(path);
   const std::string whole = manifest_text(path);
-  const std::string ours = "checksum\t3\t";
-  for (const std::string other : {"checksum\t", "checksum\t2\t", "checksum\t31\t"}) {
+  const std::string ours = "checksum\t4\t";
+  for (const std::string other : {"checksum\t", "checksum\t3\t", "checksum\t41\t"}) {
     std::string text = whole;
     folder.write("manifest", text.replace(text.find(ours), ours.size(), other));
     try {
