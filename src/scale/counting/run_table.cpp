@@ -15,6 +15,9 @@ namespace {
 // have room for as many again, and its place while it is written.
 constexpr std::size_t bytes_beside = 8 + 16 + 4 + 8;
 
+// So many records before they are written they are loaded into the cache.
+constexpr std::uint32_t records_ahead = 16;
+
 }  // namespace
 
 RunTable::RunTable(std::size_t memory)
@@ -69,6 +72,10 @@ FileMark RunTable::write(const std::string& path, unsigned bucket_bits) {
     bytes.resize((begins[b + 1] - begins[b]) * longest + sizeof(std::uint64_t));
     char* to = bytes.data();
     for (std::uint32_t i = begins[b]; i < begins[b + 1]; ++i) {
+      if (i + records_ahead < size) {
+        __builtin_prefetch(_table->record(order[i + records_ahead]));
+        __builtin_prefetch(&_first[order[i + records_ahead]]);
+      }
       const NGram& record = *_table->record(order[i]);
       for (unsigned m = 0; m < members_count; ++m)
         to = put_member(to, record.member(m));
