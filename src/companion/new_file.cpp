@@ -141,6 +141,12 @@ void NewFile::_discard() {
   _unfinished = nullptr;
 }
 
+void NewFile::send_to_disk(std::uint64_t place, std::uint64_t size) const {
+  // Only a hint, for file systems that take it; what fails, `commit` tells.
+  if (size > 0)
+    ::sync_file_range(_file.number(), static_cast<off_t>(place), static_cast<off_t>(size), SYNC_FILE_RANGE_WRITE);
+}
+
 void NewFile::commit() {
   if (_temporary.empty()) {
     _file.close(_path);

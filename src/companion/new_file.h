@@ -40,6 +40,9 @@ class NewFile {
   // that this one has forked may do so at the same time, at other places. Throws output_error.
   void write_at(std::string_view text, std::uint64_t place) const { _file.write_fully_at(text, place, _path); }
 
+  // Has the system begin to bring a stretch to the disk, so that `commit` has less to wait for.
+  void send_to_disk(std::uint64_t place, std::uint64_t size) const;
+
   // Brings the content to the disk and then under its name; to be called once, at the end. Throws output_error.
   void commit();
 

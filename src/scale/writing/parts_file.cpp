@@ -127,10 +127,12 @@ class PartBuffer : public std::streambuf {
 
  private:
   void _write_held() {
+    const std::uint64_t begin = _place + _written;
     for (std::size_t i = 0; i < _count; ++i) {
       _file.write_at(_held[i], _place + _written);
       _written += _held[i].size();
     }
+    _file.send_to_disk(begin, _size);
     _count = 0;
     _size = 0;
   }
