@@ -119,7 +119,7 @@ def main():
             os.mkdir(folder)
             make_corpus(folder, random.Random(seed))
             files = files or expected(ngrex, folder)
-            configure(folder, scale, beside=64)
+            configure(folder, scale, beside=64, write_processes=2)  # no more than there are CPUs
         one, cancelled, killed, large = folders
 
         begin = time.time()
