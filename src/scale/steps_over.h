@@ -4,9 +4,11 @@
 // back; who does a step by itself cannot, and looks ahead instead.
 
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "scale/steps.h"
 #include "scale/work/plan.h"
 #include "scale/work/work_folder.h"
 
@@ -24,11 +26,15 @@ class StepsOver {
   bool is_missed(const std::string& task);
 
  private:
-  bool _find_out(std::string_view step);
+  // A step whose tasks are all done, and those of all steps before it: what they leave tells which tasks it has, and
+  // what is left of older counts tells nothing.
+  const std::optional<Step>& _done_step(std::string_view step);
+  std::optional<Step> _find_done(std::string_view step);
 
   const WorkFolder& _folder;
   const Plan& _plan;
   std::map<std::string_view, bool> _known;
+  std::map<std::string_view, std::optional<Step>> _done;
 };
 
 }  // namespace colx::scale

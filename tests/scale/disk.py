@@ -11,7 +11,7 @@ import subprocess
 import sys
 
 import resume
-from bench import Bench, in_folders
+from bench import Bench, corpus, in_folders
 
 # What write reads, and what tells whether it is right.
 STAYS = re.compile(r"lock|lock\..*|.*\.done|order-\d+\.ordered|count-\d+\.frequencies|number\.(lemmas|tags)|scan-\d+\.warnings|"
@@ -165,9 +165,38 @@ def check_steps(bench):
     expect_files()
 
 
+def check_early_steps(bench):
+  """A step that comes before the one whose files it reads, when these are of a smaller corpus, is refused."""
+  options = ["-i", "list", "-n", "2", "-m", "**", "-cw", "3"]
+  files = ["-o", "out.s", "-s", "stats.s", "-c", "contexts.s"]
+  steps = subprocess.run([bench.scale, "steps"], check=True, capture_output=True, text=True).stdout.split()
+  early = {"arrange": ("order", rb"work/arrange-\d+\.done is of older counts"),
+           "merge": ("format", rb"work/merge-\d+\.cells is of older counts")}
+
+  def told(*words, status=0):
+    return bench.run(bench.scale, *words, "--work", "work", status=status)
+
+  told("plan", *options, *files, "--shard", "8000", "--memory", "20K")
+  for step in steps:
+    told(step)
+  bench.write("c", corpus(bench.random, 1500))
+  bench.write("list", "a\nb\nc\n")
+  told("plan", *options, *files, "--shard", "8000", "--memory", "20K")
+  for step in steps:
+    if step in early:
+      too_early, message = early[step]
+      err = told(too_early, status=1)
+      assert re.search(message, err), err
+    told(step)
+  expected = bench.expect(*options, "-c", "contexts.n")
+  told("write", *files)
+  assert (bench.read("out.s"), bench.read("stats.s")) == expected[:2]
+  assert bench.read("contexts.s") == bench.read("contexts.n")
+
+
 def main():
-  return in_folders("disk", (check_what_stays, check_usual_folder, check_kills, check_damage, check_lists, check_steps),
-                    DroppingBench)
+  return in_folders("disk", (check_what_stays, check_usual_folder, check_kills, check_damage, check_lists, check_steps,
+                             check_early_steps), DroppingBench)
 
 
 if __name__ == "__main__":

@@ -43,6 +43,7 @@ def main():
     parser.add_argument("--program", required=True)
     parser.add_argument("--scale", required=True)
     arguments = seeds.parse(parser)
+    arguments.program, arguments.scale = os.path.abspath(arguments.program), os.path.abspath(arguments.scale)
     r = random.Random(arguments.seed)
 
     with tempfile.TemporaryDirectory() as folder:

@@ -14,6 +14,7 @@
 #include "scale/counting/records.h"
 #include "scale/counting/sum_table.h"
 #include "scale/work/progress.h"
+#include "spill/damaged_file.h"
 #include "spill/encoding.h"
 
 namespace colx::scale {
@@ -370,8 +371,11 @@ std::vector<std::uint64_t> merged_bytes(const WorkFolder& folder, const ContextL
     SegmentReader file(folder.file(merge_name(task), "cells"), cells_kind);
     const std::string_view counts = file.read(0);
     const char* from = counts.data();
+    const std::size_t first = layout.first_cells[layout.last_type(task)];
     const std::size_t end = layout.end_cell(layout.first_type(task));
-    for (std::size_t cell = layout.first_cells[layout.last_type(task)]; cell < end; ++cell)
+    if (counts.size() != (end - first) * sizeof(std::uint64_t))
+      throw damaged_file(folder.file(merge_name(task), "cells"), "is of older counts");
+    for (std::size_t cell = first; cell < end; ++cell)
       bytes[cell] += get_fixed<std::uint64_t>(from);
   }
   return bytes;
