@@ -1,6 +1,7 @@
 #include "scale/contexts/context_layout.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 #include "model/ngram.h"
@@ -14,6 +15,14 @@ namespace {
 
 constexpr std::uint64_t most_context_ranges = 2048;
 constexpr std::uint64_t ranges_of_a_context_part = 8;
+
+// Into how many ranges a type may be cut. Merging leaves a segment of each range whenever an eighth of the memory is
+// full, so that the index of what is merged, with 16 bytes a segment, grows with the ranges as what is put in order at
+// a time shrinks: of D bytes, 128 R D / memory and D / R. Both are the same here.
+std::uint64_t _most_ranges(const Plan& plan) {
+  const auto balanced = static_cast<std::uint64_t>(std::sqrt(static_cast<double>(plan.memory) / 128));
+  return std::clamp<std::uint64_t>(balanced, 1, most_context_ranges);
+}
 
 // Cuts all pairs where the bytes behind them come to equal parts; those of one type are taken to be of one size.
 std::vector<Pairs> _cut(const std::vector<std::uint64_t>& bytes, unsigned bits, std::size_t tasks) {
@@ -57,7 +66,7 @@ ContextLayout ContextLayout::from(const WorkFolder& folder, const Plan& plan,
   for (std::size_t type = NGram::_full_ngram_type; type > 0; --type) {
     layout.first_cells[type] = layout.cells;
     layout.cells +=
-        std::clamp<std::uint64_t>(bytes[type] / of_a_part * ranges_of_a_context_part, 1, most_context_ranges);
+        std::clamp<std::uint64_t>(bytes[type] / of_a_part * ranges_of_a_context_part, 1, _most_ranges(plan));
   }
   layout.bits = plan.context_bits;
   layout.merges = _cut(bytes, plan.context_bits, plan.reduces);
