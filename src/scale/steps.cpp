@@ -119,7 +119,7 @@ Step _format(const WorkFolder& folder, const Plan& plan) {
       std::make_shared<const ContextLayout>(ContextLayout::from(folder, plan, _numbered(folder)->shards));
   const std::uint64_t mark = formats_mark(folder, *layout);
   const auto parts = std::make_shared<const std::vector<ContextPart>>(
-      context_parts(merged_bytes(folder, *layout), context_part_bytes(plan)));
+      context_parts(merged_bytes(folder, plan, *layout), context_part_bytes(plan)));
   return {parts->size(), [&folder, layout, mark, parts](std::size_t task) {
             const ContextPart& part = (*parts)[task];
             return Task{format_name(task), format_key(mark, part), [&folder, layout, mark, parts, task] {

@@ -171,7 +171,7 @@ def check_early_steps(bench):
   files = ["-o", "out.s", "-s", "stats.s", "-c", "contexts.s"]
   steps = subprocess.run([bench.scale, "steps"], check=True, capture_output=True, text=True).stdout.split()
   early = {"arrange": ("order", rb"work/arrange-\d+\.done is of older counts"),
-           "merge": ("format", rb"work/merge-\d+\.cells is of older counts")}
+           "merge": ("format", rb"work/merge-\d+\.done is of older counts")}
 
   def told(*words, status=0):
     return bench.run(bench.scale, *words, "--work", "work", status=status)

@@ -155,7 +155,7 @@ void format_contexts(const WorkFolder& folder, const ContextLayout& layout, std:
 void write_context_file(const WorkFolder& folder, const Plan& plan, std::ostream& out) {
   const Numbering numbering = Numbering::from(folder.result(number_name));
   const ContextLayout layout = ContextLayout::from(folder, plan, numbering.shards);
-  const std::size_t parts = context_parts(merged_bytes(folder, layout), context_part_bytes(plan)).size();
+  const std::size_t parts = context_parts(merged_bytes(folder, plan, layout), context_part_bytes(plan)).size();
   for (std::size_t part = 0; part < parts; ++part) {
     SegmentReader file(folder.file(format_name(part), "text"), text_kind);
     for (std::size_t i = 0; i < file.segments(); ++i)

@@ -14,7 +14,6 @@
 #include "scale/counting/records.h"
 #include "scale/counting/sum_table.h"
 #include "scale/work/progress.h"
-#include "spill/damaged_file.h"
 #include "spill/encoding.h"
 
 namespace colx::scale {
@@ -365,17 +364,16 @@ void merge(const WorkFolder& folder, const Plan& plan, const ContextLayout& layo
   done.save();
 }
 
-std::vector<std::uint64_t> merged_bytes(const WorkFolder& folder, const ContextLayout& layout) {
+std::vector<std::uint64_t> merged_bytes(const WorkFolder& folder, const Plan& plan, const ContextLayout& layout) {
+  const std::uint64_t mark = merges_mark(folder, plan, layout);
   std::vector<std::uint64_t> bytes(layout.cells, 0);
   for (std::size_t task = 0; task < layout.merges.size(); ++task) {
+    folder.result(merge_name(task), merge_key(mark, layout.merges[task]));
     SegmentReader file(folder.file(merge_name(task), "cells"), cells_kind);
     const std::string_view counts = file.read(0);
     const char* from = counts.data();
-    const std::size_t first = layout.first_cells[layout.last_type(task)];
     const std::size_t end = layout.end_cell(layout.first_type(task));
-    if (counts.size() != (end - first) * sizeof(std::uint64_t))
-      throw damaged_file(folder.file(merge_name(task), "cells"), "is of older counts");
-    for (std::size_t cell = first; cell < end; ++cell)
+    for (std::size_t cell = layout.first_cells[layout.last_type(task)]; cell < end; ++cell)
       bytes[cell] += get_fixed<std::uint64_t>(from);
   }
   return bytes;

@@ -39,6 +39,6 @@ void merge(const WorkFolder& folder, const Plan& plan, const ContextLayout& layo
            std::size_t task);
 
 // The bytes of each cell, from what all tasks have left.
-std::vector<std::uint64_t> merged_bytes(const WorkFolder& folder, const ContextLayout& layout);
+std::vector<std::uint64_t> merged_bytes(const WorkFolder& folder, const Plan& plan, const ContextLayout& layout);
 
 }  // namespace colx::scale

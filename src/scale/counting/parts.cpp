@@ -1,16 +1,14 @@
 #include "scale/counting/parts.h"
 
 #include "scale/counting/arrange_task.h"
-#include "spill/damaged_file.h"
 
 namespace colx::scale {
 
 std::vector<Part> parts_of(const WorkFolder& folder, const Plan& plan, const Layout& layout) {
   std::vector<std::uint64_t> sizes(layout.ranges, 0);
+  const std::uint64_t key = arrange_key(folder, plan);
   for (std::size_t task = 0; task < plan.reduces; ++task) {
-    const ArrangeResult result = ArrangeResult::from(folder.result(arrange_name(task)));
-    if (result.records.size() != layout.ranges)
-      throw damaged_file(folder.file(arrange_name(task), "done"), "is of older counts");
+    const ArrangeResult result = ArrangeResult::from(folder.result(arrange_name(task), key));
     for (std::size_t range = 0; range < layout.ranges; ++range)
       sizes[range] += result.records[range];
   }

@@ -68,6 +68,12 @@ Manifest WorkFolder::result(const std::string& task) const {
   return *std::move(manifest);
 }
 
+Manifest WorkFolder::result(const std::string& task, std::uint64_t key) const {
+  Manifest manifest = result(task);
+  if (manifest.number("key") != key) throw damaged_file(file(task, done_name), "is of older counts");
+  return manifest;
+}
+
 std::uint64_t WorkFolder::mark(const std::string& task) const {
   const std::string name = file(task, done_name);
   struct stat status {};

@@ -43,6 +43,9 @@ class WorkFolder {
   // The manifest of a task that must be there. Throws damaged_file.
   Manifest result(const std::string& task) const;
 
+  // The same of a task that must have been done for what it depends on now.
+  Manifest result(const std::string& task, std::uint64_t key) const;
+
   // The checksum of that, for whatever depends on it. Throws damaged_file.
   std::uint64_t mark(const std::string& task) const;
 
