@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
 
 #include "base/config.h"
 #include "extraction/occurrence_members.h"
@@ -21,21 +20,17 @@ OccurrenceCounter::OccurrenceCounter(const Buffer& buffer, NamedDataFileStats& s
 void OccurrenceCounter::begin_sentence() {
   _sentence = _buffer.current();
   if (!NGram::_context_tracing_on) return;
-  std::uint32_t fresh = _buffer.words_count() - _taken_in;
-  if (_ngrams.contexts_are_due()) {
-    flush();
-    _ngrams.keep_contexts();
-    fresh = std::numeric_limits<std::uint32_t>::max();
-  }
-  _take_words(fresh);
-  _taken_in = _buffer.words_count();
+  // Sentences without occurrences have words as well.
+  if (_ngrams.contexts_are_due()) flush();
+  _take_words();
 }
 
-// Adds the last words that the buffer holds, at most so many, to those of the sightings.
-void OccurrenceCounter::_take_words(std::uint32_t fresh) {
+// Adds those words that the buffer holds and had not taken in the last time to the words of the sightings.
+void OccurrenceCounter::_take_words() {
   const WordRange held = _buffer.all();
   const auto size = static_cast<std::uint32_t>(held.second - held.first);
-  const WordIterator first_fresh = held.second - std::min(size, fresh);
+  const WordIterator first_fresh = held.second - std::min(size, _buffer.words_count() - _taken_in);
+  _taken_in = _buffer.words_count();
   Sightings& sightings = _ngrams.sightings();
   const auto admitted = [&](const Word& word) { return _context_filter.admits(word.tag); };
   std::uint32_t place =
@@ -104,6 +99,15 @@ void OccurrenceCounter::flush() {
       _count_type(type);
   }
   _batch.clear();
+  if (NGram::_context_tracing_on && _ngrams.contexts_are_due()) _keep_contexts();
+}
+
+// The words that the buffer holds are forgotten with the sightings, but those to come are among them.
+void OccurrenceCounter::_keep_contexts() {
+  _ngrams.keep_contexts();
+  const WordRange held = _buffer.all();
+  _taken_in = _buffer.words_count() - static_cast<std::uint32_t>(held.second - held.first);
+  _take_words();
 }
 
 void OccurrenceCounter::_count_type(std::uint8_t type) {

@@ -34,7 +34,8 @@ class OccurrenceCounter {
 
  private:
   void _count_type(std::uint8_t type);
-  void _take_words(std::uint32_t fresh);
+  void _take_words();
+  void _keep_contexts();
   bool _is_kept(std::size_t occurrence);
   std::uint32_t _add_sighting(std::span<const Position> positions, std::span<const NGram::Member> members);
 
@@ -46,7 +47,7 @@ class OccurrenceCounter {
   OccurrenceBatch _batch;
   WordRange _sentence;
 
-  // Only with contexts: the sightings of the batch; how many words the buffer had taken in at the last sentence; and,
+  // Only with contexts: the sightings of the batch; how many words the buffer had taken in when it was last asked; and,
   // by place in the buffer, where the first word from there on that the context filter admits stands among the words of
   // the sightings.
   std::vector<std::uint32_t> _sightings;

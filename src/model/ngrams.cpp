@@ -32,7 +32,8 @@ void NGramStore::count_empty(std::size_t occurrences) {
 
 // In a corpus of a language a list is not much shorter than what was seen, and much longer than the occurrences: half
 // of all N-grams occur once. Lists pay where the same sentences, or the few N-grams that a filter admits, come again
-// and again. That they are as large as what is folded into them bounds what is done for each sighting.
+// and again. Keeping goes through all lists; that it waits for sightings in proportion to what these hold bounds what
+// is done for each sighting.
 bool NGramStore::contexts_are_due() const {
   constexpr std::uint64_t least_records = 1U << 18;
   constexpr std::uint64_t list_units_per_record = 64;

@@ -6,10 +6,9 @@ namespace colx {
 
 namespace {
 
-// What is read before full is asked again: the sentences of a window, and a sentence with so many occurrences that
-// there would be no time for more.
+// What is added before full is asked again: the words of the sentences of a window, and the occurrences of a batch.
 constexpr std::uint32_t spare_words = 1U << 24;
-constexpr std::uint32_t spare_sightings = 1U << 31;
+constexpr std::uint32_t spare_sightings = 1U << 16;
 
 }  // namespace
 

@@ -40,9 +40,13 @@ class LoadedSentence {
   }
 
   // Counts the occurrence at these positions.
-  void store(const std::vector<Position>& positions) {
+  void store(const std::vector<Position>& positions) { store_all({positions}); }
+
+  // Counts occurrences, each at its positions.
+  void store_all(const std::vector<std::vector<Position>>& occurrences) {
     _counter.begin_sentence();
-    _counter.add(positions);
+    for (const std::vector<Position>& positions : occurrences)
+      _counter.add(positions);
     _counter.flush();
   }
 
@@ -306,6 +310,29 @@ TEST_F(OccurrenceTest, ContextsThatAreKeptAsListsOnTheWayAreTheSame) {
     EXPECT_EQ(contexts[0], contexts[2]);
     EXPECT_EQ(contexts[1], contexts[3]);
   }
+}
+
+// A sentence may have more occurrences than words, by far.
+TEST_F(OccurrenceTest, OccurrencesAreForgottenWithinASentenceAsWell) {
+  std::string text;
+  for (unsigned order = 1; order <= 600; ++order)
+    text += std::to_string(order) + " w " + (order % 2 == 0 ? "a" : "b") + " A " + (order == 1 ? "0" : "1") + " Sb\n";
+  std::vector<Texts> contexts;
+  for (const std::uint32_t most : {limits::sightings, 0U}) {
+    const SightingsLimit limit(most);
+    set_up(2, true, {ContextWindow::words, 2});
+    LoadedSentence sentence(text, stores());
+    std::vector<std::vector<Position>> occurrences;
+    for (Position word = 2; word <= 600; ++word)
+      occurrences.push_back({1, word});
+    sentence.store_all(occurrences);
+    EXPECT_EQ(stores().ngrams.sightings().size(), most == 0 ? 0U : 599U);
+    for (std::uint8_t type = 1; type < 4; ++type)
+      contexts.push_back(sentence.contexts({1, 2}, type));
+  }
+  EXPECT_EQ(contexts[2], (Texts{"b300", "b(299)", "a299"}));
+  for (std::size_t i = 0; i < 3; ++i)
+    EXPECT_EQ(contexts[i], contexts[i + 3]);
 }
 
 TEST_F(OccurrenceTest, TheNarrowContextStaysWithinTheSentence) {
