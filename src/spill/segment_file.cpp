@@ -181,6 +181,7 @@ std::uint64_t SegmentReader::_begin(std::size_t segment) const {
 }
 
 std::uint64_t SegmentReader::_end(std::size_t segment) const {
+  if (segment >= _segments) refuse("has fewer segments than are asked for");
   const char* from = _index.data() + header_size + segment * entry_size;
   return get_fixed<std::uint64_t>(from);
 }

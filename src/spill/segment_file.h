@@ -68,8 +68,8 @@ class SegmentWriter {
   std::vector<std::pair<std::uint64_t, std::uint64_t>> _index;  // end and checksum
 };
 
-// Reads segments. Throws damaged_file for a file that is not there, cut, damaged or of another kind, and input_error
-// when the system fails.
+// Reads segments. Throws damaged_file for a file that is not there, cut, damaged or of another kind, and for a segment
+// that it does not have, as when it was made for other counts; input_error when the system fails.
 class SegmentReader {
  public:
   // Whether the file stays open between reads, or is opened for each of them: for whoever has very many.

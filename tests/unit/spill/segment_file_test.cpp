@@ -4,9 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -74,6 +77,18 @@ TEST_F(SegmentFileTest, GivesAllSegmentsBackWhereverReadingAheadIsToStop) {
   }
 }
 
+TEST_F(SegmentFileTest, IsRefusedWhenItHasNoSuchSegment) {
+  write({"one", "two"});
+  SegmentReader reader(path, "test");
+  reader.stop_ahead_of(2);
+  EXPECT_EQ(reader.size(1), 3U);
+  EXPECT_THROW(reader.size(2), damaged_file);
+  EXPECT_THROW(reader.read(2), damaged_file);
+  EXPECT_THROW(reader.stop_ahead_of(3), damaged_file);
+  write({});
+  EXPECT_THROW(SegmentReader(path, "test").read(0), damaged_file);
+}
+
 TEST_F(SegmentFileTest, StandsUnderItsNameOnlyWhenItIsComplete) {
   {
     SegmentWriter writer(path, "test");
@@ -110,6 +125,32 @@ TEST_F(SegmentFileTest, IsRefusedWithAnyBitTurnedAndCutAnywhere) {
   }
   folder.write("file", whole + "x");
   EXPECT_TRUE(is_refused());
+}
+
+// Sizes below, at and above those of the words and blocks by which the sum goes.
+TEST(ChecksumTest, ChangesWithEveryBitEveryCutAndWordsThatChangePlaces) {
+  constexpr std::size_t word = 8;
+  test::Random random;
+  for (const bool is_random : {false, true}) {
+    std::string bytes(13 * word + 5, '\0');
+    for (char& byte : bytes)
+      if (is_random) byte = static_cast<char>(random.below(256));
+    std::set<std::uint64_t> sums{checksum("")};
+    for (std::size_t size = 1; size <= bytes.size(); ++size)
+      EXPECT_TRUE(sums.insert(checksum(bytes.substr(0, size))).second) << "cut to " << size;
+    for (std::size_t bit = 0; bit < bytes.size() * 8; ++bit) {
+      std::string turned = bytes;
+      turned[bit / 8] = static_cast<char>(turned[bit / 8] ^ (1 << bit % 8));
+      EXPECT_TRUE(sums.insert(checksum(turned)).second) << "bit " << bit;
+    }
+    for (std::size_t one = 0; is_random && one < bytes.size() / word; ++one) {
+      for (std::size_t other = 0; other < one; ++other) {
+        std::string swapped = bytes;
+        std::swap_ranges(&swapped[one * word], &swapped[(one + 1) * word], &swapped[other * word]);
+        EXPECT_TRUE(sums.insert(checksum(swapped)).second) << "words " << one << " and " << other;
+      }
+    }
+  }
 }
 
 }  // namespace
