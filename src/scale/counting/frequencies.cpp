@@ -1,5 +1,6 @@
 #include "scale/counting/frequencies.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace colx::scale {
@@ -8,10 +9,14 @@ namespace {
 
 constexpr std::string_view kind = "frq2";
 
+// A round holds at least so many bytes for each part on average, so that the index, which has 16 for each part of each
+// round, is small beside what it tells of, however little memory there is and however many parts that makes.
+constexpr std::size_t least_of_a_part = 64;
+
 }  // namespace
 
 FrequenciesWriter::FrequenciesWriter(std::string path, std::size_t parts, std::size_t memory)
-    : _file(std::move(path), kind), _memory(memory), _held(parts) {}
+    : _file(std::move(path), kind), _memory(std::max(memory, parts * least_of_a_part)), _held(parts) {}
 
 void FrequenciesWriter::add(std::size_t part, std::string_view frequencies) {
   std::string& held = _held[part];

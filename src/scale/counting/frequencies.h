@@ -23,7 +23,7 @@ namespace colx::scale {
 // Writes the file of one task.
 class FrequenciesWriter {
  public:
-  // Holds about `memory` bytes, but at least what one pair has.
+  // Holds about `memory` bytes, but at least what one pair has, and 64 bytes for each part.
   FrequenciesWriter(std::string path, std::size_t parts, std::size_t memory);
 
   // Takes the encoded frequencies that the pair in hand has for a part. Parts come in their order, all of them.

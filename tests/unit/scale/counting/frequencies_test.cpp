@@ -40,7 +40,7 @@ TEST(FrequenciesTest, EveryPartGetsWhatEveryPairHasForItWhateverTheMemory) {
   const test::TemporaryFolder folder;
   for (int round = 0; round < 40; ++round) {
     const std::size_t parts = 1 + random.below(5);
-    Lists lists(random.below(9));
+    Lists lists(random.below(200));
     for (auto& pair : lists) {
       pair.resize(parts);
       for (auto& list : pair) {
@@ -62,6 +62,14 @@ TEST(FrequenciesTest, EveryPartGetsWhatEveryPairHasForItWhateverTheMemory) {
       }
     }
   }
+}
+
+TEST(FrequenciesTest, ManyPartsAndPairsMakeNoIndexThatIsLargerThanWhatItTells) {
+  const test::TemporaryFolder folder;
+  const std::string path = folder.path("frequencies");
+  write(path, Lists(640, std::vector<std::vector<std::uint64_t>>(100)), 100, 0);
+  // A byte for each part of each pair, and a round whenever there are 64 of a part.
+  EXPECT_EQ(SegmentReader(path, "frq2").segments(), 10U * 100 + 1);
 }
 
 TEST(FrequenciesTest, AFileForOtherPartsIsRefused) {
