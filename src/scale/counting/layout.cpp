@@ -17,7 +17,8 @@ namespace {
 
 constexpr std::uint64_t most_ranges = 4096;
 constexpr std::uint64_t ranges_of_a_part = 8;
-constexpr std::uint64_t patterns_of_a_partition = std::uint64_t{32} << 10;
+constexpr std::uint64_t most_patterns_of_a_partition = std::uint64_t{32} << 10;
+constexpr std::uint64_t least_patterns_of_a_partition = 64;
 constexpr std::uint64_t most_records_in_hand = std::uint64_t{512} << 10;
 constexpr std::uint64_t least_records_in_hand = 64;
 constexpr unsigned most_partition_bits = 12;
@@ -33,6 +34,22 @@ std::uint64_t _bytes_of_record() {
 // A partition in memory takes so much for each pattern, at the most.
 std::uint64_t _bytes_of_pattern() {
   return 6ULL * settings::n + 16 + 32;
+}
+
+// Partitions of the patterns of a type, in bits of their hash. The patterns of a partition are in memory when they are
+// counted, and so are the indexes of what all parts of the listing have left for it: 16 bytes for each part, type and
+// partition. Where these would take more than an eighth of the memory, there are no more partitions than make both the
+// same.
+unsigned _partition_bits(std::uint64_t patterns, std::uint64_t parts, std::size_t memory) {
+  const std::uint64_t fitting = memory / 2 / _bytes_of_pattern();
+  const std::uint64_t of_a_partition = std::clamp(fitting, least_patterns_of_a_partition, most_patterns_of_a_partition);
+  const std::uint64_t bytes_of_indexes = parts * (NGram::_types_count - 1U) * 16;
+  unsigned bits = 0;
+  while (bits < most_partition_bits && (patterns >> bits) > of_a_partition &&
+         bytes_of_indexes << (bits + 1) <=
+             std::max<std::uint64_t>(memory / 8, patterns * _bytes_of_pattern() >> (bits + 1)))
+    ++bits;
+  return bits;
 }
 
 }  // namespace
@@ -52,8 +69,6 @@ Layout Layout::from(const WorkFolder& folder, const Plan& plan) {
       std::clamp(std::min({fitting, most_records_in_hand, even}), least_records_in_hand, most_records_in_hand);
   layout.ranges = std::clamp<std::uint64_t>(layout.listed * ranges_of_a_part / layout.most_records, 1, most_ranges);
   const std::uint64_t patterns = layout.listed + layout.refused;
-  const std::uint64_t of_a_partition =
-      std::max<std::uint64_t>(std::min(patterns_of_a_partition, plan.memory / 2 / _bytes_of_pattern()), 64);
   // No count or sum of counts is greater than the number of all occurrences.
   const bool counts_fit = ((most_pieces + 1) << layout.piece_shift) - 1 <= std::numeric_limits<std::uint32_t>::max();
   const Manifest numbering = folder.result(number_name);
@@ -61,9 +76,8 @@ Layout Layout::from(const WorkFolder& folder, const Plan& plan) {
   const std::uint64_t of_a_whole =
       std::min(most_records_of_a_whole, plan.memory / 2 / PatternColumns::bytes_of_record(settings::n));
   layout.whole = counts_fit && layout.code.fits() && patterns <= of_a_whole;
-  while (!layout.whole && layout.partition_bits < most_partition_bits &&
-         (patterns >> layout.partition_bits) > of_a_partition)
-    ++layout.partition_bits;
+  if (!layout.whole)
+    layout.partition_bits = _partition_bits(patterns, layout.listed / layout.most_records + 1, plan.memory);
   return layout;
 }
 
