@@ -3,9 +3,9 @@
 #include <vector>
 
 #include "companion/errors.h"
+#include "scale/engine/progress.h"
 #include "scale/shards/number_task.h"
 #include "scale/steps.h"
-#include "scale/work/progress.h"
 #include "spill/damaged_file.h"
 
 namespace colx::scale {

@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <functional>
 
-#include "scale/work/plan.h"
-#include "scale/work/task_pool.h"
+#include "scale/engine/plan.h"
+#include "scale/engine/task_pool.h"
 
 namespace colx::scale {
 

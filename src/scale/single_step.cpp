@@ -7,10 +7,10 @@
 #include "base/errors.h"
 #include "companion/errors.h"
 #include "model/ngram.h"
+#include "scale/engine/task_pool.h"
 #include "scale/shards/number_task.h"
 #include "scale/steps.h"
 #include "scale/steps_over.h"
-#include "scale/work/task_pool.h"
 
 namespace colx::scale {
 

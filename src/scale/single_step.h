@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "scale/work/plan.h"
-#include "scale/work/task_pool.h"
+#include "scale/engine/plan.h"
+#include "scale/engine/task_pool.h"
 
 namespace colx::scale {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "base/errors.h"
-#include "scale/work/spent_files.h"
+#include "scale/engine/spent_files.h"
 #include "spill/damaged_file.h"
 
 namespace colx::scale {

@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
+#include "scale/engine/plan.h"
+#include "scale/engine/work_folder.h"
 #include "scale/steps.h"
-#include "scale/work/plan.h"
-#include "scale/work/work_folder.h"
 
 namespace colx::scale {
 

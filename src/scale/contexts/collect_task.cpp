@@ -15,11 +15,11 @@
 #include "extraction/occurrence_members.h"
 #include "extraction/tag_filters.h"
 #include "scale/contexts/sighting_run.h"
+#include "scale/engine/filters.h"
+#include "scale/engine/progress.h"
 #include "scale/shards/datafile_sentences.h"
 #include "scale/shards/number_files.h"
 #include "scale/shards/scan_task.h"
-#include "scale/work/filters.h"
-#include "scale/work/progress.h"
 #include "spill/encoding.h"
 
 namespace colx::scale {

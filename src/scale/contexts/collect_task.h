@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "scale/engine/plan.h"
 #include "scale/shards/number_task.h"
-#include "scale/work/plan.h"
 #include "spill/manifest.h"
 
 namespace colx::scale {

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "scale/counting/count_task.h"
+#include "scale/engine/plan.h"
 #include "scale/shards/number_task.h"
-#include "scale/work/plan.h"
 
 namespace colx::scale {
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "scale/contexts/context_layout.h"
-#include "scale/work/plan.h"
+#include "scale/engine/plan.h"
 
 namespace colx::scale {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "scale/contexts/context_layout.h"
-#include "scale/work/plan.h"
+#include "scale/engine/plan.h"
 
 namespace colx::scale {
 

@@ -12,7 +12,7 @@
 #include "scale/counting/records.h"
 #include "scale/counting/records_writer.h"
 #include "scale/counting/reduce_task.h"
-#include "scale/work/progress.h"
+#include "scale/engine/progress.h"
 #include "spill/encoding.h"
 
 namespace colx::scale {

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "scale/counting/layout.h"
-#include "scale/work/plan.h"
+#include "scale/engine/plan.h"
 #include "spill/manifest.h"
 
 namespace colx::scale {

@@ -11,7 +11,7 @@
 #include "scale/counting/patterns.h"
 #include "scale/counting/sum_table.h"
 #include "scale/counting/whole_count.h"
-#include "scale/work/progress.h"
+#include "scale/engine/progress.h"
 #include "spill/encoding.h"
 
 namespace colx::scale {

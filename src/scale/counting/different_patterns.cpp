@@ -1,8 +1,8 @@
 #include "scale/counting/different_patterns.h"
 
 #include "corpus/datafile_format.h"
+#include "scale/engine/filters.h"
 #include "scale/shards/number_files.h"
-#include "scale/work/filters.h"
 
 namespace colx::scale {
 

@@ -13,7 +13,7 @@
 #include "filter/filter.h"
 #include "model/occurrence_batch.h"
 #include "scale/counting/patterns.h"
-#include "scale/work/plan.h"
+#include "scale/engine/plan.h"
 
 namespace colx::scale {
 

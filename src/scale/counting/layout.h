@@ -8,7 +8,7 @@
 
 #include "model/listing.h"
 #include "scale/counting/member_code.h"
-#include "scale/work/plan.h"
+#include "scale/engine/plan.h"
 
 namespace colx::scale {
 

@@ -12,10 +12,10 @@
 #include "extraction/occurrence_members.h"
 #include "extraction/tag_filters.h"
 #include "scale/counting/run_table.h"
+#include "scale/engine/filters.h"
+#include "scale/engine/progress.h"
 #include "scale/shards/scan_task.h"
 #include "scale/shards/shard_words.h"
-#include "scale/work/filters.h"
-#include "scale/work/progress.h"
 #include "spill/encoding.h"
 
 namespace colx::scale {

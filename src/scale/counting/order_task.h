@@ -9,7 +9,7 @@
 
 #include "scale/counting/layout.h"
 #include "scale/counting/parts.h"
-#include "scale/work/plan.h"
+#include "scale/engine/plan.h"
 
 namespace colx::scale {
 

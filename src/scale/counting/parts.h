@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "scale/counting/layout.h"
-#include "scale/work/plan.h"
+#include "scale/engine/plan.h"
 
 namespace colx::scale {
 

@@ -13,9 +13,9 @@
 #include "scale/counting/records_writer.h"
 #include "scale/counting/run_table.h"
 #include "scale/counting/sum_table.h"
+#include "scale/engine/filters.h"
+#include "scale/engine/progress.h"
 #include "scale/shards/number_task.h"
-#include "scale/work/filters.h"
-#include "scale/work/progress.h"
 #include "spill/encoding.h"
 
 namespace colx::scale {

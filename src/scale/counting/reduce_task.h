@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "scale/work/plan.h"
+#include "scale/engine/plan.h"
 #include "spill/manifest.h"
 
 namespace colx::scale {

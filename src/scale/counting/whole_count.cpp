@@ -12,7 +12,7 @@
 #include "scale/counting/order_task.h"
 #include "scale/counting/pattern_columns.h"
 #include "scale/counting/reduce_task.h"
-#include "scale/work/progress.h"
+#include "scale/engine/progress.h"
 #include "spill/encoding.h"
 
 namespace colx::scale {

@@ -8,7 +8,7 @@
 
 #include "scale/counting/layout.h"
 #include "scale/counting/patterns.h"
-#include "scale/work/plan.h"
+#include "scale/engine/plan.h"
 
 namespace colx::scale {
 

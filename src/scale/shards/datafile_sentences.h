@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "corpus/sentence_source.h"
+#include "scale/engine/plan.h"
+#include "scale/engine/work_folder.h"
 #include "scale/shards/shard_words.h"
-#include "scale/work/plan.h"
-#include "scale/work/work_folder.h"
 
 namespace colx::scale {
 

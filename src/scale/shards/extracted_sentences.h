@@ -5,8 +5,8 @@
 
 #include <cstdint>
 
+#include "scale/engine/work_folder.h"
 #include "scale/shards/datafile_sentences.h"
-#include "scale/work/work_folder.h"
 
 namespace colx::scale {
 

@@ -4,7 +4,7 @@
 
 #include <fmt/format.h>
 
-#include "scale/work/texts_file.h"
+#include "scale/engine/texts_file.h"
 
 namespace colx::scale {
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "corpus/string_store.h"
-#include "scale/work/work_folder.h"
+#include "scale/engine/work_folder.h"
 
 namespace colx::scale {
 

@@ -12,12 +12,12 @@
 #include "base/limits.h"
 #include "base/notifier.h"
 #include "corpus/datafile_format.h"
+#include "scale/engine/progress.h"
+#include "scale/engine/texts_file.h"
 #include "scale/shards/extracted_sentences.h"
 #include "scale/shards/number_files.h"
 #include "scale/shards/scan_task.h"
 #include "scale/shards/shard_warnings.h"
-#include "scale/work/progress.h"
-#include "scale/work/texts_file.h"
 #include "spill/damaged_file.h"
 
 namespace colx::scale {

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "scale/engine/plan.h"
 #include "scale/shards/number_files.h"
-#include "scale/work/plan.h"
 #include "spill/manifest.h"
 
 namespace colx::scale {

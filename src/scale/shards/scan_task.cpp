@@ -16,11 +16,11 @@
 #include "corpus/parser.h"
 #include "corpus/store_overflow.h"
 #include "corpus/string_store.h"
+#include "scale/engine/progress.h"
+#include "scale/engine/texts_file.h"
 #include "scale/shards/shard_text.h"
 #include "scale/shards/shard_warnings.h"
 #include "scale/shards/shard_words.h"
-#include "scale/work/progress.h"
-#include "scale/work/texts_file.h"
 
 namespace colx::scale {
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "corpus/string_store.h"
+#include "scale/engine/plan.h"
 #include "scale/shards/shard_warnings.h"
-#include "scale/work/plan.h"
 #include "spill/manifest.h"
 
 namespace colx::scale {

@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "base/errors.h"
-#include "scale/work/progress.h"
-#include "scale/work/task_pool.h"
+#include "scale/engine/progress.h"
+#include "scale/engine/task_pool.h"
 
 namespace colx::scale {
 

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-#include "scale/work/plan.h"
+#include "scale/engine/plan.h"
 
 namespace colx::scale {
 

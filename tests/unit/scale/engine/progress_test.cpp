@@ -1,6 +1,6 @@
 // Which part of the work is done, and how long the rest will take.
 
-#include "scale/work/progress.h"
+#include "scale/engine/progress.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "scale/work/plan_sizes.h"
+#include "scale/engine/plan_sizes.h"
 
 #include <algorithm>
 

@@ -1,13 +1,13 @@
 // What counts as done, and what goes.
 
-#include "scale/work/work_folder.h"
+#include "scale/engine/work_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <string>
 
-#include "scale/work/spent_files.h"
+#include "scale/engine/spent_files.h"
 #include "spill/damaged_file.h"
 #include "tests/support/temporary_folder.h"
 

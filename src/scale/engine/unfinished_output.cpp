@@ -1,4 +1,4 @@
-#include "scale/work/unfinished_output.h"
+#include "scale/engine/unfinished_output.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

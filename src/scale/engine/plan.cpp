@@ -1,4 +1,4 @@
-#include "scale/work/plan.h"
+#include "scale/engine/plan.h"
 
 #include <numeric>
 #include <set>
@@ -10,9 +10,9 @@
 #include "base/config.h"
 #include "companion/errors.h"
 #include "options/params.h"
-#include "scale/work/datafiles.h"
-#include "scale/work/plan_sizes.h"
-#include "scale/work/shard_cutter.h"
+#include "scale/engine/datafiles.h"
+#include "scale/engine/plan_sizes.h"
+#include "scale/engine/shard_cutter.h"
 #include "spill/damaged_file.h"
 #include "spill/encoding.h"
 

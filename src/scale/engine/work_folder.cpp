@@ -1,4 +1,4 @@
-#include "scale/work/work_folder.h"
+#include "scale/engine/work_folder.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -12,7 +12,7 @@
 #include <fmt/format.h>
 
 #include "companion/errors.h"
-#include "scale/work/spent_files.h"
+#include "scale/engine/spent_files.h"
 #include "spill/damaged_file.h"
 
 namespace colx::scale {

@@ -1,6 +1,6 @@
 // What a plan takes for a corpus fits into the memory that there is, and a plan is outgrown only where that matters.
 
-#include "scale/work/plan_sizes.h"
+#include "scale/engine/plan_sizes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "scale/work/progress.h"
+#include "scale/engine/progress.h"
 
 #include <sys/mman.h>
 

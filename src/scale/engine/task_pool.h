@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "scale/work/work_folder.h"
+#include "scale/engine/work_folder.h"
 
 namespace colx::scale {
 

@@ -1,4 +1,4 @@
-#include "scale/work/spent_files.h"
+#include "scale/engine/spent_files.h"
 
 #include <algorithm>
 #include <iterator>

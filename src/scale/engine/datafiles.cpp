@@ -1,4 +1,4 @@
-#include "scale/work/datafiles.h"
+#include "scale/engine/datafiles.h"
 
 #include <sys/stat.h>
 
@@ -14,7 +14,7 @@
 #include "base/files.h"
 #include "companion/errors.h"
 #include "companion/new_file.h"
-#include "scale/work/content_versions.h"
+#include "scale/engine/content_versions.h"
 #include "spill/encoding.h"
 
 namespace colx::scale {

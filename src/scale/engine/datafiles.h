@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "scale/work/shard.h"
-#include "scale/work/work_folder.h"
+#include "scale/engine/shard.h"
+#include "scale/engine/work_folder.h"
 
 namespace colx::scale {
 

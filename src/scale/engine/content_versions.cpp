@@ -1,4 +1,4 @@
-#include "scale/work/content_versions.h"
+#include "scale/engine/content_versions.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -10,8 +10,8 @@
 
 #include "companion/descriptor.h"
 #include "companion/errors.h"
-#include "scale/work/progress.h"
-#include "scale/work/task_pool.h"
+#include "scale/engine/progress.h"
+#include "scale/engine/task_pool.h"
 #include "spill/encoding.h"
 #include "spill/segment_file.h"
 

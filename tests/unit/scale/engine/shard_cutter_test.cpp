@@ -1,6 +1,6 @@
 // Shards cover every datafile once, in order, whatever their size.
 
-#include "scale/work/shard_cutter.h"
+#include "scale/engine/shard_cutter.h"
 
 #include <gtest/gtest.h>
 

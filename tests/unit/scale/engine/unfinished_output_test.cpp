@@ -1,6 +1,6 @@
 // What a run that was killed has left of an output file is removed, and nothing else is.
 
-#include "scale/work/unfinished_output.h"
+#include "scale/engine/unfinished_output.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

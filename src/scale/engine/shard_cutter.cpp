@@ -1,4 +1,4 @@
-#include "scale/work/shard_cutter.h"
+#include "scale/engine/shard_cutter.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "scale/work/task_pool.h"
+#include "scale/engine/task_pool.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -21,7 +21,7 @@
 #include "base/errors.h"
 #include "companion/descriptor.h"
 #include "companion/errors.h"
-#include "scale/work/progress.h"
+#include "scale/engine/progress.h"
 #include "spill/damaged_file.h"
 
 namespace colx::scale {

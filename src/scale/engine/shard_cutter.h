@@ -7,7 +7,7 @@
 #include <set>
 #include <vector>
 
-#include "scale/work/shard.h"
+#include "scale/engine/shard.h"
 
 namespace colx::scale {
 

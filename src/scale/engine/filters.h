@@ -3,7 +3,7 @@
 // The morphological rules as a task gets them: from the plan, as they stood in the rule files when it was made.
 
 #include "filter/filter.h"
-#include "scale/work/plan.h"
+#include "scale/engine/plan.h"
 
 namespace colx::scale {
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "companion/new_file.h"
-#include "scale/work/work_folder.h"
+#include "scale/engine/work_folder.h"
 
 namespace colx::scale {
 
